@@ -1,0 +1,28 @@
+#pragma once
+#include <string_view>
+
+namespace vlWinUi {
+
+enum class ComponentType {
+    Window,
+    GroupBox,
+    Static,
+    Button,
+    EditBox,
+    MultiLineEdit,
+    CheckBox,
+    ComboBox,
+    ListBox,
+    TreeView,
+    Slider,
+    TabWindow,
+    ToolBar,
+    ContextMenu,
+    Surface,
+    FileExplorer,
+};
+
+/// The type's word in layout texts and log lines ("GROUP_BOX").
+std::string_view nameOf(ComponentType type);
+
+} // namespace vlWinUi

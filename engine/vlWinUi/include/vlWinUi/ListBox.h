@@ -1,0 +1,58 @@
+#pragma once
+#include <vlWinUi/Component.h>
+#include <vlWinUi/ListEntry.h>
+
+#include <optional>
+#include <vector>
+
+namespace vlWinUi {
+
+/** A list of lines of which at most one is selected; a hundred thousand lines are fine. Typing
+ * jumps to the line that begins so. The selection stays with its entry while others come and go. UI
+ * thread only. */
+class ListBox final : public Component {
+public:
+    static constexpr ComponentType TYPE = ComponentType::ListBox;
+
+    /// The selected label; setting it is selectByLabel().
+    void setText(vlMemory::StringView text) override;
+    std::string getText() const override;
+
+    void addEntry(vlMemory::StringView label, std::any data = {});
+    /// False when no entry has that label.
+    bool removeEntry(vlMemory::StringView label);
+    bool renameEntry(vlMemory::StringView label, vlMemory::StringView newLabel);
+    void setEntries(std::vector<ListEntry> entries);
+    void clear();
+    std::size_t getEntryCount() const;
+    const ListEntry& getEntry(std::size_t index) const;
+    /// Nothing when no entry has that label.
+    std::optional<std::size_t> find(vlMemory::StringView label) const;
+
+    std::optional<std::size_t> getSelectedIndex() const;
+    /// Null when nothing is selected; valid until the entries change.
+    const ListEntry* getSelectedEntry() const;
+    /// Nothing, or an index outside, unselects.
+    void select(std::optional<std::size_t> index);
+    /// False, with the selection unchanged, when no entry has that label.
+    bool selectByLabel(vlMemory::StringView label);
+    /// The person chose; not called for what code selects.
+    void setSelectionCallback(std::function<void(std::optional<std::size_t> index)> callback);
+    /// Double click or Enter on an entry.
+    void setActivationCallback(std::function<void(std::size_t index)> callback);
+
+    /// Shows only the lines that contain the text, whatever the case; an empty text shows all.
+    void setFilter(vlMemory::StringView text);
+    /// The entries that the filter leaves.
+    std::size_t getShownCount() const;
+    /// Keeps the newest line in view as long as the person has not scrolled up; for logs.
+    void setFollowEnd(bool follow);
+    /// Text shown while there is no entry.
+    void setPlaceHolder(vlMemory::StringView text);
+
+private:
+    friend class ComponentFactory;
+    explicit ListBox(std::string name);
+};
+
+} // namespace vlWinUi

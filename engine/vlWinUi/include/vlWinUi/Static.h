@@ -1,0 +1,36 @@
+#pragma once
+#include <vlWinUi/Component.h>
+
+namespace vlWinUi {
+
+/** A line of text that cannot be edited; what does not fit ends in an ellipsis and is in the
+ * tooltip. UI thread only. */
+class Static final : public Component {
+public:
+    static constexpr ComponentType TYPE = ComponentType::Static;
+
+    enum class Alignment {
+        TopLeft,
+        Top,
+        TopRight,
+        Left,
+        Centre,
+        Right,
+        BottomLeft,
+        Bottom,
+        BottomRight
+    };
+
+    void setText(vlMemory::StringView text) override;
+    std::string getText() const override;
+    /// Left unless set.
+    void setAlignment(Alignment alignment);
+    /// Drawn stronger, as a title.
+    void setEmphasised(bool emphasised);
+
+private:
+    friend class ComponentFactory;
+    explicit Static(std::string name);
+};
+
+} // namespace vlWinUi

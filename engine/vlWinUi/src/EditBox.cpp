@@ -1,0 +1,114 @@
+#include "Call.h"
+#include "KeyCodes.h"
+#include "Native.h"
+#include "Text.h"
+
+#include <vlCommon/ThreadBorder.h>
+#include <vlWinUi/EditBox.h>
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QRegularExpressionValidator>
+#include <QStyle>
+
+namespace vlWinUi {
+namespace {
+
+struct EditBoxNative final : Native {
+    EditBoxNative() : Native(new QLineEdit) {
+        connect(&edit(), &QLineEdit::textEdited, this, [this] {
+            touched = true;
+            call(changed);
+        });
+    }
+    QLineEdit& edit() { return *static_cast<QLineEdit*>(widget); }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const QPointer<QObject> self = this;
+        if (event->type() == QEvent::KeyPress)
+            call(keyDown, keyOf(*static_cast<QKeyEvent*>(event), true).virtualKey);
+        if (!self.isNull() && event->type() == QEvent::FocusOut && std::exchange(touched, false))
+            call(edited);
+        return self.isNull() || Native::eventFilter(watched, event);
+    }
+
+    std::function<void(std::uint32_t)> keyDown;
+    std::function<void()> changed;
+    std::function<void()> edited;
+    bool touched = false;
+    std::string problem;
+    std::string ownToolTip;
+};
+
+const char* patternOf(EditBox::Numbers numbers) {
+    return numbers == EditBox::Numbers::Digits ? "[0-9]*"
+                                               : "[+-]?[0-9]*\\.?[0-9]*([eE][+-]?[0-9]*)?";
+}
+
+} // namespace
+
+EditBox::EditBox(std::string name)
+    : Component(std::move(name), TYPE, std::make_unique<EditBoxNative>()) {
+}
+
+void EditBox::setText(vlMemory::StringView text) {
+    vlCommon::assertUiThread();
+    auto& native = nativeAs<EditBoxNative>(*this);
+    native.touched = false;
+    const QString shown = toQt(text);
+    // Setting the same text anew would throw the cursor to the end under the person's hands.
+    if (native.edit().text() != shown) native.edit().setText(shown);
+}
+
+std::string EditBox::getText() const {
+    return fromQt(widgetAs<QLineEdit>(*this).text());
+}
+
+void EditBox::setPlaceHolder(vlMemory::StringView text) {
+    auto& edit = widgetAs<QLineEdit>(*this);
+    edit.setPlaceholderText(toQt(text));
+    if (edit.accessibleName().isEmpty()) edit.setAccessibleName(toQt(text));
+}
+
+void EditBox::setNumbers(Numbers numbers) {
+    auto& edit = widgetAs<QLineEdit>(*this);
+    const QValidator* old = edit.validator();
+    edit.setValidator(numbers == Numbers::Any
+                              ? nullptr
+                              : new QRegularExpressionValidator(
+                                        QRegularExpression(patternOf(numbers)), &edit));
+    delete old;
+}
+
+void EditBox::setReadOnly(bool readOnly) {
+    widgetAs<QLineEdit>(*this).setReadOnly(readOnly);
+}
+
+void EditBox::setProblem(vlMemory::StringView text) {
+    auto& native = nativeAs<EditBoxNative>(*this);
+    if (native.problem == text) return;
+    if (native.problem.empty()) native.ownToolTip = native.toolTip;
+    native.problem = text;
+    setToolTip(text.empty() ? native.ownToolTip : native.problem);
+    native.edit().setProperty("problem", !text.empty());
+    native.edit().style()->unpolish(&native.edit());
+    native.edit().style()->polish(&native.edit());
+}
+
+void EditBox::selectAll() {
+    widgetAs<QLineEdit>(*this).selectAll();
+}
+
+void EditBox::setKeyDownCallback(std::function<void(std::uint32_t)> callback) {
+    nativeAs<EditBoxNative>(*this).keyDown = std::move(callback);
+}
+
+void EditBox::setChangeCallback(std::function<void()> callback) {
+    nativeAs<EditBoxNative>(*this).changed = std::move(callback);
+}
+
+void EditBox::setEditedCallback(std::function<void()> callback) {
+    nativeAs<EditBoxNative>(*this).edited = std::move(callback);
+}
+
+} // namespace vlWinUi

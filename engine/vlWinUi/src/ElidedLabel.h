@@ -1,0 +1,29 @@
+#pragma once
+#include <QWidget>
+
+namespace vlWinUi {
+
+/** A line of text that gives way: what does not fit ends in an ellipsis. Several lines are shown
+ * whole. */
+class ElidedLabel final : public QWidget {
+public:
+    ElidedLabel();
+
+    void setText(const QString& text);
+    const QString& text() const { return text_; }
+    void setAlignment(Qt::Alignment alignment);
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    bool fits() const;
+
+    QString text_;
+    Qt::Alignment alignment_ = Qt::AlignLeft | Qt::AlignVCenter;
+};
+
+} // namespace vlWinUi

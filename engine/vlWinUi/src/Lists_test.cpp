@@ -1,0 +1,173 @@
+#include "Native.h"
+#include "WinUiTest.h"
+
+#include <vlWinUi/CheckBox.h>
+#include <vlWinUi/ComboBox.h>
+#include <vlWinUi/EditBox.h>
+#include <vlWinUi/ListBox.h>
+#include <vlWinUi/TreeView.h>
+
+#include <QWidget>
+
+namespace vlWinUi {
+namespace {
+
+using ComboBoxTest = test::WinUiTest;
+
+TEST_F(ComboBoxTest, NothingIsSelectedUntilSomethingIs) {
+    auto& combo = make<ComboBox>("COMBO");
+    combo.addEntry("A", 7);
+    combo.addEntry("B");
+    EXPECT_EQ(combo.getSelectedIndex(), std::nullopt);
+    EXPECT_TRUE(combo.selectByLabel("A"));
+    EXPECT_EQ(std::any_cast<int>(combo.getEntry(0).data), 7);
+    EXPECT_FALSE(combo.selectByLabel("C"));
+    EXPECT_EQ(combo.getText(), "A");
+}
+
+TEST_F(ComboBoxTest, TheSelectionStaysWithItsEntry) {
+    auto& combo = make<ComboBox>("COMBO");
+    for (const char* label : {"A", "B", "C"})
+        combo.addEntry(label);
+    combo.selectByLabel("B");
+    combo.removeEntry("A");
+    EXPECT_EQ(combo.getText(), "B");
+    combo.renameEntry("B", "Bee & Bumble");
+    EXPECT_EQ(combo.getText(), "Bee & Bumble");
+    combo.removeEntry("Bee & Bumble");
+    EXPECT_EQ(combo.getSelectedEntry(), nullptr);
+    EXPECT_EQ(combo.getEntryCount(), 1U);
+}
+
+TEST_F(ComboBoxTest, OnlyThePersonsChoiceIsTold) {
+    auto& combo = make<ComboBox>("COMBO");
+    std::vector<std::size_t> told;
+    combo.setSelectionCallback([&](std::size_t index) { told.push_back(index); });
+    combo.setEntries({{"A", {}}, {"B", {}}});
+    combo.select(0);
+    test::press(combo, Qt::Key_Down);
+    EXPECT_EQ(told, std::vector<std::size_t>{1});
+}
+
+using ListBoxTest = test::WinUiTest;
+
+TEST_F(ListBoxTest, TheSelectionStaysWithItsEntryAndOnlyThePersonsIsTold) {
+    auto& list = make<ListBox>("LIST");
+    int told = 0;
+    list.setSelectionCallback([&](auto) { ++told; });
+    for (const char* label : {"A", "B", "C"})
+        list.addEntry(label, std::string(label));
+    list.selectByLabel("B");
+    list.removeEntry("A");
+    EXPECT_EQ(list.getSelectedIndex(), 0U);
+    EXPECT_EQ(std::any_cast<std::string>(list.getEntry(0).data), "B");
+    list.removeEntry("B");
+    EXPECT_EQ(list.getSelectedEntry(), nullptr);
+    EXPECT_EQ(told, 0);
+    test::press(list, Qt::Key_Down);
+    EXPECT_EQ(list.getText(), "C");
+    EXPECT_EQ(told, 1);
+}
+
+TEST_F(ListBoxTest, AFilterHidesLinesAndKeepsTheSelection) {
+    auto& list = make<ListBox>("LIST");
+    list.setEntries({{"Rust", {}}, {"Stone", {}}, {"Trust", {}}});
+    list.selectByLabel("Stone");
+    list.setFilter("RUST");
+    EXPECT_EQ(list.getShownCount(), 2U);
+    EXPECT_EQ(list.getText(), "Stone");
+    list.setFilter("");
+    EXPECT_EQ(list.getShownCount(), 3U);
+}
+
+TEST_F(ListBoxTest, AHundredThousandLinesAreShownAndFound) {
+    auto& list = make<ListBox>("LIST");
+    list.setFollowEnd(true);
+    list.setVisible(true);
+    for (int i = 0; i < 100'000; ++i)
+        list.addEntry("line " + std::to_string(i));
+    System::processEvents();
+    EXPECT_EQ(list.getEntryCount(), 100'000U);
+    EXPECT_TRUE(list.selectByLabel("line 99999"));
+    EXPECT_EQ(list.getSelectedIndex(), 99'999U);
+}
+
+using TreeViewTest = test::WinUiTest;
+
+TEST_F(TreeViewTest, ItemsSetAnewKeepExpansionAndSelectionById) {
+    auto& tree = make<TreeView>("TREE");
+    int told = 0;
+    tree.setSelectionCallback([&](const auto&) { ++told; });
+    tree.setItems({{3, 2, "leaf"}, {1, 0, "root"}, {2, 1, "node"}});
+    EXPECT_TRUE(tree.isExpanded(1));
+    EXPECT_FALSE(tree.isExpanded(2));
+    tree.setExpanded(1, false);
+    tree.select({2});
+    EXPECT_TRUE(tree.isExpanded(1));
+    tree.setExpanded(2, true);
+    tree.setItems({{1, 0, "root"}, {2, 1, "renamed"}, {3, 2, "leaf"}, {4, 2, "new"}});
+    EXPECT_TRUE(tree.isExpanded(2));
+    EXPECT_EQ(tree.getSelection(), std::vector<std::uint64_t>{2});
+    EXPECT_EQ(tree.getText(), "renamed");
+    EXPECT_EQ(told, 0);
+}
+
+TEST_F(TreeViewTest, ItemsMoveButNeverBelowThemselves) {
+    auto& tree = make<TreeView>("TREE");
+    for (const TreeItem& item : {TreeItem{1, 0, "a"}, TreeItem{2, 1, "b"}, TreeItem{3, 0, "c"}})
+        tree.addItem(item);
+    EXPECT_FALSE(tree.moveItem(1, 2));
+    EXPECT_TRUE(tree.moveItem(1, 3));
+    EXPECT_EQ(tree.getChildren(3), std::vector<std::uint64_t>{1});
+    EXPECT_EQ(tree.getChildren(1), std::vector<std::uint64_t>{2});
+    EXPECT_TRUE(tree.removeItem(3));
+    EXPECT_EQ(tree.getItemCount(), 0U);
+}
+
+TEST_F(TreeViewTest, UnusableItemsAreLeftOutWithALine) {
+    auto& tree = make<TreeView>("TREE");
+    tree.addItem({1, 9, "orphan"});
+    tree.setItems({{1, 0, "a"}, {1, 0, "twice"}, {5, 6, "ring"}, {6, 5, "ring"}, {0, 0, "zero"}});
+    EXPECT_EQ(tree.getItemCount(), 1U);
+    EXPECT_EQ(tree.getLabel(1), "a");
+    EXPECT_EQ(lines.size(), 5U);
+}
+
+using EditBoxTest = test::WinUiTest;
+
+TEST_F(EditBoxTest, KeysAreToldAsVirtualKeys) {
+    auto& edit = make<EditBox>("EDIT");
+    std::vector<std::uint32_t> keys;
+    edit.setKeyDownCallback([&](std::uint32_t key) { keys.push_back(key); });
+    for (const int key : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Up, Qt::Key_Down})
+        test::press(edit, key);
+    EXPECT_EQ(keys, (std::vector<std::uint32_t>{13, 27, 38, 40}));
+}
+
+TEST_F(EditBoxTest, AProblemIsSaidInTheToolTipUntilItIsGone) {
+    auto& edit = make<EditBox>("EDIT");
+    edit.setToolTip("The name");
+    edit.setProblem("This name is taken");
+    EXPECT_EQ(edit.getToolTip(), "This name is taken");
+    edit.setProblem("");
+    EXPECT_EQ(edit.getToolTip(), "The name");
+}
+
+using CheckBoxTest = test::WinUiTest;
+
+TEST_F(CheckBoxTest, OnlyThePersonsTickIsTold) {
+    auto& check = make<CheckBox>("CHECK");
+    check.setText("Enable");
+    std::vector<bool> told;
+    check.setCheckCallback([&](bool on) { told.push_back(on); });
+    check.setChecked(true);
+    check.native().widget->resize(100, 23);
+    test::click(check, 8, 11);
+    EXPECT_EQ(told, std::vector<bool>{false});
+    check.setEnabled(false, "Not now");
+    test::click(check, 8, 11);
+    EXPECT_EQ(told.size(), 1U);
+}
+
+} // namespace
+} // namespace vlWinUi

@@ -1,0 +1,97 @@
+#include "Native.h"
+
+#include "Call.h"
+#include "Text.h"
+
+#include <QHash>
+#include <QMouseEvent>
+
+namespace vlWinUi {
+namespace {
+
+QHash<const QObject*, Native*>& natives() {
+    static QHash<const QObject*, Native*> all;
+    return all;
+}
+
+std::uint32_t buttonOf(Qt::MouseButton button) {
+    if (button == Qt::LeftButton) return ClickEvent::LEFT;
+    if (button == Qt::RightButton) return ClickEvent::RIGHT;
+    return button == Qt::MiddleButton ? ClickEvent::MIDDLE : 0;
+}
+
+bool isClick(QEvent::Type type) {
+    return type == QEvent::MouseButtonPress || type == QEvent::MouseButtonRelease ||
+           type == QEvent::MouseButtonDblClick;
+}
+
+} // namespace
+
+ClickEvent clickOf(const QMouseEvent& event, bool pressed) {
+    const QPoint at = event.position().toPoint();
+    const QPoint onScreen = event.globalPosition().toPoint();
+    return {
+            .button = buttonOf(event.button()),
+            .pressed = pressed,
+            .doubleClick = event.type() == QEvent::MouseButtonDblClick,
+            .shift = event.modifiers().testFlag(Qt::ShiftModifier),
+            .control = event.modifiers().testFlag(Qt::ControlModifier),
+            .alt = event.modifiers().testFlag(Qt::AltModifier),
+            .x = at.x(),
+            .y = at.y(),
+            .screen = {onScreen.x(), onScreen.y()},
+    };
+}
+
+Native::Native(QWidget* shown) : widget(shown) {
+    natives().insert(shown, this);
+}
+
+Native::~Native() {
+    natives().removeIf([this](auto entry) { return entry.value() == this; });
+    disconnect(widget, nullptr, this, nullptr);
+    widget->removeEventFilter(this);
+    widget->hide();
+    widget->setParent(nullptr);
+    widget->deleteLater();
+}
+
+void Native::takeOutOfView() {
+    widget->hide();
+    widget->setParent(nullptr);
+    // Placed again it is to be seen: hiding it was ours, not the program's wish.
+    widget->setAttribute(Qt::WA_WState_ExplicitShowHide, false);
+}
+
+void Native::listenTo(QWidget* part) {
+    part->installEventFilter(this);
+}
+
+bool Native::eventFilter(QObject* watched, QEvent* event) {
+    if (!click || !isClick(event->type())) return false;
+    auto* part = static_cast<QWidget*>(watched);
+    if (!part->isEnabled()) return false;
+    ClickEvent told =
+            clickOf(*static_cast<QMouseEvent*>(event), event->type() != QEvent::MouseButtonRelease);
+    if (told.button == 0) return false;
+    if (part != widget) {
+        const QPoint at = part->mapTo(widget, QPoint(told.x, told.y));
+        told.x = at.x();
+        told.y = at.y();
+    }
+    const QPointer<QObject> self = this;
+    call(click, told);
+    return self.isNull();
+}
+
+void Native::updateToolTip() {
+    const bool explain = !widget->isEnabledTo(widget->parentWidget()) && !disabledReason.empty();
+    widget->setToolTip(toQt(explain ? disabledReason : toolTip));
+}
+
+Component* Native::componentOf(const QObject* widget) {
+    const Native* native = natives().value(widget, nullptr);
+    return native == nullptr ? nullptr : native->component;
+}
+
+} // namespace vlWinUi

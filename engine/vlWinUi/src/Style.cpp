@@ -1,0 +1,199 @@
+#include "Style.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QStyleOption>
+
+#include <algorithm>
+
+namespace vlWinUi {
+namespace {
+
+constexpr qreal RADIUS = 3.0;
+constexpr int ARROW_ROOM = 20;  ///< of a combo box, pixels
+constexpr int LINE_HEIGHT = 22; ///< of lists and trees, pixels
+
+/// An open arrow head; `angle` 0 points down, 90 left, 180 up, 270 right.
+void drawChevron(QPainter& painter, const QPointF& centre, qreal angle, const QColor& color) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(centre);
+    painter.rotate(angle);
+    painter.setPen(QPen(color, 1.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    const QPointF points[] = {{-3.5, -1.75}, {0, 1.75}, {3.5, -1.75}};
+    painter.drawPolyline(points, 3);
+    painter.restore();
+}
+
+void drawBox(QPainter& painter, const QRect& area, const QColor& fill, const QColor& border) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(border, 1.0));
+    painter.setBrush(fill);
+    painter.drawRoundedRect(QRectF(area).adjusted(0.5, 0.5, -0.5, -0.5), RADIUS, RADIUS);
+    painter.restore();
+}
+
+void drawTick(QPainter& painter, const QRect& area, const QColor& color) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(color, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    const QRectF box(area);
+    const QPointF points[] = {
+            {box.left() + box.width() * 0.26, box.top() + box.height() * 0.52},
+            {box.left() + box.width() * 0.44, box.top() + box.height() * 0.70},
+            {box.left() + box.width() * 0.76, box.top() + box.height() * 0.32},
+    };
+    painter.drawPolyline(points, 3);
+    painter.restore();
+}
+
+std::optional<qreal> arrowAngle(QStyle::PrimitiveElement element) {
+    switch (element) {
+    case QStyle::PE_IndicatorArrowDown:
+        return 0;
+    case QStyle::PE_IndicatorArrowLeft:
+        return 90;
+    case QStyle::PE_IndicatorArrowUp:
+        return 180;
+    case QStyle::PE_IndicatorArrowRight:
+        return 270;
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+Style::Style() : QProxyStyle("Fusion") {
+}
+
+void Style::drawPrimitive(PrimitiveElement element,
+                          const QStyleOption* option,
+                          QPainter* painter,
+                          const QWidget* widget) const {
+    if (!shades_) return QProxyStyle::drawPrimitive(element, option, painter, widget);
+    const bool enabled = option->state.testFlag(State_Enabled);
+    if (const auto angle = arrowAngle(element))
+        return drawChevron(*painter,
+                           QRectF(option->rect).center(),
+                           *angle,
+                           enabled ? shades_->muted : shades_->disabled);
+    switch (element) {
+    case PE_IndicatorCheckBox:
+        return drawCheckBox(*option, *painter);
+    case PE_IndicatorBranch:
+        return drawBranch(*option, *painter);
+    case PE_IndicatorMenuCheckMark:
+        return drawTick(*painter, option->rect, enabled ? shades_->text : shades_->disabled);
+    case PE_FrameFocusRect:
+        return;
+    default:
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+    }
+}
+
+void Style::drawCheckBox(const QStyleOption& option, QPainter& painter) const {
+    const bool enabled = option.state.testFlag(State_Enabled);
+    const bool on = option.state.testFlag(State_On);
+    const bool hovered = enabled && option.state.testFlag(State_MouseOver);
+    const bool focused = option.state.testFlag(State_HasFocus);
+    QColor fill = enabled ? shades_->field : shades_->background;
+    QColor border = hovered ? shades_->focus : shades_->borderStrong;
+    if (on && enabled) fill = border = shades_->accent;
+    if (focused) border = shades_->focus;
+    if (!enabled) border = shades_->border;
+    drawBox(painter, option.rect, fill, border);
+    if (on) drawTick(painter, option.rect, enabled ? shades_->accentText : shades_->disabled);
+}
+
+void Style::drawBranch(const QStyleOption& option, QPainter& painter) const {
+    if (!option.state.testFlag(State_Children)) return;
+    const bool open = option.state.testFlag(State_Open);
+    const bool hovered = option.state.testFlag(State_MouseOver);
+    drawChevron(painter,
+                QRectF(option.rect).center(),
+                open ? 0 : 270,
+                hovered ? shades_->text : shades_->muted);
+}
+
+void Style::drawComplexControl(ComplexControl control,
+                               const QStyleOptionComplex* option,
+                               QPainter* painter,
+                               const QWidget* widget) const {
+    if (control == CC_ComboBox && shades_)
+        drawComboBox(*option, *painter);
+    else
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+}
+
+void Style::drawComboBox(const QStyleOptionComplex& option, QPainter& painter) const {
+    const bool enabled = option.state.testFlag(State_Enabled);
+    const bool hovered = enabled && option.state.testFlag(State_MouseOver);
+    const bool focused = enabled && option.state.testFlag(State_HasFocus);
+    QColor fill = hovered ? shades_->raisedHover : shades_->raised;
+    if (!enabled) fill = shades_->background;
+    QColor border = hovered ? shades_->borderStrong : shades_->border;
+    if (focused) border = shades_->focus;
+    drawBox(painter, option.rect, fill, border);
+    const QPointF centre(option.rect.right() - ARROW_ROOM / 2.0, QRectF(option.rect).center().y());
+    drawChevron(painter, centre, 0, enabled ? shades_->muted : shades_->disabled);
+}
+
+QRect Style::subControlRect(ComplexControl control,
+                            const QStyleOptionComplex* option,
+                            SubControl part,
+                            const QWidget* widget) const {
+    if (control == CC_ComboBox) {
+        const QRect area = option->rect;
+        if (part == SC_ComboBoxArrow) return area.adjusted(area.width() - ARROW_ROOM, 0, 0, 0);
+        if (part == SC_ComboBoxEditField) return area.adjusted(5, 1, -ARROW_ROOM, -1);
+    }
+    return QProxyStyle::subControlRect(control, option, part, widget);
+}
+
+QSize Style::sizeFromContents(ContentsType type,
+                              const QStyleOption* option,
+                              const QSize& contents,
+                              const QWidget* widget) const {
+    QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    if (type == CT_ItemViewItem) size.setHeight(std::max(size.height(), LINE_HEIGHT));
+    return size;
+}
+
+int Style::pixelMetric(PixelMetric metric,
+                       const QStyleOption* option,
+                       const QWidget* widget) const {
+    switch (metric) {
+    case PM_IndicatorWidth:
+    case PM_IndicatorHeight:
+        return 15;
+    case PM_CheckBoxLabelSpacing:
+        return 7;
+    case PM_SmallIconSize:
+        return 16;
+    default:
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+int Style::styleHint(StyleHint hint,
+                     const QStyleOption* option,
+                     const QWidget* widget,
+                     QStyleHintReturn* returned) const {
+    switch (hint) {
+    case SH_EtchDisabledText:
+    case SH_DitherDisabledText:
+    // A list that folds out below the box, where the eyes are, rather than over it.
+    case SH_ComboBox_Popup:
+        return 0;
+    case SH_ToolTip_WakeUpDelay:
+        return 500;
+    case SH_UnderlineShortcut:
+        return 0;
+    default:
+        return QProxyStyle::styleHint(hint, option, widget, returned);
+    }
+}
+
+} // namespace vlWinUi

@@ -1,0 +1,121 @@
+#include "WindowNative.h"
+
+#include "Call.h"
+#include "ElidedLabel.h"
+#include "KeyCodes.h"
+#include "ScrollPanel.h"
+
+#include <vlWinUi/InputSystem.h>
+
+#include <QAbstractButton>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <QWindow>
+
+namespace vlWinUi {
+namespace {
+
+constexpr QSize DEFAULT_SIZE(1280, 800);
+constexpr double SCREEN_SHARE = 0.85;
+
+} // namespace
+
+WindowNative::WindowNative() : Native(new QWidget) {
+    panel = new ScrollPanel;
+    auto* column = new QVBoxLayout(widget);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(panel, 1);
+}
+
+QWidget* WindowNative::content() {
+    return panel->content();
+}
+
+void WindowNative::place() {
+    if (placed) return;
+    placed = true;
+    QWidget* front = owner;
+    const QRect screen =
+            (front != nullptr ? front->screen() : widget->screen())->availableGeometry();
+    const QSize most(screen.size() * SCREEN_SHARE);
+    QSize size(rectangle.width, rectangle.height);
+    if (size.isEmpty()) size = DEFAULT_SIZE.boundedTo(most);
+    const QSize needed = panel->contentMinimum().boundedTo(most);
+    widget->setMinimumSize(needed.expandedTo(widget->minimumSize()));
+    size = size.expandedTo(widget->minimumSize());
+    const QRect around = front != nullptr && front->isVisible() ? front->geometry() : screen;
+    QPoint at(rectangle.x, rectangle.y);
+    if (at.isNull()) at = around.center() - QPoint(size.width() / 2, size.height() / 2);
+    widget->setGeometry(QRect(at, size));
+    if (front == nullptr) return;
+    widget->winId();
+    front->winId();
+    widget->windowHandle()->setTransientParent(front->windowHandle());
+}
+
+void WindowNative::setStatus(const QString& text) {
+    statusText = text;
+    if (status == nullptr) {
+        status = new ElidedLabel;
+        status->setObjectName("vlStatusLine");
+        status->setAttribute(Qt::WA_StyledBackground);
+        status->setFixedHeight(22);
+        status->setContentsMargins(8, 0, 8, 0);
+        widget->layout()->addWidget(status);
+    }
+    if (hint.isEmpty()) status->setText(statusText);
+}
+
+void WindowNative::setHint(const QString& text) {
+    hint = text;
+    if (status != nullptr) status->setText(hint.isEmpty() ? statusText : hint);
+}
+
+bool WindowNative::handleKey(QKeyEvent& event) {
+    const KeyEvent told = keyOf(event, event.type() == QEvent::KeyPress);
+    if (told.pressed && told.virtualKey == 27 && owner != nullptr && widget->isWindow()) {
+        InputSystem::requestClose(*component);
+        return true;
+    }
+    if (told.pressed && told.virtualKey == 13) {
+        for (auto* button : widget->findChildren<QAbstractButton*>()) {
+            if (!button->property("defaultButton").toBool() || !button->isVisible()) continue;
+            button->click();
+            return true;
+        }
+    }
+    if (!key) return false;
+    call(key, told);
+    return true;
+}
+
+bool WindowNative::eventFilter(QObject* watched, QEvent* event) {
+    const QPointer<QObject> self = this;
+    switch (event->type()) {
+    case QEvent::Close:
+        if (!widget->isWindow()) break;
+        event->ignore();
+        InputSystem::requestClose(*component);
+        return true;
+    case QEvent::Resize:
+        call(resized,
+             static_cast<unsigned>(widget->width()),
+             static_cast<unsigned>(widget->height()));
+        break;
+    case QEvent::Leave:
+        call(left);
+        break;
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+        if (handleKey(*static_cast<QKeyEvent*>(event))) return true;
+        break;
+    default:
+        break;
+    }
+    return self.isNull() || Native::eventFilter(watched, event);
+}
+
+} // namespace vlWinUi
