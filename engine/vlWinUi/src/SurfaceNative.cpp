@@ -148,7 +148,8 @@ void SurfaceNative::handleMouse(QMouseEvent& event) {
 
 void SurfaceNative::tellExposed() {
     const bool now = window != nullptr ? window->isExposed() : widget->isVisible();
-    if (now == exposed) return;
+    // Told again while it stays exposed: a menu that closed over it has left its pixels there.
+    if (!now && !exposed) return;
     exposed = now;
     call(exposeChanged, now);
 }

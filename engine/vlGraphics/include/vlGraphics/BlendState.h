@@ -1,0 +1,71 @@
+#pragma once
+#include <vlGraphics/Enumerations.h>
+#include <vlGraphics/ResourceManager.h>
+
+#include <array>
+
+namespace vlGraphics {
+
+/** How a pass combines its colours with those of up to eight targets. Starts opaque: factors one
+ * and zero, operation add, all channels written, blending off. A target index past 7 is ignored by
+ * setters and reads as target 0. */
+class BlendState final : public Resource {
+public:
+    static constexpr vlMemory::StringView kindName = "blend state";
+    static constexpr std::uint32_t targetCount = 8;
+
+    struct Target {
+        BLEND src = BLEND::ONE;
+        BLEND dest = BLEND::ZERO;
+        BLEND_OP op = BLEND_OP::ADD;
+        BLEND srcAlpha = BLEND::ONE;
+        BLEND destAlpha = BLEND::ZERO;
+        BLEND_OP opAlpha = BLEND_OP::ADD;
+        COLOR_WRITE_ENABLE writeMask = COLOR_WRITE_ENABLE::ALL;
+        bool enabled = false;
+        friend bool operator==(const Target&, const Target&) = default;
+    };
+
+    bool getAlphaToCoverage() const { return alphaToCoverage_; }
+    void setAlphaToCoverage(bool value);
+    /// Off: every target uses the settings of target 0.
+    bool getIndependentBlend() const { return independentBlend_; }
+    void setIndependentBlend(bool value);
+
+    /// All settings of a target at once; a value of no enumeration is passed over.
+    const Target& getTarget(std::uint32_t target) const { return at(target); }
+    void setTarget(const Target& settings, std::uint32_t target);
+
+    bool getBlendEnabled(std::uint32_t target) const { return at(target).enabled; }
+    BLEND getSrcBlend(std::uint32_t target) const { return at(target).src; }
+    BLEND getDestBlend(std::uint32_t target) const { return at(target).dest; }
+    BLEND_OP getBlendOp(std::uint32_t target) const { return at(target).op; }
+    BLEND getSrcAlphaBlend(std::uint32_t target) const { return at(target).srcAlpha; }
+    BLEND getDestAlphaBlend(std::uint32_t target) const { return at(target).destAlpha; }
+    BLEND_OP getBlendOpAlpha(std::uint32_t target) const { return at(target).opAlpha; }
+    COLOR_WRITE_ENABLE getWriteMask(std::uint32_t target) const { return at(target).writeMask; }
+
+    void setBlendEnabled(bool value, std::uint32_t target);
+    void setSrcBlend(BLEND value, std::uint32_t target);
+    void setDestBlend(BLEND value, std::uint32_t target);
+    void setBlendOp(BLEND_OP value, std::uint32_t target);
+    void setSrcAlphaBlend(BLEND value, std::uint32_t target);
+    void setDestAlphaBlend(BLEND value, std::uint32_t target);
+    void setBlendOpAlpha(BLEND_OP value, std::uint32_t target);
+    void setWriteMask(COLOR_WRITE_ENABLE value, std::uint32_t target);
+
+private:
+    const Target& at(std::uint32_t target) const {
+        return targets_[target < targetCount ? target : 0];
+    }
+    template <class Value> void set(Value Target::*member, Value value, std::uint32_t target);
+
+    std::array<Target, targetCount> targets_;
+    bool alphaToCoverage_ = false;
+    bool independentBlend_ = false;
+};
+
+class BlendStateManager final : public ResourceManager<BlendState>,
+                                public vlCommon::MaybeSingletonClass<BlendStateManager> {};
+
+} // namespace vlGraphics

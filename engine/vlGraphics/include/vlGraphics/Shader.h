@@ -1,0 +1,97 @@
+#pragma once
+#include <vlGraphics/ConstantBuffer.h>
+#include <vlGraphics/Program.h>
+#include <vlGraphics/Sampler.h>
+#include <vlGraphics/ShaderInstanceMemorySlot.h>
+#include <vlGraphics/Texture.h>
+
+#include <memory>
+#include <vector>
+
+namespace vlGraphics {
+
+/// A resource bound at a (slot, space) address, as HLSL's register(t<slot>, space<space>) writes
+/// it.
+template <class T> struct ShaderBinding {
+    Handle<T> resource;
+    std::uint32_t slot = 0;
+    std::uint32_t space = 0;
+};
+
+/** A program and the resources bound to it: textures, samplers, constant buffers and per-instance
+ * data. Addresses that the program does not use are kept and ignored; those that it uses and that
+ * nothing is bound to read the engine's defaults (texture, sampler) or zeros. Adding at a taken
+ * address, or changing to one, is refused: false. */
+class Shader final : public Resource {
+public:
+    static constexpr vlMemory::StringView kindName = "shader";
+    static constexpr std::uint32_t startMaxInstances = 1024;
+
+    Shader();
+    ~Shader() override;
+
+    Handle<Program> getProgramHandle() const { return program_; }
+    /// Null when none is set or it is gone.
+    Program* getProgram() const;
+    void setProgram(Handle<Program> program);
+    void setProgram(const Program* program);
+
+    bool addTexture(Handle<Texture> texture, std::uint32_t slot, std::uint32_t space);
+    bool setTexture(std::uint32_t index, Handle<Texture> texture);
+    bool forgetTexture(std::uint32_t slot, std::uint32_t space);
+    bool changeTextureSlot(std::uint32_t index, std::uint32_t slot);
+    bool changeTextureSpace(std::uint32_t index, std::uint32_t space);
+    /// Null past the last.
+    const ShaderBinding<Texture>* getTexturePerIndex(std::uint32_t index) const;
+
+    bool addSampler(Handle<Sampler> sampler, std::uint32_t slot, std::uint32_t space);
+    bool setSampler(std::uint32_t index, Handle<Sampler> sampler);
+    bool forgetSampler(std::uint32_t slot, std::uint32_t space);
+    bool changeSamplerSlot(std::uint32_t index, std::uint32_t slot);
+    bool changeSamplerSpace(std::uint32_t index, std::uint32_t space);
+    const ShaderBinding<Sampler>* getSamplerPerIndex(std::uint32_t index) const;
+
+    /// Null when the address is taken. Valid until buffers are added or deleted.
+    ConstantBuffer* addConstantBuffer(std::uint32_t slot, std::uint32_t space);
+    bool deleteConstantBuffer(std::uint32_t slot, std::uint32_t space);
+    ConstantBuffer* getConstantBuffer(std::uint32_t slot, std::uint32_t space);
+    ConstantBuffer* getConstantBufferPerIndex(std::uint32_t index);
+    const ConstantBuffer* getConstantBufferPerIndex(std::uint32_t index) const;
+    bool changeConstantBufferSlot(std::uint32_t index, std::uint32_t slot);
+    bool changeConstantBufferSpace(std::uint32_t index, std::uint32_t space);
+
+    /// Entities drawn by one call at most; 1 to 65536.
+    std::uint32_t getMaxInstancePerBuffer() const { return maxInstances_; }
+    bool setMaxInstancePerBuffer(std::uint32_t count);
+    ShaderInstanceMemorySlot* addInstanceMemorySlot();
+    bool deleteInstanceMemorySlot(std::uint32_t index);
+    bool changeInstanceMemorySlotOrder(std::uint32_t index, std::uint32_t other);
+    ShaderInstanceMemorySlot* getInstanceMemorySlot(std::uint32_t index);
+    const ShaderInstanceMemorySlot* getInstanceMemorySlot(std::uint32_t index) const;
+    std::uint32_t getInstanceMemorySlotCount() const {
+        return static_cast<std::uint32_t>(instanceSlots_.size());
+    }
+    /// Bytes of one entity's data.
+    std::uint32_t getInstanceStride() const;
+
+    /// The linked program can draw entities: vertex and pixel stages.
+    bool isUsableScene() const;
+    bool isUsableCompute() const;
+    bool isUsableRaytracing() const;
+
+private:
+    /// Passes on whether something was done, having marked the shader changed if so.
+    bool noteIf(bool done);
+
+    Handle<Program> program_;
+    std::vector<ShaderBinding<Texture>> textures_;
+    std::vector<ShaderBinding<Sampler>> samplers_;
+    std::vector<ConstantBuffer> constantBuffers_;
+    std::vector<ShaderInstanceMemorySlot> instanceSlots_;
+    std::uint32_t maxInstances_ = startMaxInstances;
+};
+
+class ShaderManager final : public ResourceManager<Shader>,
+                            public vlCommon::MaybeSingletonClass<ShaderManager> {};
+
+} // namespace vlGraphics

@@ -1,0 +1,220 @@
+#pragma once
+#include "content/DeclarationFolders.h"
+
+#include <vlExport/Node.h>
+#include <vlExport/NodeReader.h>
+#include <vlExport/NodeWriter.h>
+#include <vlGraphics/ContentLoader.h>
+
+#include <fmt/format.h>
+
+#include <cassert>
+#include <optional>
+#include <set>
+
+namespace vlGraphics {
+
+/** How declarations of one kind look. Each kind specialises it with
+ *  - `Manager`, `list` (the member of a file that holds its resources) and `Values`, the plain
+ *    content of a declaration;
+ *  - `describe(archive, values)`, which both reads and writes;
+ *  - `from(resource, folders)`, the values of a resource;
+ *  - `prepare(values, folders)`, which checks what the description cannot say and reads the files
+ *    that it refers to; it may fail;
+ *  - `apply(resource, values)`, which may not. */
+template <class T> struct Declared;
+
+/** One reading of a file. */
+struct LoadSession {
+    DeclarationLoadResult* result = nullptr; ///< null where nothing is to be made
+    std::vector<vlMemory::String> errors;
+    DeclarationFolders folders;
+    vlMemory::String fileName; ///< as errors call it
+    bool load = false;
+};
+
+/// "file:line: text" becomes "file:line: label: text".
+vlMemory::String
+labelled(vlMemory::StringView line, vlMemory::StringView fileName, vlMemory::StringView label);
+/// Whether an unknown member is one that the engine passes over: those of the editor.
+bool isForeignMember(vlMemory::StringView unknownMemberLine);
+
+template <class T> class KindLoader {
+public:
+    static void readList(const vlExport::Node& list, LoadSession& session);
+    static vlExport::Node write(const T& resource, const DeclarationFolders& folders);
+    static vlCommon::Result<>
+    fill(T& resource, const vlExport::Node& declaration, const DeclarationFolders& folders);
+
+private:
+    using Values = typename Declared<T>::Values;
+    struct Item {
+        vlMemory::String name;
+        Values values;
+    };
+    static vlMemory::String labelOf(const vlExport::Node& node, std::size_t index);
+    static std::optional<Item>
+    readItem(const vlExport::Node& node, std::size_t index, LoadSession& session);
+    static void make(const vlExport::Node& node, Item item, LoadSession& session);
+};
+
+template <class T>
+vlMemory::String KindLoader<T>::labelOf(const vlExport::Node& node, std::size_t index) {
+    const vlExport::Node* name = node.find("name");
+    const vlMemory::String* text = name == nullptr ? nullptr : name->asString();
+    const bool shown = text != nullptr && isValidResourceName(*text);
+    return shown ? fmt::format("{} '{}'", T::kindName, *text)
+                 : fmt::format("{} {} of the list", T::kindName, index + 1);
+}
+
+template <class T>
+std::optional<typename KindLoader<T>::Item>
+KindLoader<T>::readItem(const vlExport::Node& node, std::size_t index, LoadSession& session) {
+    const vlMemory::String label = labelOf(node, index);
+    vlExport::NodeReader reader(node, session.fileName);
+    Item item;
+    reader.required("name", item.name);
+    reader.check(isValidResourceName(item.name),
+                 "name",
+                 "expected 1 to 4096 bytes without control characters");
+    Declared<T>::describe(reader, item.values);
+    const auto read = reader.finish();
+    for (const vlMemory::String& line : reader.unknownMembers()) {
+        if (isForeignMember(line)) continue;
+        session.errors.push_back(labelled(line, session.fileName, label));
+    }
+    if (!read) {
+        session.errors.push_back(labelled(read.error().message, session.fileName, label));
+        return {};
+    }
+    if (auto prepared = Declared<T>::prepare(item.values, session.folders); !prepared) {
+        session.errors.push_back(fmt::format(
+                "{}:{}: {}: {}", session.fileName, node.line(), label, prepared.error().message));
+        return {};
+    }
+    return item;
+}
+
+template <class T>
+void KindLoader<T>::make(const vlExport::Node& node, Item item, LoadSession& session) {
+    T* resource = Declared<T>::Manager::getInstance()->createOrRetrieve(item.name);
+    assert(resource != nullptr); // the name was checked
+    if (resource == nullptr) return;
+    Declared<T>::apply(*resource, std::move(item.values));
+    session.result->add(resource);
+    if (!session.load) return;
+    // A program keeps its last good result in use until the next one is there.
+    if constexpr (!std::is_same_v<T, Program>) resource->unload();
+    if (auto loaded = resource->load(); !loaded) {
+        session.errors.push_back(fmt::format("{}:{}: {} '{}': {}",
+                                             session.fileName,
+                                             node.line(),
+                                             T::kindName,
+                                             item.name,
+                                             loaded.error().message));
+    }
+}
+
+template <class T> void KindLoader<T>::readList(const vlExport::Node& list, LoadSession& session) {
+    if (!list.isArray()) {
+        session.errors.push_back(fmt::format(
+                "{}:{}: '{}' expected an array", session.fileName, list.line(), Declared<T>::list));
+        return;
+    }
+    std::set<vlMemory::String> names;
+    for (std::size_t index = 0; index < list.size(); ++index) {
+        const vlExport::Node& node = list.elements()[index];
+        const vlExport::Node* name = node.find("name");
+        const vlMemory::String* text = name == nullptr ? nullptr : name->asString();
+        if (text != nullptr && !names.insert(*text).second) {
+            session.errors.push_back(
+                    fmt::format("{}:{}: {}: is in this file already, and the first one stays",
+                                session.fileName,
+                                node.line(),
+                                labelOf(node, index)));
+            continue;
+        }
+        auto item = readItem(node, index, session);
+        if (item && session.result != nullptr) make(node, std::move(*item), session);
+    }
+}
+
+template <class T>
+vlExport::Node KindLoader<T>::write(const T& resource, const DeclarationFolders& folders) {
+    vlExport::Node tree;
+    vlExport::NodeWriter writer(tree);
+    writer.required("name", resource.getName());
+    const Values values = Declared<T>::from(resource, folders);
+    Declared<T>::describe(writer, values);
+    return tree;
+}
+
+template <class T>
+vlCommon::Result<> KindLoader<T>::fill(T& resource,
+                                       const vlExport::Node& declaration,
+                                       const DeclarationFolders& folders) {
+    vlExport::NodeReader reader(declaration, "declaration");
+    reader.ignore("name");
+    Values values;
+    Declared<T>::describe(reader, values);
+    auto read = reader.finish();
+    if (read) read = Declared<T>::prepare(values, folders);
+    if (!read) {
+        return vlCommon::fail(
+                fmt::format("{} '{}': {}", T::kindName, resource.getName(), read.error().message));
+    }
+    Declared<T>::apply(resource, std::move(values));
+    return {};
+}
+
+} // namespace vlGraphics
+
+/// Once for each kind, in the file that specialises Declared for it.
+#define VL_DECLARED_KIND(T)                                                                        \
+    template void vlGraphics::readList<vlGraphics::T>(const vlExport::Node&, LoadSession&);        \
+    template vlMemory::StringView vlGraphics::ContentLoader::getListName<vlGraphics::T>();         \
+    template vlExport::Node vlGraphics::ContentLoader::getDeclaration(const T&,                    \
+                                                                      vlMemory::StringView);       \
+    template vlCommon::Result<> vlGraphics::ContentLoader::fillFromDeclaration(                    \
+            T&, const vlExport::Node&, vlMemory::StringView);                                      \
+    template vlCommon::Result<> vlGraphics::ContentLoader::saveObjectDeclaration(                  \
+            const T&, vlMemory::StringView)
+
+namespace vlGraphics {
+
+/// Writes a file with that one declaration.
+vlCommon::Result<> saveDeclaration(vlMemory::StringView listName,
+                                   vlExport::Node declaration,
+                                   vlMemory::StringView absolutePath);
+vlMemory::String absoluteDeclarationPath(vlMemory::StringView path);
+vlMemory::String folderOf(vlMemory::StringView absolutePath);
+
+template <class T> void readList(const vlExport::Node& list, LoadSession& session) {
+    KindLoader<T>::readList(list, session);
+}
+
+template <class T> vlMemory::StringView ContentLoader::getListName() {
+    return Declared<T>::list;
+}
+
+template <class T>
+vlExport::Node ContentLoader::getDeclaration(const T& resource, vlMemory::StringView folder) {
+    return KindLoader<T>::write(resource, DeclarationFolders(folder, {}));
+}
+
+template <class T>
+vlCommon::Result<> ContentLoader::fillFromDeclaration(T& resource,
+                                                      const vlExport::Node& declaration,
+                                                      vlMemory::StringView folder) {
+    return KindLoader<T>::fill(resource, declaration, DeclarationFolders(folder, {}));
+}
+
+template <class T>
+vlCommon::Result<> ContentLoader::saveObjectDeclaration(const T& resource,
+                                                        vlMemory::StringView path) {
+    const vlMemory::String absolute = absoluteDeclarationPath(path);
+    return saveDeclaration(
+            getListName<T>(), getDeclaration(resource, folderOf(absolute)), absolute);
+}
+
+} // namespace vlGraphics

@@ -1,0 +1,144 @@
+#include "content/KindLoader.h"
+#include "resources/EnumTexts.h"
+
+#include <vlResources/ResourceManager.h>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+
+namespace vlGraphics {
+
+namespace {
+
+constexpr std::size_t mostSourceBytes = std::size_t{1} << 24U; ///< of one stage
+
+/// What the files of a program's folder are called.
+constexpr std::array<vlMemory::StringView, shaderTypeCount> stageFiles{"vertexShader.hlsl",
+                                                                       "hullShader.hlsl",
+                                                                       "domainShader.hlsl",
+                                                                       "geometryShader.hlsl",
+                                                                       "pixelShader.hlsl",
+                                                                       "computeShader.hlsl",
+                                                                       "raytraceShader.hlsl"};
+
+struct StageValues {
+    SHADER_TYPE stage = SHADER_TYPE::VERTEX;
+    vlMemory::String file;
+    vlMemory::String source;
+    std::vector<DefineMacro> macros;
+};
+
+template <class Archive, class V> void describeStage(Archive& archive, V& values) {
+    archive.required("stage", values.stage, EnumTexts<SHADER_TYPE>::table);
+    if (Archive::reading || !values.file.empty()) archive.optional("file", values.file);
+    if (Archive::reading || !values.source.empty()) archive.optional("source", values.source);
+    archive.check(values.file.empty() || values.source.empty(),
+                  "source",
+                  "stands beside 'file', where only one of them can be");
+    if (Archive::reading || !values.macros.empty()) {
+        archive.optionalArray("macros", values.macros, [](auto& child, auto& macro) {
+            child.required("name", macro.name);
+            child.optional("value", macro.value);
+        });
+    }
+}
+
+/// Reads the stage's file; the answer is the folder it belongs to when it is called as the files of
+/// a program's folder are, and empty otherwise.
+vlCommon::Result<vlMemory::String> readStage(StageValues& values,
+                                             const DeclarationFolders& folders) {
+    const auto path = folders.resolve(values.file);
+    if (!path) return tl::unexpected(path.error());
+    const auto bytes = vlResources::ResourceManager::getInstance().readFile(*path, mostSourceBytes);
+    if (!bytes) return tl::unexpected(bytes.error());
+    values.source = bytes->text();
+    const std::filesystem::path file(*path);
+    const auto wanted = stageFiles[static_cast<std::size_t>(values.stage)];
+    return file.filename().string() == wanted ? file.parent_path().string() : vlMemory::String();
+}
+
+} // namespace
+
+template <> struct Declared<Program> {
+    using Manager = ProgramManager;
+    static constexpr vlMemory::StringView list = "programs";
+    struct Values {
+        PROGRAM_TYPE type = PROGRAM_TYPE::PIPELINE;
+        bool crossCompilerDefines = true;
+        vlMemory::String folder; ///< of a memento: where the sources belong
+        std::vector<StageValues> stages;
+    };
+    template <class Archive, class V> static void describe(Archive& archive, V& values) {
+        archive.optional("type", values.type, EnumTexts<PROGRAM_TYPE>::table);
+        archive.optional("crossCompilerDefines", values.crossCompilerDefines);
+        if (Archive::reading || !values.folder.empty()) archive.optional("folder", values.folder);
+        archive.optionalArray(
+                "stages",
+                values.stages,
+                [](auto& child, auto& stage) { describeStage(child, stage); },
+                shaderTypeCount);
+    }
+    static Values from(const Program& program, const DeclarationFolders& folders) {
+        Values values{program.getType(), program.getActivateCrossCompilerDefines(), {}, {}};
+        const bool refers = program.isFromFile() && !folders.isMemento();
+        if (program.isFromFile() && folders.isMemento()) values.folder = program.getFolder();
+        for (const auto& [stage, text] : EnumTexts<SHADER_TYPE>::table) {
+            StageValues one{stage, {}, {}, program.getMemory().getDefineMacros(stage)};
+            const vlMemory::String& source = program.getMemory().getMemory(stage);
+            if (source.empty() && one.macros.empty()) continue;
+            if (refers && !source.empty()) {
+                const auto name = stageFiles[static_cast<std::size_t>(stage)];
+                one.file = folders.refer(fmt::format("{}/{}", program.getFolder(), name));
+            } else {
+                one.source = source;
+            }
+            values.stages.push_back(std::move(one));
+        }
+        return values;
+    }
+    static vlCommon::Result<> prepare(Values& values, const DeclarationFolders& folders) {
+        if (!values.folder.empty() && !folders.isMemento()) {
+            return vlCommon::fail("'folder' has no place in a file");
+        }
+        std::array<bool, shaderTypeCount> seen{};
+        std::optional<vlMemory::String> common;
+        bool together = true;
+        for (StageValues& stage : values.stages) {
+            bool& known = seen[static_cast<std::size_t>(stage.stage)];
+            if (known) {
+                return vlCommon::fail(
+                        fmt::format("'stages' has the stage {} twice", enumText(stage.stage)));
+            }
+            known = true;
+            const bool inText = !stage.source.empty();
+            if (stage.file.empty()) {
+                together = together && !inText;
+                continue;
+            }
+            auto folder = readStage(stage, folders);
+            if (!folder) return tl::unexpected(folder.error());
+            together = together && !folder->empty() && (!common || *common == *folder);
+            common = std::move(*folder);
+        }
+        if (common && together) values.folder = DeclarationFolders::sourcePathOf(*common);
+        return {};
+    }
+    static void apply(Program& program, const Values& values) {
+        ProgramSourcesHolder sources;
+        for (const StageValues& stage : values.stages) {
+            sources.setMemory(stage.stage, stage.source);
+            for (const DefineMacro& macro : stage.macros) {
+                sources.addDefineMacro(stage.stage, macro.name, macro.value);
+            }
+        }
+        program.setType(values.type);
+        program.setActivateCrossCompilerDefines(values.crossCompilerDefines);
+        program.setFromMemory(std::move(sources));
+        if (!values.folder.empty()) program.setFromFiles(values.folder);
+    }
+};
+
+} // namespace vlGraphics
+
+VL_DECLARED_KIND(Program);

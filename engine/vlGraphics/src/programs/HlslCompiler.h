@@ -1,0 +1,22 @@
+#pragma once
+#include "programs/CompileRequest.h"
+
+#include <cstddef>
+#include <span>
+
+namespace vlGraphics {
+
+/// Bytes of one stage's source that are still compiled.
+inline constexpr std::size_t maxSourceBytes = std::size_t{4} << 20U;
+
+/// The stages that a program of that type may have, in their order.
+std::span<const SHADER_TYPE> stagesOf(PROGRAM_TYPE type);
+
+/** Compiles HLSL to SPIR-V 1.3 and reflects it. Depends on nothing but the request; callable from
+ * any thread. A failure names the stage, and the line in the text as its author numbers it. */
+CompileOutcome compileHlsl(const CompileRequest& request);
+/// The same from its parts.
+CompileOutcome
+compileHlsl(PROGRAM_TYPE type, const ProgramSourcesHolder& sources, bool crossCompilerDefines);
+
+} // namespace vlGraphics

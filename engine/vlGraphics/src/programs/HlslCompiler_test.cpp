@@ -1,0 +1,387 @@
+#include "programs/DefaultResources.h"
+#include "programs/HlslCompiler.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+#include <spirv-tools/libspirv.hpp>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace vlGraphics {
+namespace {
+
+using vlMemory::StringView;
+
+constexpr StringView plainVertex = R"(
+vlConstantBufferDecl(PassBuffer, 0)
+{
+    vlFloat4x4 viewMat;
+    vlFloat4x4 projMat;
+};
+
+#ifdef VL_HLSL
+vlFloat4 main(vlFloat4 vPos : POSITION, vlFloat4x4 worldMat : WORLD_MATRIX) : SV_POSITION
+{
+    return vlMul(projMat, vlMul(viewMat, vlMul(worldMat, vPos)));
+}
+#endif
+)";
+constexpr StringView plainPixel =
+        "float4 main() : SV_TARGET { return float4(0.5, 0.5, 0.5, 1.0); }";
+
+void expectValid(const CompiledProgram& program) {
+    spvtools::SpirvTools tools(SPV_ENV_VULKAN_1_1);
+    std::string faults;
+    tools.SetMessageConsumer([&](auto, auto, auto, const char* text) { faults += text; });
+    for (const auto& spirv : program.spirv) {
+        if (spirv.empty()) continue;
+        EXPECT_EQ(spirv[1], 0x00010300U);
+        EXPECT_TRUE(tools.Validate(spirv)) << faults;
+    }
+}
+
+CompileOutcome compile(StringView vertex, StringView pixel) {
+    ProgramSourcesHolder sources;
+    sources.setVertexMemory(vertex);
+    sources.setPixelMemory(pixel);
+    CompileOutcome outcome = compileHlsl(PROGRAM_TYPE::PIPELINE, sources, true);
+    if (outcome) expectValid(*outcome);
+    return outcome;
+}
+
+CompileOutcome compileCompute(StringView text) {
+    ProgramSourcesHolder sources;
+    sources.setComputeMemory(text);
+    CompileOutcome outcome = compileHlsl(PROGRAM_TYPE::COMPUTE, sources, true);
+    if (outcome) expectValid(*outcome);
+    return outcome;
+}
+
+std::string pixelError(StringView pixel) {
+    const CompileOutcome outcome = compile(plainVertex, pixel);
+    if (outcome) return "compiled";
+    EXPECT_EQ(outcome.error().getStage(), SHADER_TYPE::PIXEL);
+    return outcome.error().getErrorMessage();
+}
+
+std::string describe(const ProgramReflection& reflection) {
+    std::string text;
+    for (const ReflectedResource& resource : reflection.resources) {
+        text += "btsu"[static_cast<std::size_t>(resource.resourceClass)];
+        text += std::to_string(resource.slot) + "." + std::to_string(resource.space) + " " +
+                resource.name + (resource.isBuffer ? " buffer" : "") + " m" +
+                std::to_string(resource.stageMask) + "\n";
+    }
+    for (const ReflectedInput& input : reflection.inputs)
+        text += input.semantic + "@" + std::to_string(input.location) + " f" +
+                std::to_string(static_cast<int>(input.format)) + "\n";
+    return text;
+}
+
+/// Location of a stage's variable whose name ends so; -1 when there is none.
+int locationOf(const std::vector<std::uint32_t>& spirv, StringView nameEnd) {
+    constexpr std::uint32_t opName = 5;
+    constexpr std::uint32_t opDecorate = 71;
+    constexpr std::uint32_t location = 30;
+    std::uint32_t id = 0;
+    for (std::size_t at = 5; at < spirv.size(); at += spirv[at] >> 16U) {
+        const std::uint32_t op = spirv[at] & 0xFFFFU;
+        if (op == opName &&
+            StringView(reinterpret_cast<const char*>(&spirv[at + 2])).ends_with(nameEnd))
+            id = spirv[at + 1];
+        if (op == opDecorate && spirv[at + 1] == id && spirv[at + 2] == location)
+            return static_cast<int>(spirv[at + 3]);
+    }
+    return -1;
+}
+
+TEST(HlslCompiler, CompilesThePortableSpelling) {
+    const CompileOutcome outcome = compile(plainVertex, plainPixel);
+    ASSERT_TRUE(outcome) << outcome.error().getErrorMessage();
+    EXPECT_EQ(describe(outcome->reflection),
+              "b0.0 PassBuffer m1\nPOSITION@0 f2\nWORLD_MATRIX@8 f2\n");
+    EXPECT_EQ(outcome->reflection.resources[0].byteSize, 128U);
+    EXPECT_EQ(outcome->reflection.inputs[1].locationCount, 4U);
+    EXPECT_EQ(outcome->reflection.colorTargetCount, 1U);
+}
+
+TEST(HlslCompiler, LeavesThePortableSpellingOutWhenAsked) {
+    ProgramSourcesHolder sources;
+    sources.setVertexMemory(plainVertex);
+    sources.setPixelMemory(plainPixel);
+    const CompileOutcome outcome = compileHlsl(PROGRAM_TYPE::PIPELINE, sources, false);
+    ASSERT_FALSE(outcome);
+    EXPECT_EQ(outcome.error().getStage(), SHADER_TYPE::VERTEX);
+    EXPECT_EQ(outcome.error().getErrorMessage().substr(0, 2), "2:");
+}
+
+TEST(HlslCompiler, DefaultShadersCompileAndUseWhatTheirShadersBind) {
+    for (const DefaultShader& shader : defaultShaders) {
+        const CompileOutcome outcome = compileHlsl(PROGRAM_TYPE::PIPELINE, sourcesOf(shader), true);
+        ASSERT_TRUE(outcome) << shader.name << ": " << outcome.error().getErrorMessage();
+        expectValid(*outcome);
+        std::string expected =
+                shader.normal || shader.uv ? "b0.0 PassBuffer m1\n" : "b0.0 PassBuffer m17\n";
+        if (shader.uv) expected += "t0.0 colors m16\ns0.0 colorSampler m16\n";
+        expected += "POSITION@0 f2\n";
+        if (shader.normal) expected += "NORMAL@1 f6\n";
+        if (shader.uv) expected += "TEXCOORD@2 f16\n";
+        EXPECT_EQ(describe(outcome->reflection), expected + "WORLD_MATRIX@8 f2\n");
+        EXPECT_EQ(outcome->reflection.resources[0].byteSize, 144U);
+    }
+}
+
+TEST(HlslCompiler, RegistersOfAllClassesAndSpacesStayApart) {
+    const CompileOutcome outcome = compile(plainVertex, R"(
+        cbuffer A : register(b0) { float4 a; };
+        cbuffer B : register(b0, space1) { float4 b; };
+        cbuffer C : register(b31, space7) { float4 c; };
+        Texture2D tex : register(t0);
+        StructuredBuffer<float4> points : register(t0, space1);
+        Texture2D unregistered;
+        SamplerState smp : register(s0);
+        SamplerState smp1 : register(s0, space1);
+        RWStructuredBuffer<float4> written : register(u0);
+        RWTexture2D<float4> image : register(u0, space1);
+        float loose;
+        float4 main() : SV_TARGET {
+            written[0] = b;
+            image[uint2(0, 0)] = c;
+            return a + points[1] + loose + tex.Sample(smp, float2(0, 0)) +
+                   unregistered.Sample(smp1, float2(0, 0));
+        })");
+    ASSERT_TRUE(outcome) << outcome.error().getErrorMessage();
+    // The vertex stage's buffer and the pixel stage's are of one address: one resource.
+    EXPECT_EQ(describe(outcome->reflection),
+              "b0.0 PassBuffer m17\nb1.0 $Global m16\nt0.0 tex m16\nt1.0 unregistered m16\n"
+              "s0.0 smp m16\nu0.0 written buffer m16\n"
+              "b0.1 B m16\nt0.1 points buffer m16\ns0.1 smp1 m16\nu0.1 image m16\n"
+              "b31.7 C m16\nPOSITION@0 f2\nWORLD_MATRIX@8 f2\n");
+}
+
+TEST(HlslCompiler, RefusesWhatCannotBeBound) {
+    EXPECT_EQ(pixelError("Texture2D far : register(t32); SamplerState s : register(s0);\n"
+                         "float4 main() : SV_TARGET { return far.Sample(s, float2(0, 0)); }"),
+              "2: 'far': register t32 is past t31");
+    EXPECT_EQ(pixelError("cbuffer Far : register(b0, space8) { float4 a; };\n"
+                         "float4 main() : SV_TARGET { return a; }"),
+              "2: 'Far': space8 is past space7");
+    EXPECT_EQ(pixelError("Texture2D many[3] : register(t0); SamplerState s : register(s0);\n"
+                         "float4 main() : SV_TARGET { return many[1].Sample(s, float2(0, 0)); }"),
+              "2: 'many': arrays of resources cannot be bound");
+    EXPECT_EQ(pixelError("Texture2D one : register(t0); Texture2D two : register(t0);\n"
+                         "SamplerState s : register(s0); float4 main() : SV_TARGET { return "
+                         "one.Sample(s, float2(0, 0)) + two.Sample(s, float2(0, 0)); }"),
+              "1: 'one' and 'two' are both at register t0, space0");
+}
+
+TEST(HlslCompiler, VaryingsMeetBySemanticWhateverTheOrder) {
+    const CompileOutcome outcome = compile(
+            R"(struct Out { float4 clip : SV_POSITION; float2 uv : TEXCOORD0; float3 normal : NORMAL;
+                            float4x4 frame : FRAME; float4 tint : COLOR; };
+               Out main(float4 p : POSITION, float3 n : NORMAL) {
+                   Out o; o.clip = p; o.uv = p.xy; o.normal = n; o.tint = p.zzzz;
+                   o.frame = float4x4(p, p, p, p); return o; })",
+            R"(struct In { float4 tint : COLOR0; float3 normal : normal; float4x4 frame : FRAME;
+                           float2 uv : TEXCOORD; };
+               float4 main(In i) : SV_TARGET {
+                   return i.tint + float4(i.normal, 1) + i.uv.xyxy + i.frame[2]; })");
+    ASSERT_TRUE(outcome) << outcome.error().getErrorMessage();
+    const auto& vertex = outcome->spirv[static_cast<std::size_t>(SHADER_TYPE::VERTEX)];
+    const auto& pixel = outcome->spirv[static_cast<std::size_t>(SHADER_TYPE::PIXEL)];
+    for (const StringView name : {"uv", "normal", "frame", "tint"}) {
+        EXPECT_GE(locationOf(vertex, std::string("t.") + std::string(name)), 0) << name;
+        EXPECT_EQ(locationOf(vertex, std::string("t.") + std::string(name)),
+                  locationOf(pixel, std::string("i.") + std::string(name)))
+                << name;
+    }
+}
+
+TEST(HlslCompiler, VertexInputsFollowSemanticsNotDeclarationOrder) {
+    const CompileOutcome outcome = compile(
+            R"(struct In { uint4 picked : PICKINGID; float2 second : TEXCOORD1; float3 t : TANGENT;
+                           float4x4 world : WORLD_MATRIX; float2 first : TexCoord0;
+                           float4 dropped : COLOR; float3 p : POSITION; };
+               float4 main(In i) : SV_POSITION {
+                   return mul(i.world, float4(i.p + i.t, 1)) + i.first.xyxy + i.second.xyxy +
+                          float4(i.picked); })",
+            plainPixel);
+    ASSERT_TRUE(outcome) << outcome.error().getErrorMessage();
+    EXPECT_EQ(describe(outcome->reflection),
+              "POSITION@0 f6\nTEXCOORD1@1 f16\nTEXCOORD@2 f16\nTANGENT@4 f6\n"
+              "WORLD_MATRIX@8 f2\nPICKINGID@12 f3\n");
+}
+
+TEST(HlslCompiler, RefusesOneSemanticOnTwoInputs) {
+    const CompileOutcome outcome =
+            compile("float4 main(float4 a : POSITION, float4 b : POSITION0) : SV_POSITION {\n"
+                    "return a + b; }",
+                    plainPixel);
+    ASSERT_FALSE(outcome);
+    EXPECT_NE(outcome.error().getErrorMessage().find("'POSITION': the semantic is on two inputs"),
+              std::string::npos);
+}
+
+TEST(HlslCompiler, ErrorsNameTheLineOfTheText) {
+    EXPECT_EQ(pixelError("float4 main() : SV_TARGET\n{\n    return colour;\n}"),
+              "3: 'colour' : unknown variable");
+    EXPECT_EQ(pixelError("// 1\n// 2\n// 3\nfloat4 main() : SV_TARGET\n{\n    float a = 1;\n"
+                         "    float b = = a;\n    return b;\n}")
+                      .substr(0, 2),
+              "7:");
+    EXPECT_EQ(pixelError("float4 other() : SV_TARGET { return 0; }"),
+              "1: there is no function 'main'");
+    EXPECT_EQ(pixelError(" \n\t\r\n"), "1: the source is empty");
+    EXPECT_EQ(pixelError("float4 main() : SV_TARGET\n{ return 1; }\n// caf\xC3"),
+              "3: the text is not valid UTF-8");
+    EXPECT_EQ(pixelError("float4 main() : SV_TARGET {\n#include \"a.hlsl\"\nreturn 1; }")
+                      .substr(0, 2),
+              "2:");
+}
+
+TEST(HlslCompiler, BoundsWhatItTakes) {
+    const std::string deep(100000, '(');
+    EXPECT_EQ(pixelError("float4 main() : SV_TARGET {\nreturn " + deep + "1;}"),
+              "2: brackets nested deeper than 256");
+    EXPECT_EQ(pixelError("// " + deep + "\n/* \n" + deep +
+                         " */\nfloat4 main() : SV_TARGET { return 1; }"),
+              "compiled");
+    EXPECT_EQ(pixelError("#define P0 ((\n#define P1 P0 P0 P0 P0\n#define P2 P1 P1 P1 P1\n"
+                         "#define P3(a) a a a a a a a a\n#define EMPTY\n"
+                         "float4 main() : SV_TARGET {\nreturn P3(P2) EMPTY 1;}"),
+              "7: brackets nested deeper than 256");
+    std::string doubling = "#define X0(a) a a\n";
+    for (int index = 1; index < 40; ++index)
+        doubling += fmt::format("#define X{}(a) X{}(a a)\n", index, index - 1);
+    EXPECT_EQ(pixelError(doubling + "float4 main() : SV_TARGET { X39(;) return 1; }"),
+              "41: macros expand to more than 1048576 words");
+    const auto repeated = [](StringView text, std::size_t count) {
+        std::string all;
+        for (std::size_t index = 0; index < count; ++index)
+            all += text;
+        return all;
+    };
+    EXPECT_EQ(pixelError("float4 main(float x : A) : SV_TARGET { return " + repeated("x+", 200000) +
+                         "1; }"),
+              "1: a statement has more than 65536 operators");
+    EXPECT_EQ(pixelError("float4 main(float x : A) : SV_TARGET {\n" +
+                         repeated("if (x > 0) x = 1; else\n", 100000) + "x = 2; return x; }"),
+              "2050: more than 4096 branches and loops");
+    EXPECT_EQ(pixelError(std::string(std::size_t{5} << 20U, ' ') + "float a;"),
+              "1: the source has 5242888 bytes, more than 4194304 cannot be compiled");
+}
+
+TEST(HlslCompiler, MacrosBelongToTheirStageAndAreChecked) {
+    const auto withMacro = [](StringView name, StringView value) {
+        ProgramSourcesHolder sources;
+        sources.setVertexMemory(plainVertex);
+        sources.setPixelMemory("float4 main() : SV_TARGET { return SHADE; }");
+        sources.addDefineMacroPixel(name, value);
+        const CompileOutcome outcome = compileHlsl(PROGRAM_TYPE::PIPELINE, sources, true);
+        return outcome ? "compiled" : outcome.error().getErrorMessage();
+    };
+    EXPECT_EQ(withMacro("SHADE", "float4(1, 0, 0, 1)"), "compiled");
+    EXPECT_EQ(withMacro("SHADE(a)", "1"), "1: macro 'SHADE(a)': the name is not an identifier");
+    EXPECT_EQ(withMacro("SHADE", "1\n#error"), "1: macro 'SHADE': the value is not a single line");
+    EXPECT_EQ(withMacro("return", "break").substr(0, 2), "1:");
+    EXPECT_EQ(withMacro("SHADE", ""), "1: '' : function does not return a value: @main")
+            << "an empty value is one";
+}
+
+TEST(HlslCompiler, GeometryProgramsNeedVertexAndGeometry) {
+    ProgramSourcesHolder sources;
+    sources.setVertexMemory(
+            "struct V { float4 modelPos : POSITION; };\n"
+            "V main(float4 position : POSITION) { V v; v.modelPos = position; return v; }");
+    ASSERT_FALSE(compileHlsl(PROGRAM_TYPE::GEOMETRY, sources, true));
+    sources.setGeometryMemory("struct V { float4 modelPos : POSITION; };\n[maxvertexcount(1)]\n"
+                              "void main(point V input[1], inout PointStream<V> stream) {\n"
+                              "V v; v.modelPos = input[0].modelPos; stream.Append(v);\n"
+                              "stream.RestartStrip(); }");
+    const CompileOutcome outcome = compileHlsl(PROGRAM_TYPE::GEOMETRY, sources, true);
+    ASSERT_TRUE(outcome) << outcome.error().getErrorMessage();
+    expectValid(*outcome);
+    EXPECT_FALSE(outcome->spirv[static_cast<std::size_t>(SHADER_TYPE::GEOMETRY)].empty());
+}
+
+TEST(HlslCompiler, TessellationNeedsBothItsStages) {
+    ProgramSourcesHolder sources;
+    sources.setVertexMemory("float4 main(float4 p : POSITION) : CONTROL { return p; }");
+    sources.setHullMemory(R"(
+        struct Patch { float edges[3] : SV_TessFactor; float inside : SV_InsideTessFactor; };
+        struct Point { float4 p : CONTROL; };
+        Patch factors(InputPatch<Point, 3> patch) {
+            Patch f; f.edges[0] = 2; f.edges[1] = 2; f.edges[2] = 2; f.inside = 2; return f; }
+        [domain("tri")] [partitioning("integer")] [outputtopology("triangle_cw")]
+        [outputcontrolpoints(3)] [patchconstantfunc("factors")]
+        Point main(InputPatch<Point, 3> patch, uint i : SV_OutputControlPointID) { return patch[i]; })");
+    sources.setPixelMemory(plainPixel);
+    const CompileOutcome half = compileHlsl(PROGRAM_TYPE::PIPELINE, sources, true);
+    ASSERT_FALSE(half);
+    EXPECT_EQ(half.error().getStage(), SHADER_TYPE::DOMAIN_STAGE);
+    sources.setDomainMemory(R"(
+        struct Patch { float edges[3] : SV_TessFactor; float inside : SV_InsideTessFactor; };
+        struct Point { float4 p : CONTROL; };
+        [domain("tri")]
+        float4 main(Patch f, float3 at : SV_DomainLocation, const OutputPatch<Point, 3> patch)
+                : SV_POSITION {
+            return patch[0].p * at.x + patch[1].p * at.y + patch[2].p * at.z; })");
+    const CompileOutcome outcome = compileHlsl(PROGRAM_TYPE::PIPELINE, sources, true);
+    ASSERT_TRUE(outcome) << outcome.error().getErrorMessage();
+    expectValid(*outcome);
+}
+
+TEST(HlslCompiler, ComputeReflectsItsGroupAndBuffer) {
+    const CompileOutcome outcome = compileCompute(
+            "RWStructuredBuffer<float> data : register(u0);\n[numthreads(8, 4, 2)]\n"
+            "void main(uint3 id : SV_DispatchThreadID) { data[id.x + id.y * 4] = 0.0; }");
+    ASSERT_TRUE(outcome) << outcome.error().getErrorMessage();
+    EXPECT_EQ(describe(outcome->reflection), "u0.0 data buffer m32\n");
+    EXPECT_EQ(outcome->reflection.threadGroupSize, (std::array<std::uint32_t, 3>{8, 4, 2}));
+}
+
+TEST(HlslCompiler, ConstantBuffersPackByRegistersOfSixteenBytes) {
+    const auto sizeOf = [](StringView members, StringView sum) {
+        const CompileOutcome outcome = compileCompute(
+                "cbuffer P : register(b0) { " + std::string(members) +
+                " };\nRWStructuredBuffer<float> data : register(u0);\n[numthreads(1, 1, 1)]\n"
+                "void main() { data[0] = " +
+                std::string(sum) + "; }");
+        return outcome ? outcome->reflection.resources[0].byteSize : 0;
+    };
+    EXPECT_EQ(sizeOf("float a; float3 b;", "a + b.x"), 16U);
+    EXPECT_EQ(sizeOf("float3 a; float b; float2 c;", "a.x + b + c.x"), 32U);
+    EXPECT_EQ(sizeOf("float2 a; float3 b;", "a.x + b.x"), 32U) << "b would straddle";
+    EXPECT_EQ(sizeOf("float a; float4x4 m; float b;", "a + m[0][0] + b"), 96U);
+    EXPECT_EQ(sizeOf("float a; float e[2]; float4 b;", "a + e[1] + b.x"), 64U);
+    EXPECT_EQ(sizeOf("float e[2]; float b;", "e[1] + b"), 48U);
+}
+
+TEST(HlslCompiler, RaytracingAnswersWithOneLine) {
+    ProgramSourcesHolder sources;
+    sources.setRaytracingMemory("[shader(\"raygeneration\")] void raygen() {}");
+    const CompileOutcome outcome = compileHlsl(PROGRAM_TYPE::RAYTRACING, sources, true);
+    ASSERT_FALSE(outcome);
+    EXPECT_EQ(outcome.error().getStage(), SHADER_TYPE::RAYTRACING);
+    EXPECT_EQ(outcome.error().getErrorMessage(), "1: ray tracing programs cannot be compiled here");
+}
+
+TEST(HlslCompiler, CompilesOnManyThreadsAtOnce) {
+    const CompileOutcome reference = compile(plainVertex, plainPixel);
+    std::vector<CompileOutcome> outcomes(8);
+    std::vector<std::thread> threads;
+    for (CompileOutcome& outcome : outcomes)
+        threads.emplace_back([&outcome] { outcome = compile(plainVertex, plainPixel); });
+    for (std::thread& thread : threads)
+        thread.join();
+    ASSERT_TRUE(reference);
+    for (const CompileOutcome& outcome : outcomes) {
+        ASSERT_TRUE(outcome);
+        EXPECT_EQ(outcome->spirv, reference->spirv);
+    }
+}
+
+} // namespace
+} // namespace vlGraphics

@@ -1,0 +1,102 @@
+#include "programs/HlslText.h"
+
+#include "Assets.h"
+#include "programs/HlslCompiler.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace vlGraphics::HlslText {
+
+namespace {
+
+using vlMemory::StringView;
+
+bool isBlankCharacter(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+bool isNameStart(char c) {
+    return c == '_' || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+bool isNameCharacter(char c) {
+    return isNameStart(c) || (c >= '0' && c <= '9');
+}
+
+/// Bytes of the UTF-8 sequence that begins there; 0 where none does.
+std::size_t sequenceLength(StringView text, std::size_t at) {
+    const auto byte = [&](std::size_t index) {
+        return index < text.size() ? static_cast<unsigned char>(text[index]) : 0U;
+    };
+    const auto follows = [&](std::size_t index) { return (byte(index) & 0xC0U) == 0x80U; };
+    const unsigned first = byte(at);
+    if (first < 0x80U) return 1;
+    if (first >= 0xC2U && first <= 0xDFU) return follows(at + 1) ? 2 : 0;
+    if ((first & 0xF0U) == 0xE0U) {
+        const bool overlong = first == 0xE0U && byte(at + 1) < 0xA0U;
+        const bool surrogate = first == 0xEDU && byte(at + 1) >= 0xA0U;
+        return !overlong && !surrogate && follows(at + 1) && follows(at + 2) ? 3 : 0;
+    }
+    if (first < 0xF0U || first > 0xF4U) return 0;
+    const bool overlong = first == 0xF0U && byte(at + 1) < 0x90U;
+    const bool tooHigh = first == 0xF4U && byte(at + 1) >= 0x90U;
+    return !overlong && !tooHigh && follows(at + 1) && follows(at + 2) && follows(at + 3) ? 4 : 0;
+}
+
+std::size_t lineAt(StringView text, std::size_t at) {
+    return 1 + static_cast<std::size_t>(
+                       std::count(text.begin(), text.begin() + std::ptrdiff_t(at), '\n'));
+}
+
+} // namespace
+
+std::optional<std::string> findFault(StringView text) {
+    if (text.size() > maxSourceBytes) {
+        return fmt::format("1: the source has {} bytes, more than {} cannot be compiled",
+                           text.size(),
+                           maxSourceBytes);
+    }
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t length = sequenceLength(text, at);
+        if (length == 0) return fmt::format("{}: the text is not valid UTF-8", lineAt(text, at));
+        if (text[at] == '\0') return fmt::format("{}: the text has a zero byte", lineAt(text, at));
+        at += length;
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> findFault(const std::vector<DefineMacro>& macros) {
+    std::size_t bytes = 0;
+    for (const DefineMacro& macro : macros) {
+        const bool named = !macro.name.empty() && isNameStart(macro.name.front()) &&
+                           std::all_of(macro.name.begin(), macro.name.end(), isNameCharacter);
+        if (!named) return fmt::format("1: macro '{}': the name is not an identifier", macro.name);
+        const bool oneLine = std::none_of(macro.value.begin(), macro.value.end(), [](char c) {
+            return static_cast<unsigned char>(c) < 0x20 && c != '\t';
+        });
+        // A backslash at the end would join the value with what follows.
+        if (!oneLine || macro.value.ends_with('\\'))
+            return fmt::format("1: macro '{}': the value is not a single line", macro.name);
+        if (const auto fault = findFault(macro.value))
+            return fmt::format("1: macro '{}': {}", macro.name, fault->substr(3));
+        bytes += macro.name.size() + macro.value.size();
+    }
+    if (bytes > maxSourceBytes) return "1: the macros are too long";
+    return std::nullopt;
+}
+
+bool isBlank(StringView text) {
+    return std::all_of(text.begin(), text.end(), isBlankCharacter);
+}
+
+std::string preamble(const std::vector<DefineMacro>& macros, bool crossCompilerDefines) {
+    std::string text = "#pragma pack_matrix(row_major)\n";
+    if (crossCompilerDefines) text += assets::asset("cross_compiler.hlsl");
+    for (const DefineMacro& macro : macros)
+        text += fmt::format("#define {} {}\n", macro.name, macro.value);
+    return text;
+}
+
+} // namespace vlGraphics::HlslText

@@ -1,0 +1,325 @@
+#include "programs/InterfaceMapper.h"
+
+#include "programs/BindingModel.h"
+
+#include <fmt/format.h>
+#include <glslang/Public/ShaderLang.h>
+// Needs the one above.
+#include <glslang/MachineIndependent/iomapper.h>
+#include <glslang/MachineIndependent/localintermediate.h>
+
+#include <algorithm>
+#include <bitset>
+#include <map>
+#include <optional>
+#include <set>
+#include <utility>
+
+namespace vlGraphics {
+
+namespace {
+
+using glslang::TQualifier;
+using glslang::TType;
+using glslang::TVarEntryInfo;
+
+constexpr std::uint32_t locationCount = 32;
+
+struct FixedLocation {
+    vlMemory::StringView semantic;
+    std::uint32_t location;
+};
+constexpr FixedLocation fixedLocations[] = {{"POSITION", 0},
+                                            {"NORMAL", 1},
+                                            {"TEXCOORD", 2},
+                                            {"COLOR", 3},
+                                            {"TANGENT", 4},
+                                            {"BINORMAL", 5},
+                                            {"WORLD_MATRIX", 8},
+                                            {"PICKINGID", 12}};
+
+/** Places semantics in the locations of one interface. */
+class LocationTable {
+public:
+    /// A semantic seen again takes the larger of the sizes.
+    void note(const std::string& semantic, std::uint32_t count) {
+        const auto found = std::find_if(entries_.begin(), entries_.end(), [&](const auto& entry) {
+            return entry.semantic == semantic;
+        });
+        if (found == entries_.end()) {
+            entries_.push_back({semantic, locationCount, count});
+        } else {
+            found->locationCount = std::max(found->locationCount, count);
+        }
+    }
+
+    void placeAll(bool usesFixed) {
+        for (PlacedSemantic& entry : entries_)
+            if (usesFixed) placeFixed(entry);
+        for (PlacedSemantic& entry : entries_)
+            if (entry.location == locationCount) placeLowest(entry);
+    }
+
+    /// Nothing where the locations did not suffice.
+    std::optional<std::uint32_t> find(const std::string& semantic) const {
+        for (const PlacedSemantic& entry : entries_)
+            if (entry.semantic == semantic && entry.location < locationCount) return entry.location;
+        return std::nullopt;
+    }
+
+    const std::vector<PlacedSemantic>& entries() const { return entries_; }
+
+private:
+    void placeFixed(PlacedSemantic& entry) {
+        for (const FixedLocation& fixed : fixedLocations)
+            if (fixed.semantic == entry.semantic && isFree(fixed.location, entry.locationCount))
+                take(entry, fixed.location);
+    }
+    void placeLowest(PlacedSemantic& entry) {
+        for (std::uint32_t location = 0; location < locationCount; ++location)
+            if (isFree(location, entry.locationCount)) return take(entry, location);
+    }
+    bool isFree(std::uint32_t location, std::uint32_t count) const {
+        if (location + count > locationCount) return false;
+        for (std::uint32_t index = 0; index < count; ++index)
+            if (taken_[location + index]) return false;
+        return true;
+    }
+    void take(PlacedSemantic& entry, std::uint32_t location) {
+        for (std::uint32_t index = 0; index < entry.locationCount; ++index)
+            taken_.set(location + index);
+        entry.location = location;
+    }
+
+    std::vector<PlacedSemantic> entries_;
+    std::bitset<locationCount> taken_;
+};
+
+/** Visited twice by the mapper: once to gather what there is in all stages, then to answer. */
+class Resolver final : public glslang::TIoMapResolver {
+public:
+    void visit(SHADER_TYPE stage, bool answers) {
+        stage_ = stage;
+        answers_ = answers;
+    }
+    void placeAll() {
+        vertexInputs_.placeAll(true);
+        varyings_.placeAll(false);
+    }
+    const LocationTable& vertexInputs() const { return vertexInputs_; }
+    const MapFailure& failure() const { return failure_; }
+
+    bool validateBinding(EShLanguage, TVarEntryInfo&) override { return true; }
+    bool validateInOut(EShLanguage, TVarEntryInfo&) override { return true; }
+
+    void notifyBinding(EShLanguage, TVarEntryInfo& entry) override {
+        if (!answers_) noteResource(entry);
+    }
+    void notifyInOut(EShLanguage language, TVarEntryInfo& entry) override {
+        if (!answers_) noteVarying(language, entry);
+    }
+
+    int resolveBinding(EShLanguage, TVarEntryInfo& entry) override {
+        return entry.newBinding = answers_ ? bindingFor(entry) : -1;
+    }
+    int resolveSet(EShLanguage, TVarEntryInfo& entry) override {
+        return entry.newSet = answers_ ? static_cast<int>(spaceOf(entry)) : -1;
+    }
+    int resolveInOutLocation(EShLanguage language, TVarEntryInfo& entry) override {
+        return entry.newLocation = answers_ ? locationFor(language, entry) : -1;
+    }
+    int resolveUniformLocation(EShLanguage, TVarEntryInfo& entry) override {
+        return entry.newLocation = -1;
+    }
+    int resolveInOutComponent(EShLanguage, TVarEntryInfo& entry) override {
+        return entry.newComponent = -1;
+    }
+    int resolveInOutIndex(EShLanguage, TVarEntryInfo& entry) override {
+        return entry.newIndex = -1;
+    }
+
+    void beginNotifications(EShLanguage) override {}
+    void endNotifications(EShLanguage) override {}
+    void beginResolve(EShLanguage) override {}
+    void endResolve(EShLanguage) override {}
+    void beginCollect(EShLanguage) override {}
+    void endCollect(EShLanguage) override {}
+    void reserverStorageSlot(TVarEntryInfo&, TInfoSink&) override {}
+    void reserverResourceSlot(TVarEntryInfo&, TInfoSink&) override {}
+    void addStage(EShLanguage, glslang::TIntermediate&) override {}
+
+private:
+    using Address = std::pair<std::uint32_t, std::uint32_t>; ///< space, binding
+
+    void fail(const TVarEntryInfo& entry, const std::string& text) {
+        if (failure_.failed()) return;
+        failure_ = {stage_, fmt::format("{}: {}", std::max(entry.symbol->getLoc().line, 1), text)};
+    }
+
+    static vlMemory::StringView nameOf(const TVarEntryInfo& entry) {
+        // A constant buffer's variable has no name of its own.
+        const TType& type = entry.symbol->getType();
+        if (type.getBasicType() == glslang::EbtBlock &&
+            glslang::IsAnonymous(entry.symbol->getName()))
+            return {type.getTypeName().data(), type.getTypeName().size()};
+        return {entry.symbol->getName().data(), entry.symbol->getName().size()};
+    }
+    static std::uint32_t spaceOf(const TVarEntryInfo& entry) {
+        const TQualifier& qualifier = entry.symbol->getQualifier();
+        return qualifier.hasSet() ? qualifier.layoutSet : 0;
+    }
+    static RESOURCE_CLASS classOf(const TType& type) {
+        if (type.getQualifier().storage == glslang::EvqBuffer)
+            return type.getQualifier().isReadOnly() ? RESOURCE_CLASS::TEXTURE : RESOURCE_CLASS::UAV;
+        if (type.getBasicType() != glslang::EbtSampler) return RESOURCE_CLASS::CONSTANT_BUFFER;
+        if (type.getSampler().isPureSampler()) return RESOURCE_CLASS::SAMPLER;
+        return type.getSampler().isImage() ? RESOURCE_CLASS::UAV : RESOURCE_CLASS::TEXTURE;
+    }
+
+    void noteResource(const TVarEntryInfo& entry) {
+        using namespace BindingModel;
+        const TType& type = entry.symbol->getType();
+        const RESOURCE_CLASS resourceClass = classOf(type);
+        if (type.isArray() && entry.live)
+            fail(entry, fmt::format("'{}': arrays of resources cannot be bound", nameOf(entry)));
+        if (spaceOf(entry) >= spaceCount) {
+            fail(entry,
+                 fmt::format("'{}': space{} is past space{}",
+                             nameOf(entry),
+                             spaceOf(entry),
+                             spaceCount - 1));
+        }
+        if (!type.getQualifier().hasBinding()) return;
+        const std::uint32_t slot = type.getQualifier().layoutBinding;
+        if (slot >= registersPerClass) {
+            const char letter = letterOf(resourceClass);
+            fail(entry,
+                 fmt::format("'{}': register {}{} is past {}{}",
+                             nameOf(entry),
+                             letter,
+                             slot,
+                             letter,
+                             registersPerClass - 1));
+            return;
+        }
+        taken_.emplace(spaceOf(entry), bindingOf(resourceClass, slot));
+    }
+
+    int bindingFor(const TVarEntryInfo& entry) {
+        using namespace BindingModel;
+        const TType& type = entry.symbol->getType();
+        const RESOURCE_CLASS resourceClass = classOf(type);
+        if (type.getQualifier().hasBinding())
+            return static_cast<int>(bindingOf(resourceClass, type.getQualifier().layoutBinding));
+        if (!entry.live) return -1;
+        const std::uint32_t space = spaceOf(entry);
+        const std::string key =
+                fmt::format("{}{} {}", letterOf(resourceClass), space, nameOf(entry));
+        const auto known = unregistered_.find(key);
+        if (known != unregistered_.end()) return known->second;
+        for (std::uint32_t slot = 0; slot < registersPerClass; ++slot) {
+            const std::uint32_t binding = bindingOf(resourceClass, slot);
+            if (!taken_.emplace(space, binding).second) continue;
+            return unregistered_[key] = static_cast<int>(binding);
+        }
+        fail(entry, fmt::format("'{}': no register is free for it", nameOf(entry)));
+        return -1;
+    }
+
+    static std::string semanticOf(const TVarEntryInfo& entry) {
+        const char* semantic = entry.symbol->getQualifier().semanticName;
+        // What has none can only meet its like.
+        if (semantic == nullptr) return fmt::format("@{}", nameOf(entry));
+        std::string normalised = normalisedSemantic(semantic);
+        return normalised == "SV_POSITION" ? "POSITION" : normalised;
+    }
+    static bool isVertexInput(EShLanguage language, const TVarEntryInfo& entry) {
+        return language == EShLangVertex && entry.symbol->getQualifier().isPipeInput();
+    }
+    static bool isPixelOutput(EShLanguage language, const TVarEntryInfo& entry) {
+        return language == EShLangFragment && entry.symbol->getQualifier().isPipeOutput();
+    }
+
+    static std::uint32_t locationsOf(EShLanguage language, const TVarEntryInfo& entry) {
+        const TType& type = entry.symbol->getType();
+        // The outermost array of what is per vertex of a primitive is not part of the interface.
+        if (type.isArray() && type.getQualifier().isArrayedIo(language)) {
+            const TType element(type, 0);
+            return static_cast<std::uint32_t>(
+                    glslang::TIntermediate::computeTypeLocationSize(element, language));
+        }
+        return static_cast<std::uint32_t>(
+                glslang::TIntermediate::computeTypeLocationSize(type, language));
+    }
+
+    void noteVarying(EShLanguage language, const TVarEntryInfo& entry) {
+        if (entry.symbol->getType().isBuiltIn()) return;
+        const std::string semantic = semanticOf(entry);
+        if (isPixelOutput(language, entry)) {
+            if (!semantic.starts_with("SV_TARGET"))
+                fail(entry, fmt::format("'{}': a pixel output needs SV_TARGET", semantic));
+            return;
+        }
+        if (!isVertexInput(language, entry)) {
+            varyings_.note(semantic, locationsOf(language, entry));
+            return;
+        }
+        if (!vertexInputsSeen_.insert(semantic).second)
+            fail(entry, fmt::format("'{}': the semantic is on two inputs", semantic));
+        vertexInputs_.note(semantic, locationsOf(language, entry));
+    }
+
+    int locationFor(EShLanguage language, const TVarEntryInfo& entry) {
+        // Targets have theirs from the number of SV_TARGET.
+        if (entry.symbol->getType().isBuiltIn() || isPixelOutput(language, entry)) return -1;
+        const std::string semantic = semanticOf(entry);
+        const LocationTable& table = isVertexInput(language, entry) ? vertexInputs_ : varyings_;
+        const auto location = table.find(semantic);
+        if (location) return static_cast<int>(*location);
+        fail(entry,
+             fmt::format("'{}': more than {} vectors between stages", semantic, locationCount));
+        return -1;
+    }
+
+    SHADER_TYPE stage_ = SHADER_TYPE::VERTEX;
+    bool answers_ = false;
+    std::set<Address> taken_;
+    std::map<std::string, int> unregistered_;
+    LocationTable vertexInputs_;
+    std::set<std::string> vertexInputsSeen_;
+    LocationTable varyings_;
+    MapFailure failure_;
+};
+
+} // namespace
+
+std::string normalisedSemantic(vlMemory::StringView semantic) {
+    std::string name(semantic);
+    std::transform(name.begin(), name.end(), name.begin(), [](char c) {
+        return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    });
+    const std::size_t last = name.find_last_not_of("0123456789");
+    if (last == std::string::npos || last + 1 == name.size()) return name;
+    const std::size_t significant = name.find_first_not_of('0', last + 1);
+    const std::string index =
+            significant == std::string::npos ? std::string() : name.substr(significant);
+    return name.substr(0, last + 1) + index;
+}
+
+MapFailure mapInterfaces(const std::vector<LinkedStage>& stages,
+                         std::vector<PlacedSemantic>& vertexInputs) {
+    Resolver resolver;
+    for (const bool answers : {false, true}) {
+        for (const LinkedStage& linked : stages) {
+            resolver.visit(linked.stage, answers);
+            if (!linked.program->mapIO(&resolver) && !resolver.failure().failed())
+                return {linked.stage, "1: the stage's inputs and outputs could not be mapped"};
+            if (resolver.failure().failed()) return resolver.failure();
+        }
+        if (!answers) resolver.placeAll();
+    }
+    vertexInputs = resolver.vertexInputs().entries();
+    return {};
+}
+
+} // namespace vlGraphics

@@ -1,0 +1,255 @@
+#include "programs/SlotLayout.h"
+
+#include <vlGraphics/Shader.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace vlGraphics {
+
+namespace {
+
+constexpr std::uint32_t maxInstancesLimit = 65536;
+
+template <class T>
+bool addBinding(std::vector<ShaderBinding<T>>& bindings, const ShaderBinding<T>& added) {
+    const bool taken = std::any_of(bindings.begin(), bindings.end(), [&](const auto& binding) {
+        return binding.slot == added.slot && binding.space == added.space;
+    });
+    if (!taken) bindings.push_back(added);
+    return !taken;
+}
+
+template <class T>
+bool forgetBinding(std::vector<ShaderBinding<T>>& bindings,
+                   std::uint32_t slot,
+                   std::uint32_t space) {
+    return std::erase_if(bindings, [&](const auto& binding) {
+               return binding.slot == slot && binding.space == space;
+           }) > 0;
+}
+
+template <class T>
+bool setResource(std::vector<ShaderBinding<T>>& bindings, std::uint32_t index, Handle<T> resource) {
+    if (index >= bindings.size()) return false;
+    bindings[index].resource = resource;
+    return true;
+}
+
+template <class T>
+bool moveBinding(std::vector<ShaderBinding<T>>& bindings,
+                 std::uint32_t index,
+                 std::uint32_t slot,
+                 std::uint32_t space) {
+    for (std::size_t other = 0; other < bindings.size(); ++other) {
+        if (other == index) continue;
+        if (bindings[other].slot == slot && bindings[other].space == space) return false;
+    }
+    bindings[index].slot = slot;
+    bindings[index].space = space;
+    return true;
+}
+
+template <class T>
+bool changeSlot(std::vector<ShaderBinding<T>>& bindings, std::uint32_t index, std::uint32_t slot) {
+    return index < bindings.size() && moveBinding(bindings, index, slot, bindings[index].space);
+}
+
+template <class T>
+bool changeSpace(std::vector<ShaderBinding<T>>& bindings,
+                 std::uint32_t index,
+                 std::uint32_t space) {
+    return index < bindings.size() && moveBinding(bindings, index, bindings[index].slot, space);
+}
+
+template <class T>
+const ShaderBinding<T>* bindingAt(const std::vector<ShaderBinding<T>>& bindings,
+                                  std::uint32_t index) {
+    return index < bindings.size() ? &bindings[index] : nullptr;
+}
+
+template <class Buffers>
+auto findBuffer(Buffers& buffers, std::uint32_t slot, std::uint32_t space) {
+    return std::find_if(buffers.begin(), buffers.end(), [&](const ConstantBuffer& buffer) {
+        return buffer.getSlot() == slot && buffer.getSpace() == space;
+    });
+}
+
+bool isUsableAs(const Program* program, PROGRAM_TYPE type) {
+    return program != nullptr && program->getType() == type && program->isUsable();
+}
+
+} // namespace
+
+Shader::Shader() = default;
+Shader::~Shader() = default;
+
+Program* Shader::getProgram() const {
+    const ProgramManager* programs = ProgramManager::getInstance();
+    return programs == nullptr ? nullptr : programs->resolve(program_);
+}
+
+void Shader::setProgram(Handle<Program> program) {
+    program_ = program;
+    markChanged();
+}
+
+void Shader::setProgram(const Program* program) {
+    ProgramManager* programs = ProgramManager::getInstance();
+    setProgram(programs == nullptr ? Handle<Program>{} : programs->handleOf(program));
+}
+
+bool Shader::addTexture(Handle<Texture> texture, std::uint32_t slot, std::uint32_t space) {
+    return noteIf(addBinding(textures_, {texture, slot, space}));
+}
+
+bool Shader::setTexture(std::uint32_t index, Handle<Texture> texture) {
+    return noteIf(setResource(textures_, index, texture));
+}
+
+bool Shader::forgetTexture(std::uint32_t slot, std::uint32_t space) {
+    return noteIf(forgetBinding(textures_, slot, space));
+}
+
+bool Shader::changeTextureSlot(std::uint32_t index, std::uint32_t slot) {
+    return noteIf(changeSlot(textures_, index, slot));
+}
+
+bool Shader::changeTextureSpace(std::uint32_t index, std::uint32_t space) {
+    return noteIf(changeSpace(textures_, index, space));
+}
+
+const ShaderBinding<Texture>* Shader::getTexturePerIndex(std::uint32_t index) const {
+    return bindingAt(textures_, index);
+}
+
+bool Shader::addSampler(Handle<Sampler> sampler, std::uint32_t slot, std::uint32_t space) {
+    return noteIf(addBinding(samplers_, {sampler, slot, space}));
+}
+
+bool Shader::setSampler(std::uint32_t index, Handle<Sampler> sampler) {
+    return noteIf(setResource(samplers_, index, sampler));
+}
+
+bool Shader::forgetSampler(std::uint32_t slot, std::uint32_t space) {
+    return noteIf(forgetBinding(samplers_, slot, space));
+}
+
+bool Shader::changeSamplerSlot(std::uint32_t index, std::uint32_t slot) {
+    return noteIf(changeSlot(samplers_, index, slot));
+}
+
+bool Shader::changeSamplerSpace(std::uint32_t index, std::uint32_t space) {
+    return noteIf(changeSpace(samplers_, index, space));
+}
+
+const ShaderBinding<Sampler>* Shader::getSamplerPerIndex(std::uint32_t index) const {
+    return bindingAt(samplers_, index);
+}
+
+ConstantBuffer* Shader::addConstantBuffer(std::uint32_t slot, std::uint32_t space) {
+    if (findBuffer(constantBuffers_, slot, space) != constantBuffers_.end()) return nullptr;
+    markChanged();
+    return &constantBuffers_.emplace_back(slot, space);
+}
+
+bool Shader::deleteConstantBuffer(std::uint32_t slot, std::uint32_t space) {
+    const auto found = findBuffer(constantBuffers_, slot, space);
+    if (found == constantBuffers_.end()) return false;
+    constantBuffers_.erase(found);
+    return noteIf(true);
+}
+
+ConstantBuffer* Shader::getConstantBuffer(std::uint32_t slot, std::uint32_t space) {
+    const auto found = findBuffer(constantBuffers_, slot, space);
+    if (found == constantBuffers_.end()) return nullptr;
+    markChanged();
+    return &*found;
+}
+
+ConstantBuffer* Shader::getConstantBufferPerIndex(std::uint32_t index) {
+    if (index >= constantBuffers_.size()) return nullptr;
+    markChanged();
+    return &constantBuffers_[index];
+}
+
+const ConstantBuffer* Shader::getConstantBufferPerIndex(std::uint32_t index) const {
+    return index < constantBuffers_.size() ? &constantBuffers_[index] : nullptr;
+}
+
+bool Shader::changeConstantBufferSlot(std::uint32_t index, std::uint32_t slot) {
+    if (index >= constantBuffers_.size()) return false;
+    ConstantBuffer& buffer = constantBuffers_[index];
+    const auto bearer = findBuffer(constantBuffers_, slot, buffer.space_);
+    if (bearer != constantBuffers_.end() && &*bearer != &buffer) return false;
+    buffer.slot_ = slot;
+    return noteIf(true);
+}
+
+bool Shader::changeConstantBufferSpace(std::uint32_t index, std::uint32_t space) {
+    if (index >= constantBuffers_.size()) return false;
+    ConstantBuffer& buffer = constantBuffers_[index];
+    const auto bearer = findBuffer(constantBuffers_, buffer.slot_, space);
+    if (bearer != constantBuffers_.end() && &*bearer != &buffer) return false;
+    buffer.space_ = space;
+    return noteIf(true);
+}
+
+bool Shader::setMaxInstancePerBuffer(std::uint32_t count) {
+    if (count == 0 || count > maxInstancesLimit) return false;
+    maxInstances_ = count;
+    return noteIf(true);
+}
+
+ShaderInstanceMemorySlot* Shader::addInstanceMemorySlot() {
+    markChanged();
+    return &instanceSlots_.emplace_back();
+}
+
+bool Shader::deleteInstanceMemorySlot(std::uint32_t index) {
+    if (index >= instanceSlots_.size()) return false;
+    instanceSlots_.erase(instanceSlots_.begin() + index);
+    return noteIf(true);
+}
+
+bool Shader::changeInstanceMemorySlotOrder(std::uint32_t index, std::uint32_t other) {
+    if (index >= instanceSlots_.size() || other >= instanceSlots_.size()) return false;
+    if (index != other) std::swap(instanceSlots_[index], instanceSlots_[other]);
+    return noteIf(true);
+}
+
+ShaderInstanceMemorySlot* Shader::getInstanceMemorySlot(std::uint32_t index) {
+    if (index >= instanceSlots_.size()) return nullptr;
+    markChanged();
+    return &instanceSlots_[index];
+}
+
+const ShaderInstanceMemorySlot* Shader::getInstanceMemorySlot(std::uint32_t index) const {
+    return index < instanceSlots_.size() ? &instanceSlots_[index] : nullptr;
+}
+
+std::uint32_t Shader::getInstanceStride() const {
+    std::uint32_t bytes = 0;
+    for (const ShaderInstanceMemorySlot& slot : instanceSlots_)
+        bytes += slotStride(slot.getByteSize());
+    return bytes;
+}
+
+bool Shader::isUsableScene() const {
+    return isUsableAs(getProgram(), PROGRAM_TYPE::PIPELINE);
+}
+
+bool Shader::isUsableCompute() const {
+    return isUsableAs(getProgram(), PROGRAM_TYPE::COMPUTE);
+}
+
+bool Shader::isUsableRaytracing() const {
+    return isUsableAs(getProgram(), PROGRAM_TYPE::RAYTRACING);
+}
+
+bool Shader::noteIf(bool done) {
+    if (done) markChanged();
+    return done;
+}
+
+} // namespace vlGraphics

@@ -1,0 +1,217 @@
+#include "programs/SourceBounds.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace vlGraphics {
+
+namespace {
+
+using vlMemory::StringView;
+
+bool isWordCharacter(char c) {
+    return c == '_' || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+           static_cast<unsigned char>(c) >= 0x80;
+}
+
+bool isBlank(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+bool isBranch(StringView word) {
+    constexpr std::array<StringView, 7> words{"if", "else", "for", "while", "do", "switch", "case"};
+    return std::find(words.begin(), words.end(), word) != words.end();
+}
+
+/** Cuts a text into the words and marks of one line after the other; lines that a backslash or a
+ *  comment joins count as one. */
+class LineReader {
+public:
+    explicit LineReader(StringView text) : text_(text) {}
+
+    /// The line's number, from 1.
+    std::size_t line() const { return line_; }
+
+    bool next(std::vector<StringView>& tokens) {
+        tokens.clear();
+        if (at_ >= text_.size()) return false;
+        line_ = nextLine_;
+        while (at_ < text_.size()) {
+            const char c = text_[at_];
+            if (c == '\n') {
+                ++nextLine_;
+                ++at_;
+                return true;
+            }
+            if (skipJoin() || skipComment()) continue;
+            if (isBlank(c)) {
+                ++at_;
+            } else {
+                tokens.push_back(takeToken());
+            }
+        }
+        return true;
+    }
+
+private:
+    bool skipJoin() {
+        const StringView rest = text_.substr(at_);
+        const std::size_t length = rest.starts_with("\\\n")     ? 2
+                                   : rest.starts_with("\\\r\n") ? 3
+                                                                : 0;
+        if (length > 0) ++nextLine_;
+        at_ += length;
+        return length > 0;
+    }
+
+    bool skipComment() {
+        const StringView rest = text_.substr(at_);
+        std::size_t length = 0;
+        if (rest.starts_with("//")) {
+            length = std::min(rest.find('\n'), rest.size());
+        } else if (rest.starts_with("/*")) {
+            const std::size_t end = rest.find("*/", 2);
+            length = end == StringView::npos ? rest.size() : end + 2;
+        }
+        nextLine_ += static_cast<std::size_t>(
+                std::count(rest.begin(), rest.begin() + std::ptrdiff_t(length), '\n'));
+        at_ += length;
+        return length > 0;
+    }
+
+    StringView takeToken() {
+        const StringView rest = text_.substr(at_);
+        std::size_t length = 1;
+        if (rest[0] == '"') {
+            length = std::min(rest.find_first_of("\"\n", 1), rest.size());
+            if (length < rest.size() && rest[length] == '"') ++length;
+        } else if (isWordCharacter(rest[0])) {
+            while (length < rest.size() && isWordCharacter(rest[length]))
+                ++length;
+        }
+        at_ += length;
+        return rest.substr(0, length);
+    }
+
+    StringView text_;
+    std::size_t at_ = 0;
+    std::size_t line_ = 1;
+    std::size_t nextLine_ = 1;
+};
+
+} // namespace
+
+std::optional<std::string> SourceBounds::findFault(StringView text) {
+    LineReader reader(text);
+    Tokens tokens;
+    while (reader.next(tokens)) {
+        scanLine(tokens);
+        if (!fault_.empty()) return fmt::format("{}: {}", reader.line(), fault_);
+    }
+    return std::nullopt;
+}
+
+void SourceBounds::scanLine(const Tokens& tokens) {
+    const bool isDirective = tokens.size() >= 2 && tokens[0] == "#";
+    if (isDirective && tokens[1] == "define") return define(tokens);
+    visit({tokens.data(), tokens.data() + tokens.size(), nullptr}, 0);
+}
+
+void SourceBounds::define(const Tokens& tokens) {
+    if (tokens.size() < 3) return;
+    const StringView name = tokens[2];
+    std::size_t at = 3;
+    Macro macro;
+    // Only a bracket right behind the name begins parameters.
+    if (at < tokens.size() && tokens[at] == "(" && tokens[at].data() == name.data() + name.size()) {
+        macro.takesArguments = true;
+        for (++at; at < tokens.size() && tokens[at] != ")"; ++at)
+            if (tokens[at] != ",") macro.parameters.push_back(tokens[at]);
+        ++at;
+    }
+    if (at < tokens.size())
+        macro.body.assign(tokens.begin() + static_cast<std::ptrdiff_t>(at), tokens.end());
+    macros_.insert_or_assign(name, std::move(macro));
+}
+
+void SourceBounds::visit(const Argument& list, std::size_t depth) {
+    if (depth > maxNesting) return fail("macros nested too deeply");
+    const Environment* environment = list.environment;
+    for (const StringView* at = list.first; at != list.last && fault_.empty(); ++at) {
+        if (depth > 0 && ++expanded_ > maxExpanded)
+            return fail(fmt::format("macros expand to more than {} words", maxExpanded));
+        if (!isWordCharacter(at->front())) {
+            count(*at);
+            continue;
+        }
+        if (environment != nullptr) {
+            const Tokens& names = environment->macro->parameters;
+            const auto name = std::find(names.begin(), names.end(), *at);
+            const auto index = static_cast<std::size_t>(name - names.begin());
+            if (name != names.end() && index < environment->arguments.size()) {
+                visit(environment->arguments[index], depth + 1);
+                continue;
+            }
+        }
+        const auto macro = macros_.find(*at);
+        if (macro == macros_.end() || macro->second.isActive) {
+            count(*at);
+            continue;
+        }
+        at = expand(macro->second, at, list, depth);
+    }
+}
+
+/// Gives the last token that belongs to the use.
+const StringView*
+SourceBounds::expand(Macro& macro, const StringView* at, const Argument& list, std::size_t depth) {
+    Environment environment{&macro, {}};
+    if (macro.takesArguments) {
+        if (at + 1 == list.last || at[1] != "(") return at;
+        ++at;
+        const StringView* begin = at + 1;
+        std::size_t open = 0;
+        for (; at != list.last; ++at) {
+            if (*at == "(" && ++open > maxNesting) break;
+            const bool closes = *at == ")" && --open == 0;
+            if (!closes && !(*at == "," && open == 1)) continue;
+            environment.arguments.push_back({begin, at, list.environment});
+            begin = at + 1;
+            if (closes) break;
+        }
+        if (at == list.last) --at;
+    }
+    macro.isActive = true;
+    visit({macro.body.data(), macro.body.data() + macro.body.size(), &environment}, depth + 1);
+    macro.isActive = false;
+    return at;
+}
+
+void SourceBounds::count(StringView token) {
+    if (isWordCharacter(token.front())) {
+        if (isBranch(token) && ++branches_ > maxBranches)
+            fail(fmt::format("more than {} branches and loops", maxBranches));
+        return;
+    }
+    const char mark = token.front();
+    if (mark == ';' || mark == '{' || mark == '}') {
+        operators_ = 0;
+    } else if (++operators_ > maxOperators) {
+        fail(fmt::format("a statement has more than {} operators", maxOperators));
+    }
+    if (mark == '(' || mark == '[' || mark == '{') {
+        if (++nesting_ > maxNesting)
+            fail(fmt::format("brackets nested deeper than {}", maxNesting));
+    } else if ((mark == ')' || mark == ']' || mark == '}') && nesting_ > 0) {
+        --nesting_;
+    }
+}
+
+void SourceBounds::fail(std::string text) {
+    if (fault_.empty()) fault_ = std::move(text);
+}
+
+} // namespace vlGraphics

@@ -1,0 +1,61 @@
+#pragma once
+#include <vlMemory/String.h>
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace vlGraphics {
+
+/** Says whether a source is of a size that the compiler can take: it descends its stack with
+ * brackets, with operators of one statement and with branches, and follows macros however often
+ * they double. Looks at the text as it is after macros are expanded, taking all branches of #if.
+ * Any thread. */
+class SourceBounds {
+public:
+    static constexpr std::size_t maxNesting = 256;        ///< open brackets at one place
+    static constexpr std::size_t maxOperators = 1U << 16; ///< marks in one statement
+    static constexpr std::size_t maxBranches = 1U << 12;  ///< words such as "if" and "for"
+    static constexpr std::size_t maxExpanded = 1U << 20;  ///< words and marks made by macros
+
+    /// What is too much, as "line: text". Macros stay known for the texts that follow.
+    std::optional<std::string> findFault(vlMemory::StringView text);
+
+private:
+    using Tokens = std::vector<vlMemory::StringView>;
+    struct Macro {
+        bool takesArguments = false;
+        Tokens parameters;
+        Tokens body;
+        bool isActive = false; ///< being expanded: within itself a macro's name is a plain word
+    };
+    struct Environment;
+    struct Argument {
+        const vlMemory::StringView* first = nullptr;
+        const vlMemory::StringView* last = nullptr;
+        const Environment* environment = nullptr;
+    };
+    struct Environment {
+        const Macro* macro = nullptr;
+        std::vector<Argument> arguments;
+    };
+
+    void scanLine(const Tokens& tokens);
+    void define(const Tokens& tokens);
+    void visit(const Argument& list, std::size_t depth);
+    const vlMemory::StringView*
+    expand(Macro& macro, const vlMemory::StringView* at, const Argument& list, std::size_t depth);
+    void count(vlMemory::StringView token);
+    void fail(std::string text);
+
+    std::unordered_map<vlMemory::StringView, Macro> macros_; ///< names point into the texts
+    std::string fault_;
+    std::size_t nesting_ = 0;
+    std::size_t operators_ = 0;
+    std::size_t branches_ = 0;
+    std::size_t expanded_ = 0;
+};
+
+} // namespace vlGraphics

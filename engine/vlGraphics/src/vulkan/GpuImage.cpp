@@ -1,0 +1,149 @@
+#include "vulkan/GpuImage.h"
+
+#include "vulkan/Device.h"
+#include "vulkan/VkText.h"
+
+#include <fmt/format.h>
+
+#include <array>
+
+namespace vlGraphics::vulkan {
+namespace {
+
+struct Scope {
+    VkImageLayout layout;
+    VkPipelineStageFlags2 stages;
+    VkAccessFlags2 access;
+    bool writes;
+};
+
+constexpr VkPipelineStageFlags2 depthStages =
+        VK_PIPELINE_STAGE_2_EARLY_FRAGMENT_TESTS_BIT | VK_PIPELINE_STAGE_2_LATE_FRAGMENT_TESTS_BIT;
+constexpr VkPipelineStageFlags2 shaderStages = VK_PIPELINE_STAGE_2_PRE_RASTERIZATION_SHADERS_BIT |
+                                               VK_PIPELINE_STAGE_2_FRAGMENT_SHADER_BIT |
+                                               VK_PIPELINE_STAGE_2_COMPUTE_SHADER_BIT;
+
+/// By ImageUse.
+constexpr std::array<Scope, 7> scopes{{
+        {VK_IMAGE_LAYOUT_UNDEFINED, VK_PIPELINE_STAGE_2_NONE, VK_ACCESS_2_NONE, false},
+        {VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL,
+         VK_PIPELINE_STAGE_2_COLOR_ATTACHMENT_OUTPUT_BIT,
+         VK_ACCESS_2_COLOR_ATTACHMENT_READ_BIT | VK_ACCESS_2_COLOR_ATTACHMENT_WRITE_BIT,
+         true},
+        {VK_IMAGE_LAYOUT_DEPTH_ATTACHMENT_OPTIMAL,
+         depthStages,
+         VK_ACCESS_2_DEPTH_STENCIL_ATTACHMENT_READ_BIT |
+                 VK_ACCESS_2_DEPTH_STENCIL_ATTACHMENT_WRITE_BIT,
+         true},
+        {VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL,
+         shaderStages,
+         VK_ACCESS_2_SHADER_SAMPLED_READ_BIT,
+         false},
+        {VK_IMAGE_LAYOUT_TRANSFER_SRC_OPTIMAL,
+         VK_PIPELINE_STAGE_2_ALL_TRANSFER_BIT,
+         VK_ACCESS_2_TRANSFER_READ_BIT,
+         false},
+        {VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL,
+         VK_PIPELINE_STAGE_2_ALL_TRANSFER_BIT,
+         VK_ACCESS_2_TRANSFER_WRITE_BIT,
+         true},
+        {VK_IMAGE_LAYOUT_PRESENT_SRC_KHR, VK_PIPELINE_STAGE_2_NONE, VK_ACCESS_2_NONE, false},
+}};
+
+const Scope& scopeOf(ImageUse use) {
+    return scopes[static_cast<std::size_t>(use)];
+}
+
+} // namespace
+
+VkImageLayout layoutOf(ImageUse use) {
+    return scopeOf(use).layout;
+}
+
+bool isDepthFormat(VkFormat format) {
+    return format == VK_FORMAT_D32_SFLOAT;
+}
+
+void imageBarrier(VkCommandBuffer commands,
+                  VkImage image,
+                  VkImageSubresourceRange range,
+                  ImageUse from,
+                  ImageUse to) {
+    const Scope& before = scopeOf(from);
+    const Scope& after = scopeOf(to);
+    auto barrier = vulkan::vkInfo<VkImageMemoryBarrier2>(VK_STRUCTURE_TYPE_IMAGE_MEMORY_BARRIER_2);
+    barrier.srcStageMask = before.stages;
+    barrier.srcAccessMask = before.writes ? before.access : VK_ACCESS_2_NONE;
+    barrier.dstStageMask = after.stages;
+    barrier.dstAccessMask = after.access;
+    barrier.oldLayout = before.layout;
+    barrier.newLayout = after.layout;
+    barrier.srcQueueFamilyIndex = VK_QUEUE_FAMILY_IGNORED;
+    barrier.dstQueueFamilyIndex = VK_QUEUE_FAMILY_IGNORED;
+    barrier.image = image;
+    barrier.subresourceRange = range;
+    // An image without content may have been in any use before: its memory's last writes and reads
+    // end first.
+    if (from == ImageUse::undefined) {
+        barrier.srcStageMask = VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT;
+        barrier.srcAccessMask = VK_ACCESS_2_MEMORY_WRITE_BIT;
+    }
+    auto info = vulkan::vkInfo<VkDependencyInfo>(VK_STRUCTURE_TYPE_DEPENDENCY_INFO);
+    info.imageMemoryBarrierCount = 1;
+    info.pImageMemoryBarriers = &barrier;
+    vkCmdPipelineBarrier2(commands, &info);
+}
+
+vlCommon::Result<GpuImage> GpuImage::create(const ImageDescription& description,
+                                            std::string_view what) {
+    const Device& device = *Device::getInstance();
+    auto info = vulkan::vkInfo<VkImageCreateInfo>(VK_STRUCTURE_TYPE_IMAGE_CREATE_INFO);
+    if (description.viewFormat != description.format)
+        info.flags = VK_IMAGE_CREATE_MUTABLE_FORMAT_BIT;
+    info.imageType = VK_IMAGE_TYPE_2D;
+    info.format = description.format;
+    info.extent = {description.extent.width, description.extent.height, 1};
+    info.mipLevels = description.mipCount;
+    info.arrayLayers = 1;
+    info.samples = VK_SAMPLE_COUNT_1_BIT;
+    info.usage = description.usage;
+    VmaAllocationCreateInfo allocation{};
+    allocation.usage = VMA_MEMORY_USAGE_AUTO_PREFER_DEVICE;
+    GpuImage made;
+    made.description_ = description;
+    const std::string size = fmt::format(
+            "{}: {} by {} pixels", what, description.extent.width, description.extent.height);
+    VkResult result = vmaCreateImage(
+            device.allocator(), &info, &allocation, &made.image_, &made.allocation_, nullptr);
+    if (result != VK_SUCCESS) return tl::unexpected(check(result, size).error());
+
+    auto view = vulkan::vkInfo<VkImageViewCreateInfo>(VK_STRUCTURE_TYPE_IMAGE_VIEW_CREATE_INFO);
+    view.image = made.image_;
+    view.viewType = VK_IMAGE_VIEW_TYPE_2D;
+    view.format = description.viewFormat;
+    view.subresourceRange = {made.aspect(), 0, description.mipCount, 0, 1};
+    result = vkCreateImageView(device.get(), &view, nullptr, &made.view_);
+    if (result != VK_SUCCESS) return tl::unexpected(check(result, size).error());
+    return made;
+}
+
+GpuImage::~GpuImage() {
+    if (image_ == VK_NULL_HANDLE) return;
+    Device& device = *Device::getInstance();
+    device.retire(view_);
+    device.retire(image_, allocation_);
+}
+
+VkImageAspectFlags GpuImage::aspect() const {
+    return isDepthFormat(description_.format) ? VK_IMAGE_ASPECT_DEPTH_BIT
+                                              : VK_IMAGE_ASPECT_COLOR_BIT;
+}
+
+void GpuImage::become(VkCommandBuffer commands, ImageUse next, bool discard) {
+    if (use_ == next && !scopeOf(next).writes) return;
+    const VkImageSubresourceRange range{aspect(), 0, description_.mipCount, 0, 1};
+    imageBarrier(commands, image_, range, discard ? ImageUse::undefined : use_, next);
+    use_ = next;
+}
+
+} // namespace vlGraphics::vulkan

@@ -1,0 +1,90 @@
+#pragma once
+#include "vulkan/Vma.h"
+
+#include <vlCommon/Result.h>
+
+#include <cstdint>
+#include <string_view>
+#include <utility>
+
+namespace vlGraphics::vulkan {
+
+/// What an image is used for at one time; it decides the layout and what a barrier waits for.
+enum class ImageUse : std::uint8_t {
+    undefined, ///< no content
+    colorTarget,
+    depthTarget,
+    shaderRead,
+    transferSource,
+    transferTarget,
+    present,
+};
+
+VkImageLayout layoutOf(ImageUse use);
+
+struct ImageDescription {
+    VkExtent2D extent{1, 1};
+    std::uint32_t mipCount = 1;
+    VkFormat format = VK_FORMAT_UNDEFINED;     ///< of the memory
+    VkFormat viewFormat = VK_FORMAT_UNDEFINED; ///< as shaders and passes see it; may differ by sRGB
+    VkImageUsageFlags usage = 0;
+};
+
+/** An image, its memory and its view, with the use it was last put to. Move-only; what it owned is
+ *  retired. The use is kept in recording order, so commands are to be submitted in that order.
+ *  Graphics thread only. */
+class GpuImage {
+public:
+    GpuImage() = default;
+    /// `what` names it in the error: "texture 'rust'".
+    static vlCommon::Result<GpuImage> create(const ImageDescription& description,
+                                             std::string_view what);
+    GpuImage(GpuImage&& other) noexcept { swap(other); }
+    GpuImage& operator=(GpuImage&& other) noexcept {
+        GpuImage taken(std::move(other));
+        swap(taken);
+        return *this;
+    }
+    ~GpuImage();
+
+    explicit operator bool() const { return image_ != VK_NULL_HANDLE; }
+    VkImage get() const { return image_; }
+    /// Every level, as shaders and passes see it.
+    VkImageView view() const { return view_; }
+    const ImageDescription& description() const { return description_; }
+    VkExtent2D extent() const { return description_.extent; }
+    VkImageAspectFlags aspect() const;
+    ImageUse use() const { return use_; }
+
+    /// Records the barrier from the last use to the next one; none where both only read alike. With
+    /// `discard` the content may be lost.
+    void become(VkCommandBuffer commands, ImageUse next, bool discard = false);
+    /// For who has recorded barriers of its own.
+    void noteUse(ImageUse use) { use_ = use; }
+
+private:
+    void swap(GpuImage& other) noexcept {
+        std::swap(image_, other.image_);
+        std::swap(allocation_, other.allocation_);
+        std::swap(view_, other.view_);
+        std::swap(description_, other.description_);
+        std::swap(use_, other.use_);
+    }
+
+    VkImage image_ = VK_NULL_HANDLE;
+    VmaAllocation allocation_ = VK_NULL_HANDLE;
+    VkImageView view_ = VK_NULL_HANDLE;
+    ImageDescription description_;
+    ImageUse use_ = ImageUse::undefined;
+};
+
+bool isDepthFormat(VkFormat format);
+
+/// A barrier between two uses of some levels of an image.
+void imageBarrier(VkCommandBuffer commands,
+                  VkImage image,
+                  VkImageSubresourceRange range,
+                  ImageUse from,
+                  ImageUse to);
+
+} // namespace vlGraphics::vulkan

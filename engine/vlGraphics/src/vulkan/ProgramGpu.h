@@ -1,0 +1,47 @@
+#pragma once
+#include "programs/CompiledProgram.h"
+#include "vulkan/Vk.h"
+
+#include <vlCommon/Result.h>
+#include <vlGraphics/Program.h>
+
+#include <array>
+#include <memory>
+#include <vector>
+
+namespace vlGraphics {
+
+/** The device side of a compiled program: modules and layouts. Pipelines made from it are found by
+ *  its serial number and go when it goes. Owned by its program; graphics thread only. */
+struct Program::Gpu {
+    /// A binding of a descriptor set, and the reflected resource behind it.
+    struct Binding {
+        std::uint32_t binding = 0;
+        VkDescriptorType type = VK_DESCRIPTOR_TYPE_MAX_ENUM;
+        std::uint32_t resource = 0; ///< index into the reflection's resources
+    };
+    struct Set {
+        VkDescriptorSetLayout layout = VK_NULL_HANDLE;
+        std::vector<Binding> bindings; ///< empty: a space that the program does not use
+    };
+
+    Gpu() = default;
+    Gpu(const Gpu&) = delete;
+    Gpu& operator=(const Gpu&) = delete;
+    ~Gpu();
+
+    std::uint64_t serial = 0; ///< no two of a process share one
+    std::array<VkShaderModule, shaderTypeCount> modules{};
+    std::vector<Set> sets; ///< by space
+    VkPipelineLayout layout = VK_NULL_HANDLE;
+    ProgramReflection reflection;
+    /// Has a resource that scene draws cannot provide (an unordered access view).
+    bool needsUnorderedAccess = false;
+};
+
+/** Makes the device side. Fails when there is no device, when a register or a space lies beyond
+ * what the addresses have room for (32 registers of a class, 8 spaces), or when a stage needs a
+ * feature that the device lacks. Graphics thread only. */
+vlCommon::Result<std::unique_ptr<Program::Gpu>> makeProgramGpu(const CompiledProgram& program);
+
+} // namespace vlGraphics

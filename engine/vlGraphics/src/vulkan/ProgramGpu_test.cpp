@@ -1,0 +1,37 @@
+#include "render/EngineTest.h"
+#include "vulkan/ProgramGpu.h"
+
+namespace vlGraphics {
+namespace {
+
+class ProgramAddresses : public EngineTest {
+protected:
+    static std::string errorFor(RESOURCE_CLASS kind, std::uint32_t slot, std::uint32_t space) {
+        CompiledProgram program;
+        program.reflection.resources.push_back({"thing", kind, false, slot, space, 16, 1});
+        const auto made = makeProgramGpu(program);
+        return made ? "" : made.error().message;
+    }
+};
+
+TEST_F(ProgramAddresses, LastRegisterAndSpaceFitAndTheNextAreNamed) {
+    EXPECT_EQ(errorFor(RESOURCE_CLASS::TEXTURE, 31, 7), "");
+    EXPECT_EQ(errorFor(RESOURCE_CLASS::TEXTURE, 32, 0),
+              "'thing': register t32 lies beyond the last, t31");
+    EXPECT_EQ(errorFor(RESOURCE_CLASS::SAMPLER, 0, 8),
+              "'thing': space8 lies beyond the last, space7");
+}
+
+TEST_F(ProgramAddresses, SpacesBetweenMayBeEmpty) {
+    CompiledProgram program;
+    program.reflection.resources.push_back(
+            {"thing", RESOURCE_CLASS::CONSTANT_BUFFER, false, 3, 5, 64, 17});
+    const auto made = makeProgramGpu(program);
+    ASSERT_TRUE(made.has_value()) << made.error().message;
+    ASSERT_EQ((*made)->sets.size(), 6U);
+    EXPECT_TRUE((*made)->sets[4].bindings.empty());
+    EXPECT_EQ((*made)->sets[5].bindings.at(0).binding, 3U);
+}
+
+} // namespace
+} // namespace vlGraphics

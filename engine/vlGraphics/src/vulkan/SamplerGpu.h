@@ -1,0 +1,17 @@
+#pragma once
+#include "vulkan/Vk.h"
+
+#include <vlGraphics/Sampler.h>
+
+namespace vlGraphics {
+
+struct Sampler::Gpu {
+    Gpu() = default;
+    Gpu(const Gpu&) = delete;
+    Gpu& operator=(const Gpu&) = delete;
+    ~Gpu();
+
+    VkSampler sampler = VK_NULL_HANDLE;
+};
+
+} // namespace vlGraphics

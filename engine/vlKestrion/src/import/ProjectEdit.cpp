@@ -1,0 +1,100 @@
+#include "ProjectEdit.h"
+
+#include <vlExport/JsonExporter.h>
+#include <vlResources/ResourceManager.h>
+
+#include <fmt/format.h>
+
+#include <filesystem>
+
+namespace vlKestrion {
+
+namespace {
+
+using vlExport::Node;
+
+Node emptyProject() {
+    Node tree = Node::object();
+    tree.add("formatVersion", projectFormatVersion);
+    tree.add("declarations", Node::array());
+    tree.add("compositor", "");
+    tree.add("camera", "");
+    tree.add("scene", Node::object()).add("nodes", Node::array());
+    return tree;
+}
+
+/// The member of the object; made where it is missing.
+Node& member(Node& object, vlMemory::StringView name, Node fresh) {
+    Node* known = object.find(name);
+    return known != nullptr ? *known : object.add(name, std::move(fresh));
+}
+
+} // namespace
+
+vlCommon::Result<ProjectEdit> ProjectEdit::open(vlMemory::StringView path) {
+    ProjectEdit edit;
+    edit.place_ = placeOf(path);
+    std::error_code error;
+    if (std::filesystem::exists(edit.place_.path, error)) {
+        auto tree = readTree(edit.place_.path, edit.place_.name);
+        if (!tree) return tl::unexpected(tree.error());
+        edit.tree_ = std::move(*tree);
+    } else {
+        edit.tree_ = emptyProject();
+    }
+    auto project = readProject(edit.tree_, edit.place_.name);
+    if (!project) return tl::unexpected(project.error());
+    edit.project_ = std::move(*project);
+    if (auto good = edit.check(); !good) return tl::unexpected(good.error());
+    edit.gatherNames();
+    return edit;
+}
+
+/// There must be somewhere to add to.
+vlCommon::Result<> ProjectEdit::check() const {
+    const auto fails = [&](const Node& node, vlMemory::StringView text) {
+        return vlCommon::fail(fmt::format("{}:{}: {}", place_.name, node.line(), text));
+    };
+    const Node* declarations = tree_.find("declarations");
+    if (declarations != nullptr && !declarations->isArray())
+        return fails(*declarations, "'declarations' expected an array");
+    const Node* scene = tree_.find("scene");
+    if (scene == nullptr) return {};
+    if (!scene->isObject()) return fails(*scene, "'scene' expected an object");
+    const Node* nodes = scene->find("nodes");
+    if (nodes != nullptr && !nodes->isArray()) return fails(*nodes, "'nodes' expected an array");
+    return {};
+}
+
+void ProjectEdit::gatherNames() {
+    for (const NodeDecl& node : project_.nodes)
+        names_.add(node.name);
+    const auto& files = vlResources::ResourceManager::getInstance();
+    for (const DeclarationRef& declaration : project_.declarations) {
+        const auto path = files.resolveInside(place_.folder, declaration.path);
+        if (!path) continue;
+        const auto tree = readTree(*path, declaration.path);
+        if (!tree) continue;
+        for (const vlExport::Member& list : tree->members()) {
+            for (const Node& element : list.value.elements()) {
+                const Node* name = element.find("name");
+                if (name != nullptr && name->isString()) names_.add(*name->asString());
+            }
+        }
+    }
+}
+
+void ProjectEdit::addDeclaration(vlMemory::StringView path) {
+    member(tree_, "declarations", Node::array()).append(path);
+}
+
+void ProjectEdit::addRootNode(Node node) {
+    Node& scene = member(tree_, "scene", Node::object());
+    member(scene, "nodes", Node::array()).append(std::move(node));
+}
+
+vlMemory::String ProjectEdit::text() const {
+    return vlExport::JsonExporter::exportTreeIntoString(tree_);
+}
+
+} // namespace vlKestrion

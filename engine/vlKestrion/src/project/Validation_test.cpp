@@ -1,0 +1,149 @@
+#include "TestFolder.h"
+
+#include <vlKestrion/Validation.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace vlKestrion {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+using vlMemory::String;
+
+struct Case {
+    const char* project;
+    const char* place; ///< file and line
+    const char* text;
+};
+
+class Validation : public testing::Test {
+protected:
+    Validation() {
+        folder_.write("look/all.vlsh", R"({"formatVersion": 1, "shaders": [{"name": "paint"}]})");
+        folder_.write("look/all.vlma",
+                      R"({"formatVersion": 1, "materials": [{"name": "red", "shader": "paint"}]})");
+        folder_.write("eye.vlca", R"({"formatVersion": 1, "cameras": [{"name": "Eye"}]})");
+    }
+    std::vector<String> check(const String& text) {
+        return validateFile(folder_.write("p.vls", text));
+    }
+
+    TestFolder folder_;
+};
+
+TEST_F(Validation, AGoodProjectHasNoErrors) {
+    EXPECT_THAT(check(R"({"formatVersion": 1,
+        "declarations": ["look/all.vlma", "look/all.vlsh", "eye.vlca"],
+        "compositor": "VORLANE_DEFAULT_COMPOSITOR", "camera": "Eye", "renderingScript": "", "EDITOR_note": 1,
+        "scene": {"nodes": [
+            {"name": "a", "position": [1, 2, 3], "orientation": [0, 0, 0, 2], "scale": [1, 1, 1],
+             "entities": [{"material": "red", "transparent": true, "visible": false},
+                          {"shader": "paint", "renderQueue": "VORLANE_DEFAULT_RENDER_QUEUE"}],
+             "nodes": [{}, {"name": "b"}]}]}})"),
+                IsEmpty());
+    EXPECT_THAT(check(R"({"formatVersion": 1})"), IsEmpty());
+}
+
+TEST_F(Validation, EachFaultHasOneLineThatSaysWhere) {
+    const Case cases[] = {
+            {"", "p.vls", ""},
+            {"[]", "p.vls", "no project"},
+            {"{\"formatVersion\": 1,\n \"camera\": \"E", "p.vls:2:", ""},
+            {"{\n}", "p.vls:1:", "formatVersion"},
+            {"{\"formatVersion\": 2}", "p.vls:1:", ""},
+            {"{\"formatVersion\": 1, \"formatVersion\": 1}", "p.vls:1:", ""},
+            {"{\"formatVersion\": 1,\n\"camera\": 5}", "p.vls:2:", "'camera'"},
+            {"{\"formatVersion\": 1,\n\"camera\": \"Nobody\"}",
+             "p.vls:2:",
+             "camera 'Nobody' not found"},
+            {"{\"formatVersion\": 1,\n\"compositor\": \"X\"}",
+             "p.vls:2:",
+             "compositor 'X' not found"},
+            {"{\"formatVersion\": 1,\n\"colour\": 5}", "p.vls:2:", "unknown member 'colour'"},
+            {"{\"formatVersion\": 1,\n\"declarations\": {}}", "p.vls:2:", "'declarations'"},
+            {"{\"formatVersion\": 1, \"declarations\": [\n7]}", "p.vls:2:", "path of a file"},
+            {"{\"formatVersion\": 1, \"declarations\": [\n\"gone.vlca\"]}",
+             "gone.vlca",
+             "gone.vlca"},
+            {"{\"formatVersion\": 1, \"declarations\": [\n\"../p.vlca\"]}",
+             "p.vls:2:",
+             "../p.vlca"},
+            {"{\"formatVersion\": 1, \"declarations\": [\n\"/etc/passwd\"]}",
+             "p.vls:2:",
+             "/etc/passwd"},
+            {"{\"formatVersion\": 1,\n\"scene\": []}", "p.vls:2:", "'scene'"},
+            {"{\"formatVersion\": 1, \"scene\": {\n\"nodes\": 3}}", "p.vls:2:", "'nodes'"},
+            {"{\"formatVersion\": 1, \"scene\": {\"nodes\": [\n3]}}",
+             "p.vls:2:",
+             "a node expected"},
+            {"{\"formatVersion\": 1, \"scene\": {\"nodes\": [{\n\"position\": [1, 2]}]}}",
+             "p.vls:2:",
+             "'position'"},
+            {"{\"formatVersion\": 1, \"scene\": {\"nodes\": [{\n\"position\": [1, 2, 1e300]}]}}",
+             "p.vls:2:",
+             "'position'"},
+            {"{\"formatVersion\": 1, \"scene\": {\"nodes\": [{\n\"orientation\": [0, 0, 0, 0]}]}}",
+             "p.vls:2:",
+             "'orientation'"},
+            {"{\"formatVersion\": 1, \"scene\": {\"nodes\": [{\"entities\": [\n\"x\"]}]}}",
+             "p.vls:2:",
+             "an entity expected"},
+            {"{\"formatVersion\": 1, \"scene\": {\"nodes\": [{\"name\": \"n\", \"entities\": [\n"
+             "{\"mesh\": \"floor\"}]}]}}",
+             "p.vls:2:",
+             "node 'n': mesh 'floor' not found"},
+            {"{\"formatVersion\": 1, \"declarations\": [\"look/all.vlma\"]}",
+             "look/all.vlma:1:",
+             "material 'red': shader 'paint' not found"},
+            {"{\"formatVersion\": 1, \"declarations\": [\"look/all.vlsh\", \"look/all.vlma\"],"
+             "\"scene\": {\"nodes\": [{\"entities\": [\n"
+             "{\"material\": \"red\", \"shader\": \"paint\"}]}]}}",
+             "p.vls:2:",
+             "cannot stand beside"}};
+    for (const Case& one : cases)
+        EXPECT_THAT(check(one.project),
+                    ElementsAre(AllOf(HasSubstr(one.place), HasSubstr(one.text))))
+                << one.project;
+}
+
+TEST_F(Validation, AProjectThatIsNoUtf8OrTooDeepIsRefused) {
+    EXPECT_THAT(check("{\"formatVersion\": 1, \"camera\": \"\xFF\"}"),
+                ElementsAre(HasSubstr(":1:")));
+    String deep;
+    for (int level = 0; level < 300; ++level)
+        deep += "{\"nodes\": [";
+    EXPECT_THAT(check("{\"formatVersion\": 1, \"scene\": " + deep), ElementsAre(HasSubstr(":1:")));
+}
+
+TEST_F(Validation, EveryTruncationOfAProjectIsRefused) {
+    const String whole = R"({"formatVersion": 1, "declarations": ["eye.vlca"], "camera": "Eye",
+        "scene": {"nodes": [{"name": "a", "position": [1, 2.5, -3e1]}]}})";
+    ASSERT_THAT(check(whole), IsEmpty());
+    for (std::size_t size = 0; size < whole.size(); ++size)
+        EXPECT_EQ(check(whole.substr(0, size)).size(), 1U) << size;
+}
+
+TEST_F(Validation, DeclarationsAreCheckedWithTheirMaterials) {
+    EXPECT_THAT(validateFile(folder_.path("look/all.vlsh")), IsEmpty());
+    const String path = folder_.write("bad.vlma", R"({"formatVersion": 1, "materials": [
+        {"name": ""}, {"name": "a", "transparent": 1},
+        7,
+        {"name": "b", "EDITOR_note": 1, "colour": 2}]})");
+    EXPECT_THAT(validateFile(path),
+                ElementsAre(HasSubstr("bad.vlma:2:"),
+                            HasSubstr("bad.vlma:2:"),
+                            AllOf(HasSubstr("bad.vlma:3:"), HasSubstr("a material expected")),
+                            AllOf(HasSubstr("bad.vlma:4:"), HasSubstr("'colour'"))));
+    EXPECT_THAT(validateFile(folder_.write("old.vlma", R"({"materials": []})")),
+                ElementsAre(HasSubstr("formatVersion")));
+    EXPECT_THAT(validateFile(folder_.path("gone.vlsh")), ElementsAre(HasSubstr("gone.vlsh")));
+}
+
+} // namespace
+} // namespace vlKestrion
