@@ -1,0 +1,21 @@
+#include "app/AllMessages.h"
+
+#include "app/LeaveMessage.h"
+#include "core/CoreMessages.h"
+#include "interfaces/InterfaceMessages.h"
+#include "project/ProjectMessages.h"
+#include "scene/SceneMessages.h"
+#include "viewport/ViewportMessages.h"
+
+namespace vlEditor {
+
+void registerAllMessages(MessageRegistry& registry) {
+    registerCoreMessages(registry);
+    registerInterfaceMessages(registry);
+    registerSceneMessages(registry);
+    registerViewportMessages(registry);
+    registerProjectMessages(registry);
+    registry.add<LeaveMessage>(MessageQueue::ui);
+}
+
+} // namespace vlEditor

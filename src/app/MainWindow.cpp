@@ -1,0 +1,81 @@
+#include "app/MainWindow.h"
+
+#include "app/ClosePath.h"
+#include "app/Icon.h"
+#include "app/Themes.h"
+#include "core/EditorLogger.h"
+#include "interfaces/CommonWindowInit.h"
+
+#include <vlWinUi/ComponentManager.h>
+
+namespace vlEditor {
+namespace {
+
+using vlWinUi::ComponentManager;
+
+constexpr float toolBarHeight = 27;
+constexpr unsigned menuWidth = 200;
+
+void addUnavailable(vlWinUi::Menu& menu, std::string_view label, std::string_view reason) {
+    menu.addItem(label, [] {}).setEnabled(false, reason);
+}
+
+} // namespace
+
+void MainWindow::create() {
+    window_ = ComponentManager::createOrRetrieve<vlWinUi::Window>(windowName);
+    window_->setText("Vorlane Editor");
+    window_->setRectangle({0, 0, 0, 0});
+    window_->setVisibleOnLoad(true);
+    window_->setIcon(Icon::size, Icon::size, Icon::pixels());
+
+    tabs_ = ComponentManager::createOrRetrieve<vlWinUi::TabWindow>("VL_EDITOR_TABS");
+    CommonWindowInit::setUpTabs(*tabs_);
+    auto& bar = *ComponentManager::createOrRetrieve<vlWinUi::ToolBar>("VL_EDITOR_TOOL_BAR");
+    bar.setText("Main menu");
+    fillMenus(bar);
+
+    vlWinUi::GridLayout layout(1, 2);
+    layout.setFixedSizeRow(0, toolBarHeight);
+    layout.ignoreInternalBorder(0, 0);
+    layout.addComponent(bar, 0, 0);
+    layout.addComponent(*tabs_, 0, 1);
+    window_->setLayout(std::move(layout));
+    EditorLogger::getInstance().addWindow(*this);
+}
+
+void MainWindow::show() {
+    window_->load();
+}
+
+void MainWindow::appendLine(const std::string& line) {
+    window_->setStatusText(line);
+}
+
+void MainWindow::fillMenus(vlWinUi::ToolBar& bar) {
+    fillFileMenu(bar.addMenu("File", menuWidth));
+    fillViewMenu(bar.addMenu("View", menuWidth));
+    addUnavailable(bar.addMenu("Scene", menuWidth),
+                   "RenderingLogic",
+                   "Rendering scripts are not available yet.");
+}
+
+void MainWindow::fillFileMenu(vlWinUi::Menu& menu) {
+    addUnavailable(menu, "New", "Starting a new project is not available yet.");
+    addUnavailable(menu,
+                   "Load",
+                   "Loading from here is not available yet: start the editor with the project's "
+                   "path.");
+    addUnavailable(menu, "Save", "Saving a project is not available yet.");
+    menu.addItem("Leave", ClosePath::leave).setShortcut("Ctrl+Q");
+}
+
+void MainWindow::fillViewMenu(vlWinUi::Menu& menu) {
+    menu.addItem("Switch Fullscreen State", [this] {
+            window_->setFullscreen(!window_->isFullscreen());
+        }).setShortcut("F11");
+    menu.addItem("Switch To Dark Theme", Themes::activateDark);
+    menu.addItem("Switch To Light Theme", Themes::activateLight);
+}
+
+} // namespace vlEditor

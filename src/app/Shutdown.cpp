@@ -1,0 +1,55 @@
+#include "app/Shutdown.h"
+
+#include "app/MainWindow.h"
+#include "core/EditorLogger.h"
+#include "core/EngineHandler.h"
+#include "core/MessageOrchestrator.h"
+#include "core/MessageRegistry.h"
+#include "interfaces/InterfaceContainerCreator.h"
+#include "interfaces/PickLists.h"
+#include "scene/GraphElementUiDataTracker.h"
+#include "scene/GraphManager.h"
+#include "viewport/EngineSurfaceTable.h"
+#include "viewport/EngineWindowEngineDataTracker.h"
+#include "viewport/EngineWindowUiDataTracker.h"
+
+#include <vlInputs/System.h>
+#include <vlKestrion/System.h>
+#include <vlWinUi/System.h>
+
+namespace vlEditor {
+namespace {
+
+void endEngine() {
+    EngineHandler::getInstance();
+    EngineHandler::destroyInstance();
+    // The contexts go while their windows still exist.
+    EngineWindowEngineDataTracker::destroyInstance();
+    GraphManager::destroyInstance();
+    vlKestrion::System::shutdown();
+    vlInputs::System::shutdown();
+}
+
+void endInterfaces() {
+    InterfaceContainerCreator::destroyInstance();
+    MainWindow::destroyInstance();
+    // Nobody is left to run what the interfaces have posted at their end.
+    MessageOrchestrator::getInstance().discard();
+    EngineWindowUiDataTracker::destroyInstance();
+    GraphElementUiDataTracker::destroyInstance();
+    PickLists::destroyInstance();
+    MessageRegistry::destroyInstance();
+}
+
+} // namespace
+
+void Shutdown::run() {
+    endEngine();
+    EditorLogger::destroyInstance();
+    endInterfaces();
+    vlWinUi::System::kill();
+    EngineSurfaceTable::destroyInstance();
+    MessageOrchestrator::destroyInstance();
+}
+
+} // namespace vlEditor

@@ -1,0 +1,127 @@
+#include "app/StartUp.h"
+
+#include "app/AllMessages.h"
+#include "app/ClosePath.h"
+#include "app/Configuration.h"
+#include "app/LeavingClock.h"
+#include "app/MainWindow.h"
+#include "core/EditorLogger.h"
+#include "core/EngineHandler.h"
+#include "core/MessageOrchestrator.h"
+#include "interfaces/CommonWindowInit.h"
+#include "interfaces/InterfaceContainerCreator.h"
+#include "interfaces/PickLists.h"
+#include "project/OpenProject.h"
+#include "scene/GraphInterface.h"
+#include "scene/GraphManager.h"
+#include "viewport/BasicCompositor.h"
+#include "viewport/DefaultView.h"
+#include "viewport/EngineFrameRenderer.h"
+#include "viewport/EngineSurfaceTable.h"
+#include "viewport/EngineWindowEngineDataTracker.h"
+#include "viewport/EngineWindowInterfaceCreator.h"
+
+#include <vlCommon/ThreadBorder.h>
+#include <vlGraphics/Camera.h>
+#include <vlInputs/System.h>
+#include <vlKestrion/System.h>
+#include <vlWinUi/InputSystem.h>
+#include <vlWinUi/System.h>
+
+#include <iostream>
+
+namespace vlEditor {
+namespace {
+
+constexpr float sceneColumnWidth = 300;
+
+bool refuse(const std::string& line) {
+    std::cerr << "vlEditor: " << line << '\n';
+    return false;
+}
+
+bool startWindowSystem(const CommandLine& commandLine) {
+    vlWinUi::SystemOptions options;
+    options.arguments = {commandLine.programName};
+    const auto started = vlWinUi::System::initialize(options);
+    if (!started) {
+        return refuse("No display was found (" + started.error().message +
+                      "); use --render to draw without one.");
+    }
+    vlInputs::System::initialize();
+    return true;
+}
+
+// What both threads reach for exists before there are two.
+void createShared() {
+    MessageOrchestrator::getInstance();
+    EditorLogger::getInstance().attach();
+    EngineSurfaceTable::getInstance();
+    registerAllMessages(MessageRegistry::getInstance());
+}
+
+void installCallbacks() {
+    vlWinUi::System::setRunCallback([] {
+        MessageOrchestrator::getInstance().drainUi();
+        return true;
+    });
+    vlWinUi::InputSystem::setCloseCallback(ClosePath::close);
+    vlWinUi::System::setTerminationCallback([] { ClosePath::leave(); });
+}
+
+bool prepareEngine() {
+    EngineWindowEngineDataTracker::getInstance();
+    GraphManager::getInstance();
+    DefaultView::apply(*vlGraphics::CameraManager::getInstance()->getActiveRenderCamera());
+    const auto made = BasicCompositor::create();
+    return made ? true : refuse(made.error().message);
+}
+
+void createFirstView() {
+    vlWinUi::TabWindow& tabs = MainWindow::getInstance().getTabs();
+    if (tabs.getTabCount() > 0) return;
+    auto& containers = InterfaceContainerCreator::getInstance();
+    vlWinUi::Window& scene = containers.createContainer();
+    vlWinUi::Window& engine = containers.createContainer();
+    vlWinUi::GridLayout layout(2, 1);
+    layout.setInternalBorders(4, 4);
+    layout.setFixedSizeColumn(0, sceneColumnWidth);
+    layout.addComponent(scene, 0, 0);
+    layout.addComponent(engine, 1, 0);
+    tabs.addTab("Scene")->setLayout(std::move(layout));
+    containers.createInterface(scene, ContainerType::graph);
+    containers.createInterface(engine, ContainerType::engineWindow);
+}
+
+void registerInterfaces() {
+    auto& containers = InterfaceContainerCreator::getInstance();
+    containers.setCreator(ContainerType::engineWindow, EngineWindowInterfaceCreator::create);
+    containers.setCreator(ContainerType::graph, GraphInterface::create);
+}
+
+} // namespace
+
+bool StartUp::run(const CommandLine& commandLine) {
+    vlCommon::ThreadBorder::claimUi();
+    if (!startWindowSystem(commandLine)) return false;
+    createShared();
+    const auto started = vlKestrion::System::initialize(vlGraphics::Configuration());
+    if (!started) return refuse(started.error().message);
+    MainWindow& mainWindow = MainWindow::getInstance();
+    mainWindow.create();
+    installCallbacks();
+    if (!prepareEngine()) return false;
+    PickLists::getInstance().createFirstGroup();
+    Configuration::load();
+    registerInterfaces();
+    createFirstView();
+    PickLists::getInstance().createSecondGroup();
+    mainWindow.getTabs().addTab("+");
+    mainWindow.show();
+    EngineHandler::getInstance().start(std::make_unique<EngineFrameRenderer>(),
+                                       LeavingClock::fromEnvironment());
+    if (!commandLine.project.empty()) OpenProject::open(commandLine.project);
+    return true;
+}
+
+} // namespace vlEditor

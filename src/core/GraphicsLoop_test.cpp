@@ -1,0 +1,232 @@
+#include "core/GraphicsLoop.h"
+#include "core/MessageOrchestrator.h"
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <future>
+
+namespace vlEditor {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct FakeWindow final : RenderWindow {
+    bool isDrawable() const override { return drawable; }
+    std::uint64_t getRevision() const override { return revision; }
+    bool drawable = true;
+    std::uint64_t revision = 1;
+};
+
+struct FakeRenderer final : FrameRenderer {
+    std::uint64_t getChangeCount() const override { return changes; }
+    bool tick(const RenderWindow& window) override {
+        if (&window == withoutContext) return false;
+        drawn.push_back(&window);
+        steps.emplace_back("tick");
+        return true;
+    }
+    void beginFrame() override { steps.emplace_back("begin"); }
+    void drawCompositor() override {
+        steps.emplace_back("compositor");
+        if (whileDrawing) whileDrawing();
+    }
+    void endFrame() override { steps.emplace_back("end"); }
+    void endWork() override { steps.emplace_back("endWork"); }
+
+    std::uint64_t changes = 1;
+    const RenderWindow* withoutContext = nullptr;
+    std::function<void()> whileDrawing;
+    std::vector<const RenderWindow*> drawn;
+    std::vector<std::string> steps;
+};
+
+struct FakeOverlay final : WindowOverlay {
+    explicit FakeOverlay(std::vector<std::string>& list) : steps(list) {}
+    void draw() override { steps.emplace_back("overlay"); }
+    std::vector<std::string>& steps;
+};
+
+/// Passes time only by sleeping, a little less than it was asked for if told so.
+struct FakeClock final : TurnClock {
+    Time now() const override { return time; }
+    void sleepFor(Duration duration) override {
+        sleeps.push_back(duration);
+        time += duration - std::min<Duration>(duration, tooShortBy);
+        tooShortBy = 0ns;
+    }
+    Time time{};
+    Duration tooShortBy = 0ns;
+    std::vector<Duration> sleeps;
+};
+
+struct CallMessage final : Message {
+    explicit CallMessage(std::function<void()> function) : call(std::move(function)) {}
+    void runOnUiThread() override {}
+    void runOnGraphicsThread() override { call(); }
+    std::function<void()> call;
+};
+
+class GraphicsLoopTest : public testing::Test {
+protected:
+    GraphicsLoopTest() {
+        handler.registerWindow(one);
+        handler.registerWindow(two);
+    }
+    std::vector<const RenderWindow*> drawnInATurn() {
+        renderer.drawn.clear();
+        const std::size_t count = loop.turn();
+        EXPECT_EQ(count, renderer.drawn.size());
+        return renderer.drawn;
+    }
+
+    FakeWindow one;
+    FakeWindow two;
+    EngineHandler handler;
+    FakeRenderer renderer;
+    FakeClock clock;
+    GraphicsLoop loop{handler.getWindows(), renderer, clock, 50};
+};
+
+TEST_F(GraphicsLoopTest, DrawsEachNewWindowOnceAndThenRests) {
+    EXPECT_THAT(drawnInATurn(), ElementsAre(&one, &two));
+    EXPECT_THAT(drawnInATurn(), IsEmpty());
+}
+
+TEST_F(GraphicsLoopTest, AChangeOfTheEngineRedrawsEveryWindowOnce) {
+    drawnInATurn();
+    ++renderer.changes;
+    EXPECT_THAT(drawnInATurn(), ElementsAre(&one, &two));
+    EXPECT_THAT(drawnInATurn(), IsEmpty());
+}
+
+TEST_F(GraphicsLoopTest, AChangeWhileAFrameIsDrawnAsksForAnother) {
+    renderer.whileDrawing = [&] { ++renderer.changes; };
+    drawnInATurn();
+    renderer.whileDrawing = nullptr;
+    EXPECT_THAT(drawnInATurn(), ElementsAre(&one, &two));
+    EXPECT_THAT(drawnInATurn(), IsEmpty());
+}
+
+TEST_F(GraphicsLoopTest, AResizedWindowIsRedrawnAlone) {
+    drawnInATurn();
+    ++two.revision;
+    EXPECT_THAT(drawnInATurn(), ElementsAre(&two));
+    EXPECT_THAT(drawnInATurn(), IsEmpty());
+}
+
+TEST_F(GraphicsLoopTest, ATickedWindowIsDrawnInEveryTurn) {
+    handler.setUpdate(two, true);
+    drawnInATurn();
+    EXPECT_THAT(drawnInATurn(), ElementsAre(&two));
+    handler.setUpdate(two, false);
+    EXPECT_THAT(drawnInATurn(), IsEmpty());
+}
+
+TEST_F(GraphicsLoopTest, AWindowThatNobodySeesIsPassedOverUntilItIsSeen) {
+    handler.setUpdate(one, true);
+    one.drawable = false;
+    EXPECT_THAT(drawnInATurn(), ElementsAre(&two));
+    one.drawable = true;
+    EXPECT_THAT(drawnInATurn(), ElementsAre(&one));
+}
+
+TEST_F(GraphicsLoopTest, AWindowWithoutAContextIsNotCounted) {
+    renderer.withoutContext = &one;
+    EXPECT_THAT(drawnInATurn(), ElementsAre(&two));
+    EXPECT_THAT(drawnInATurn(), IsEmpty());
+}
+
+TEST_F(GraphicsLoopTest, TheOverlayIsDrawnInsideTheFrameOfItsWindow) {
+    handler.setOverlay(two, std::make_unique<FakeOverlay>(renderer.steps));
+    loop.turn();
+    EXPECT_THAT(renderer.steps,
+                ElementsAre("tick",
+                            "begin",
+                            "compositor",
+                            "end", // one
+                            "tick",
+                            "begin",
+                            "compositor",
+                            "overlay",
+                            "end"));
+}
+
+TEST_F(GraphicsLoopTest, UnregisteringTakesTheUpdateFlagAlong) {
+    handler.setUpdate(one, true);
+    handler.unregisterWindow(one);
+    handler.unregisterWindow(one);
+    EXPECT_THAT(drawnInATurn(), ElementsAre(&two));
+    handler.registerWindow(one);
+    EXPECT_THAT(drawnInATurn(), ElementsAre(&one));
+    EXPECT_THAT(drawnInATurn(), IsEmpty());
+}
+
+TEST_F(GraphicsLoopTest, AMessagePostedWhileDrawingRunsAtTheStartOfTheNextTurn) {
+    renderer.whileDrawing = [&] {
+        postToGraphics(CallMessage([&] { renderer.steps.emplace_back("message"); }));
+        renderer.whileDrawing = nullptr;
+    };
+    loop.turn();
+    EXPECT_THAT(renderer.steps, testing::Not(testing::Contains("message")));
+    ++renderer.changes;
+    renderer.steps.clear();
+    loop.turn();
+    EXPECT_EQ(renderer.steps.front(), "message");
+}
+
+TEST_F(GraphicsLoopTest, ATurnWithoutAFrameRestsUntil32MillisecondsArePast) {
+    clock.tooShortBy = 1500us;
+    loop.pace(0);
+    EXPECT_THAT(clock.sleeps, ElementsAre(32ms, 2ms));
+}
+
+TEST_F(GraphicsLoopTest, FramesKeepToTheirDeadlines) {
+    loop.pace(2);
+    clock.time += 15ms;
+    loop.pace(1);
+    clock.time += 50ms;
+    loop.pace(1);
+    loop.pace(1);
+    EXPECT_THAT(clock.sleeps, ElementsAre(20ms, 5ms, 20ms));
+}
+
+TEST_F(GraphicsLoopTest, AReleasedTokenEndsTheLoopAfterTheTurn) {
+    StopToken token;
+    int turns = 0;
+    renderer.whileDrawing = [&] {
+        // Two windows: the turn goes on to its end.
+        if (++turns == 1) token.release();
+    };
+    // The token's thread is its maker's, so that one also plays the UI here.
+    EXPECT_FALSE(std::async(std::launch::async, [&] { return token.isReleased(); }).get());
+    loop.turn();
+    EXPECT_TRUE(std::async(std::launch::async, [&] { return token.isReleased(); }).get());
+    renderer.steps.clear();
+    loop.run(token);
+    EXPECT_THAT(renderer.steps, ElementsAre("endWork"));
+    EXPECT_EQ(turns, 2);
+}
+
+TEST(EngineHandlerTest, StartsRunsMessagesAndEndsOnce) {
+    EngineHandler handler;
+    handler.join();
+    auto renderer = std::make_unique<FakeRenderer>();
+    const FakeRenderer& steps = *renderer;
+    std::promise<void> ran;
+    handler.start(std::move(renderer));
+    postToGraphics(CallMessage([&] { ran.set_value(); }));
+    ran.get_future().wait();
+    EXPECT_TRUE(handler.isRunning());
+    for (int i = 0; i < 2; ++i) {
+        handler.release();
+        handler.join();
+    }
+    EXPECT_FALSE(handler.isRunning());
+    EXPECT_THAT(steps.steps, ElementsAre("endWork"));
+}
+
+} // namespace
+} // namespace vlEditor

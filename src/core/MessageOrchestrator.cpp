@@ -1,0 +1,60 @@
+#include "core/MessageOrchestrator.h"
+
+#include <vlCommon/ThreadBorder.h>
+#include <vlWinUi/System.h>
+
+namespace vlEditor {
+
+void MessageOrchestrator::postToUi(std::unique_ptr<Message> message) {
+    const std::lock_guard guard(uiLock_);
+    uiIncoming_.push_back(message.get());
+    static_cast<void>(message.release());
+    vlWinUi::System::notifyEvent();
+}
+
+void MessageOrchestrator::postToGraphics(std::unique_ptr<Message> message) {
+    const std::lock_guard guard(graphicsLock_);
+    graphicsIncoming_.push_back(message.get());
+    static_cast<void>(message.release());
+}
+
+void MessageOrchestrator::drainUi() {
+    vlCommon::assertUiThread();
+    if (uiProcessing_.empty()) {
+        const std::lock_guard guard(uiLock_);
+        uiIncoming_.swap(uiProcessing_);
+    }
+    while (!uiProcessing_.empty()) {
+        // Off the list before it runs: a dialog inside it drains from here on.
+        const std::unique_ptr<Message> message(uiProcessing_.front());
+        uiProcessing_.pop_front();
+        message->runOnUiThread();
+    }
+}
+
+void MessageOrchestrator::drainGraphics() {
+    vlCommon::assertGraphicsThread();
+    {
+        const std::lock_guard guard(graphicsLock_);
+        graphicsIncoming_.swap(graphicsProcessing_);
+    }
+    for (Message* next : graphicsProcessing_) {
+        const std::unique_ptr<Message> message(next);
+        message->runOnGraphicsThread();
+    }
+    graphicsProcessing_.clear();
+}
+
+void MessageOrchestrator::discard() {
+    const auto freeAll = [](auto& list) {
+        const auto messages = std::exchange(list, {});
+        for (Message* message : messages)
+            delete message;
+    };
+    freeAll(uiIncoming_);
+    freeAll(uiProcessing_);
+    freeAll(graphicsIncoming_);
+    freeAll(graphicsProcessing_);
+}
+
+} // namespace vlEditor

@@ -1,0 +1,50 @@
+#pragma once
+#include "core/Message.h"
+
+#include <vlCommon/SingletonClass.h>
+
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+namespace vlEditor {
+
+/** Owns the two queues. Posting is safe from any thread; each drain belongs to one thread. Messages
+ *  run in the order of their posting, one by one, with no lock held; what is posted while a queue
+ * is being drained runs in a later drain. Created by the UI thread before there is another. */
+class MessageOrchestrator final : public vlCommon::SingletonClass<MessageOrchestrator> {
+public:
+    /// Wakes the UI's event loop.
+    void postToUi(std::unique_ptr<Message> message);
+    /// Wakes nobody: the graphics thread looks at its queue in every turn.
+    void postToGraphics(std::unique_ptr<Message> message);
+
+    /// UI thread. A message may run an event loop of its own (a dialog), which drains again.
+    void drainUi();
+    /// Graphics thread.
+    void drainGraphics();
+
+    /// Frees what is still queued without running it. UI thread, once no other thread posts.
+    /// Without it those messages are never freed: their destructors may reach for what is gone by
+    /// then.
+    void discard();
+
+private:
+    std::deque<Message*> uiIncoming_;
+    std::deque<Message*> uiProcessing_;
+    std::vector<Message*> graphicsIncoming_;
+    std::vector<Message*> graphicsProcessing_;
+    std::mutex uiLock_;
+    std::mutex graphicsLock_;
+};
+
+template <class M> void postToUi(M message) {
+    MessageOrchestrator::getInstance().postToUi(std::make_unique<M>(std::move(message)));
+}
+template <class M> void postToGraphics(M message) {
+    MessageOrchestrator::getInstance().postToGraphics(std::make_unique<M>(std::move(message)));
+}
+
+} // namespace vlEditor

@@ -1,0 +1,125 @@
+#include "interfaces/InterfaceContainerCreator.h"
+
+#include "core/EditorLogger.h"
+
+#include <vlWinUi/ComponentManager.h>
+#include <vlWinUi/Static.h>
+#include <vlWinUi/System.h>
+#include <vlWinUi/ToolBar.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace vlEditor {
+namespace {
+
+using vlWinUi::ComponentManager;
+
+constexpr float titleHeight = 27;
+constexpr float barWidth = 64;
+constexpr unsigned viewMenuWidth = 200;
+
+std::string_view labelOf(ContainerType type) {
+    const auto found = std::ranges::find(viewMenuEntries, type, &ViewMenuEntry::type);
+    return found == viewMenuEntries.end() ? std::string_view("This view") : found->label;
+}
+
+void say(const std::string& line) {
+    EditorLogger::getInstance().log(line, "Editor");
+    vlWinUi::System::showHint(line);
+}
+
+void fillViewMenu(vlWinUi::Menu& menu, const std::string& container) {
+    for (const ViewMenuEntry& entry : viewMenuEntries) {
+        menu.addItem(entry.label, [container, type = entry.type] {
+            auto* window = ComponentManager::get<vlWinUi::Window>(container);
+            if (window == nullptr) return;
+            InterfaceContainerCreator::getInstance().createInterface(*window, type);
+        });
+    }
+}
+
+bool isInside(const vlWinUi::Component* component, const vlWinUi::Component& outer) {
+    while (component != nullptr && component != &outer)
+        component = component->getParent();
+    return component != nullptr;
+}
+
+} // namespace
+
+void InterfaceContainerCreator::setCreator(ContainerType type, Creator creator) {
+    creators_.at(static_cast<std::size_t>(type)) = std::move(creator);
+}
+
+vlWinUi::Window& InterfaceContainerCreator::createContainer() {
+    const std::string name = "CONTAINER_" + std::to_string(nextNumber_++);
+    auto& container = *ComponentManager::createOrRetrieve<vlWinUi::Window>(name);
+    auto& leftBar = *ComponentManager::createOrRetrieve<vlWinUi::ToolBar>(name + "_LBAR");
+    auto& title = *ComponentManager::createOrRetrieve<vlWinUi::Static>(name + "_TITLE");
+    auto& rightBar = *ComponentManager::createOrRetrieve<vlWinUi::ToolBar>(name + "_RBAR");
+    leftBar.setText("View of this container");
+    rightBar.setText("Actions of this view");
+    title.setAlignment(vlWinUi::Static::Alignment::Centre);
+    title.setEmphasised(true);
+    fillViewMenu(leftBar.addMenu("View", viewMenuWidth), name);
+
+    // The bars are equally wide, so that the title stands in the middle.
+    vlWinUi::GridLayout layout(3, 2);
+    layout.setInternalBorders(0, 0);
+    layout.setFixedSizeRow(0, titleHeight);
+    layout.setFixedSizeColumn(0, barWidth);
+    layout.setFixedSizeColumn(2, barWidth);
+    layout.ignoreInternalBorder(0, 0);
+    layout.addComponent(leftBar, 0, 0);
+    layout.addComponent(title, 1, 0);
+    layout.addComponent(rightBar, 2, 0);
+    container.setLayout(std::move(layout));
+    containers_.emplace(name, nullptr);
+    return container;
+}
+
+bool InterfaceContainerCreator::createInterface(vlWinUi::Window& container, ContainerType type) {
+    const auto number = static_cast<std::size_t>(type);
+    const auto slot = containers_.find(container.getComponentName());
+    if (number == 0 || number > typeCount || slot == containers_.end()) {
+        EditorLogger::getInstance().log(
+                "Trying to create an interface from an unknown container type. Aborting.",
+                "Editor");
+        return false;
+    }
+    std::unique_ptr<Interface> made = creators_[number] ? creators_[number]() : nullptr;
+    if (!made) {
+        say(std::string(labelOf(type)) + " is not available yet.");
+        return false;
+    }
+    slot->second = std::move(made);
+    const Interface& shown = *slot->second;
+    vlWinUi::GridLayout& layout = *container.getLayout();
+    layout.addComponent(*shown.getRoot(), 0, 1, 3, 1);
+    layout.update();
+    const std::string titleName = container.getComponentName() + "_TITLE";
+    ComponentManager::get(titleName)->setText(shown.title());
+    return true;
+}
+
+Interface* InterfaceContainerCreator::getInterface(const vlWinUi::Window& container) const {
+    const auto found = containers_.find(container.getComponentName());
+    return found == containers_.end() ? nullptr : found->second.get();
+}
+
+void InterfaceContainerCreator::eraseInside(const vlWinUi::Component& component) {
+    std::vector<std::string> inside;
+    for (const auto& [name, shown] : containers_) {
+        if (isInside(ComponentManager::get(name), component)) inside.push_back(name);
+    }
+    for (const std::string& name : inside) {
+        containers_.erase(name);
+        ComponentManager::erase(name);
+    }
+}
+
+void InterfaceContainerCreator::eraseAll() {
+    containers_.clear();
+}
+
+} // namespace vlEditor

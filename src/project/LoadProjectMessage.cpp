@@ -1,0 +1,78 @@
+#include "project/LoadProjectMessage.h"
+
+#include "core/LogMessage.h"
+#include "core/MessageOrchestrator.h"
+#include "interfaces/AddPickListEntriesMessage.h"
+#include "scene/AddSceneElementsMessage.h"
+#include "scene/GraphManager.h"
+#include "viewport/EngineWindowChangeCompositorMessage.h"
+#include "viewport/EngineWindowEngineDataTracker.h"
+
+#include <vlKestrion/ProjectLoader.h>
+#include <vlKestrion/System.h>
+
+#include <iterator>
+
+namespace vlEditor {
+namespace {
+
+template <class T> void list(std::string_view pickList, const std::vector<T*>& resources) {
+    std::vector<std::string> names;
+    for (const T* resource : resources) {
+        if (!resource->isHidden()) names.push_back(resource->getName());
+    }
+    if (!names.empty()) postToUi(AddPickListEntriesMessage(pickList, std::move(names)));
+}
+
+void listResources(const vlKestrion::ProjectLoadResult& loaded) {
+    const vlGraphics::DeclarationLoadResult& resources = loaded.resources;
+    list("BLEND_POP_UP_LIST", resources.getBlendStates());
+    list("DEPTH_POP_UP_LIST", resources.getDepthStencilStates());
+    list("RASTER_POP_UP_LIST", resources.getRasterStates());
+    list("SAMPLER_POP_UP_LIST", resources.getSamplers());
+    list("CAMERA_POP_UP_LIST", resources.getCameras());
+    list("RENDER_QUEUE_POP_UP_LIST", resources.getRenderQueues());
+    list("SHADER_PROGRAM_POP_UP_LIST", resources.getPrograms());
+    list("SHADER_POP_UP_LIST", resources.getShaders());
+    list("TEXTURE_POP_UP_LIST", resources.getTextures());
+    list("MESH_POP_UP_LIST", resources.getMeshes());
+    list("MATERIAL_POP_UP_LIST", loaded.materials);
+    list("COMPOSITOR_POP_UP_LIST", resources.getCompositors());
+}
+
+void enterScene(const vlKestrion::ProjectLoadResult& loaded) {
+    std::vector<SceneElement> elements;
+    for (vlGraphics::Node* root : loaded.rootNodes) {
+        std::vector<SceneElement> below = GraphManager::getInstance().enter(*root);
+        elements.insert(elements.end(),
+                        std::make_move_iterator(below.begin()),
+                        std::make_move_iterator(below.end()));
+    }
+    if (!elements.empty()) postToUi(AddSceneElementsMessage(std::move(elements)));
+}
+
+void takeView(const vlKestrion::ProjectLoadResult& loaded) {
+    auto& windows = EngineWindowEngineDataTracker::getInstance();
+    if (!loaded.camera.empty()) windows.lookThrough(loaded.camera);
+    if (loaded.compositor.empty()) return;
+    for (const auto& [surface, data] : windows.all()) {
+        postToGraphics(EngineWindowChangeCompositorMessage(
+                surface, loaded.compositor, data->getBaseName()));
+    }
+}
+
+} // namespace
+
+void LoadProjectMessage::runOnGraphicsThread() {
+    const vlKestrion::ProjectLoadResult loaded =
+            vlKestrion::System::getInstance()->getProjectLoader().load(
+                    vlKestrion::ProjectLoadQuery(path));
+    for (const std::string& error : loaded.errors)
+        postToUi(LogMessage(error));
+    if (!loaded.opened) return;
+    listResources(loaded);
+    enterScene(loaded);
+    takeView(loaded);
+}
+
+} // namespace vlEditor
