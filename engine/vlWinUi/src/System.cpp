@@ -1,4 +1,5 @@
 #include "Display.h"
+#include "QtMessages.h"
 #include "Registry.h"
 #include "Style.h"
 #include "TerminationWatch.h"
@@ -59,6 +60,7 @@ vlCommon::Result<> System::initialize(const SystemOptions& options) {
     if (arguments.empty()) arguments.push_back(options.applicationName);
     arguments.insert(arguments.begin() + 1, {"-platform", *platform});
 
+    installQtMessages();
     QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
     application() = std::make_unique<Application>(std::move(arguments));
     // Qt takes over the locale of the environment; texts with numbers in them stay C's.

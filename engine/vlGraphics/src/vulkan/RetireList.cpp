@@ -32,7 +32,6 @@ void destroyHandle(VkDevice device, VmaAllocator, VkShaderModule handle, VmaAllo
     vkDestroyShaderModule(device, handle, nullptr);
 }
 void destroyHandle(VkDevice device, VmaAllocator, VkCommandPool handle, VmaAllocation) {
-    vkResetCommandPool(device, handle, VK_COMMAND_POOL_RESET_RELEASE_RESOURCES_BIT);
     vkDestroyCommandPool(device, handle, nullptr);
 }
 void destroyHandle(VkDevice device, VmaAllocator, VkSemaphore handle, VmaAllocation) {
