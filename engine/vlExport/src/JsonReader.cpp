@@ -1,6 +1,5 @@
-#include "Utf8.h"
-
 #include <vlExport/JsonExporter.h>
+#include <vlMemory/Utf8.h>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -47,18 +46,9 @@ private:
     const char** reached_;
 };
 
-/// One line that can be shown: the file's own bytes may stand in it, broken and by the million.
+/// The file's own bytes may stand in it, broken and by the million.
 std::string cleaned(std::string_view text) {
-    constexpr std::size_t longest = 200;
-    std::string result;
-    while (!text.empty() && result.size() < longest) {
-        const std::size_t length = std::max<std::size_t>(utf8Length(text), 1);
-        const bool shown = utf8Length(text) > 0 && static_cast<unsigned char>(text[0]) >= 0x20;
-        result += shown ? text.substr(0, length) : "?";
-        text.remove_prefix(length);
-    }
-    if (!text.empty()) result += "...";
-    return result;
+    return vlMemory::printable(text, 200);
 }
 
 } // namespace

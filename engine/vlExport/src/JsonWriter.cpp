@@ -1,6 +1,5 @@
-#include "Utf8.h"
-
 #include <vlExport/JsonExporter.h>
+#include <vlMemory/Utf8.h>
 
 #include <algorithm>
 #include <array>
@@ -77,7 +76,7 @@ private:
     void writeString(vlMemory::StringView value) {
         text_ += '"';
         while (!value.empty()) {
-            const std::size_t length = utf8Length(value);
+            const std::size_t length = vlMemory::utf8Length(value);
             if (length == 0) {
                 text_ += "\xEF\xBF\xBD";
                 value.remove_prefix(1);

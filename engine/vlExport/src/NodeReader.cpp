@@ -1,4 +1,5 @@
 #include <vlExport/NodeReader.h>
+#include <vlMemory/Utf8.h>
 
 #include <fmt/format.h>
 
@@ -100,7 +101,7 @@ void NodeReader::noteUnknownMembers() {
                                                     members[index].value.line(),
                                                     where,
                                                     where.empty() ? "" : ": ",
-                                                    members[index].name));
+                                                    vlMemory::printable(members[index].name, 200)));
     }
 }
 

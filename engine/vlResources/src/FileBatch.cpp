@@ -54,12 +54,9 @@ private:
 } // namespace
 
 void FileBatch::add(vlMemory::StringView path, vlMemory::Buffer bytes) {
-    const auto same = std::ranges::find(files_, path, &File::path);
-    if (same != files_.end()) {
-        same->bytes = std::move(bytes);
-    } else {
-        files_.push_back({vlMemory::String(path), std::move(bytes)});
-    }
+    const auto [place, isNew] = places_.try_emplace(vlMemory::String(path), files_.size());
+    if (isNew) files_.push_back({vlMemory::String(path), {}});
+    files_[place->second].bytes = std::move(bytes);
 }
 
 void FileBatch::add(vlMemory::StringView path, vlMemory::StringView text) {

@@ -1,3 +1,4 @@
+#include <vlMemory/Utf8.h>
 #include <vlResources/ResourceManager.h>
 
 #include <fcntl.h>
@@ -32,8 +33,12 @@ private:
     int value_;
 };
 
+/// Bytes. No system opens what is longer, and taking it apart would take its time.
+constexpr std::size_t longestPath = 4096;
+
 vlCommon::Result<vlMemory::Buffer> failed(vlMemory::StringView path, vlMemory::StringView why) {
-    return vlCommon::fail(fmt::format("file '{}' cannot be read: {}", path, why));
+    return vlCommon::fail(
+            fmt::format("file '{}' cannot be read: {}", vlMemory::printable(path), why));
 }
 
 vlMemory::String withoutTrailingSlash(const fs::path& path) {
@@ -97,6 +102,7 @@ vlCommon::Result<vlMemory::Buffer> ResourceManager::readFile(vlMemory::StringVie
                                                              std::size_t maxSize) const {
     if (path.empty()) return failed(path, "the path is empty");
     if (path.find('\0') != vlMemory::StringView::npos) return failed(path, "no such path");
+    if (path.size() > longestPath) return failed(path, "the path is too long");
     const vlMemory::String absolute = getAbsoluteFromWorkingDir(path);
     // Without waiting, or opening a named pipe would block until somebody writes into it.
     const FileDescriptor file(::open(absolute.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
@@ -137,10 +143,11 @@ vlCommon::Result<vlMemory::String>
 ResourceManager::resolveInside(vlMemory::StringView baseFolder,
                                vlMemory::StringView relativePath) const {
     const auto refuse = [&](vlMemory::StringView why) {
-        return vlCommon::fail(fmt::format("path '{}' {}", relativePath, why));
+        return vlCommon::fail(fmt::format("path '{}' {}", vlMemory::printable(relativePath), why));
     };
     if (relativePath.empty()) return refuse("is empty");
     if (relativePath.find('\0') != vlMemory::StringView::npos) return refuse("holds a zero byte");
+    if (relativePath.size() > longestPath) return refuse("is too long");
     const fs::path relative(relativePath);
     if (relative.is_absolute()) return refuse("is absolute; only relative ones are allowed here");
     const vlMemory::String leaves = fmt::format("leaves the folder '{}'", baseFolder);

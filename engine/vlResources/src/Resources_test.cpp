@@ -113,6 +113,11 @@ TEST_F(Resources, NoPathLeavesItsFolder) {
     }
     EXPECT_FALSE(manager.resolveInside("in", "").has_value());
     EXPECT_FALSE(manager.resolveInside("in", vlMemory::StringView("a\0b", 3)).has_value());
+    EXPECT_EQ(manager.resolveInside("in", "../\x1B\n").error().message,
+              "path '../\?\?' leaves the folder 'in'");
+    const std::string longer(5000, '/');
+    EXPECT_TRUE(manager.resolveInside("in", "a" + longer).error().message.ends_with("is too long"));
+    EXPECT_TRUE(manager.readFile("a" + longer).error().message.ends_with("the path is too long"));
 }
 
 TEST_F(Resources, WritingReplacesWholeKeepsPermissionsAndFollowsLinks) {

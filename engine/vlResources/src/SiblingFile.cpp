@@ -1,5 +1,7 @@
 #include "SiblingFile.h"
 
+#include <vlMemory/Utf8.h>
+
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
@@ -52,8 +54,9 @@ SiblingFile::~SiblingFile() {
 }
 
 vlCommon::Result<> SiblingFile::failed() const {
+    const char* why = std::strerror(errno);
     return vlCommon::fail(
-            fmt::format("file '{}' cannot be written: {}", asked_, std::strerror(errno)));
+            fmt::format("file '{}' cannot be written: {}", vlMemory::printable(asked_), why));
 }
 
 vlMemory::String SiblingFile::nextName() const {

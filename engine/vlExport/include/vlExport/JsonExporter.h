@@ -14,7 +14,7 @@ public:
     /// Arrays and objects within each other; a single value has depth 0.
     static constexpr std::size_t maxDepth = 200;
     static constexpr std::size_t maxTextSize = std::size_t{1} << 30U; ///< bytes
-    static constexpr std::size_t maxValues = std::size_t{1} << 26U;   ///< of all types, in one text
+    static constexpr std::size_t maxValues = std::size_t{1} << 25U;   ///< of all types, in one text
 
     JsonExporter() = delete;
 

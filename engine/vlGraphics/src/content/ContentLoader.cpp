@@ -2,6 +2,7 @@
 
 #include <vlExport/JsonExporter.h>
 #include <vlGraphics/ContentLoader.h>
+#include <vlMemory/Utf8.h>
 #include <vlResources/FileWriter.h>
 #include <vlResources/ResourceManager.h>
 
@@ -107,6 +108,12 @@ vlCommon::Result<vlExport::Node> readTreeFile(vlMemory::StringView path) {
     return vlExport::JsonExporter::importIntoTree(bytes->text(), path);
 }
 
+/// Names and texts of the file stand in the lines as they are until here.
+void takeErrors(LoadSession& session, DeclarationLoadResult& result) {
+    for (const vlMemory::String& line : session.errors)
+        result.addError(vlMemory::printable(line));
+}
+
 /// read(tree, session) with the file's tree.
 template <class Read>
 DeclarationLoadResult
@@ -120,8 +127,7 @@ loadFile(vlMemory::StringView path, vlMemory::StringView root, bool load, Read&&
     LoadSession session = sessionFor(path, folderOf(absoluteDeclarationPath(path)), root, load);
     session.result = &result;
     read(*tree, session);
-    for (vlMemory::String& line : session.errors)
-        result.addError(std::move(line));
+    takeErrors(session, result);
     return result;
 }
 
@@ -181,8 +187,7 @@ DeclarationLoadResult ContentLoader::loadDeclarations(const vlExport::Node& tree
     LoadSession session = sessionFor(fileName, folder, root, load);
     session.result = &result;
     readTree(tree, session);
-    for (vlMemory::String& line : session.errors)
-        result.addError(std::move(line));
+    takeErrors(session, result);
     return result;
 }
 
@@ -192,6 +197,8 @@ std::vector<vlMemory::String> ContentLoader::validateDeclarations(const vlExport
                                                                   vlMemory::StringView root) {
     LoadSession session = sessionFor(fileName, folder, root, false);
     readTree(tree, session);
+    for (vlMemory::String& line : session.errors)
+        line = vlMemory::printable(line);
     return std::move(session.errors);
 }
 

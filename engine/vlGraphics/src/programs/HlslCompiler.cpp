@@ -5,6 +5,9 @@
 #include "programs/InterfaceMapper.h"
 #include "programs/Reflection.h"
 #include "programs/SourceBounds.h"
+#include "programs/VariableSize.h"
+
+#include <vlMemory/Utf8.h>
 
 #include <fmt/format.h>
 #include <glslang/Public/ResourceLimits.h>
@@ -23,6 +26,9 @@ namespace vlGraphics {
 namespace {
 
 using vlMemory::StringView;
+
+/// Of one stage: drivers take that for each of very many threads, and their time for each element.
+constexpr std::uint64_t maxVariableBytes = std::uint64_t{1} << 16U;
 
 constexpr auto messages =
         static_cast<EShMessages>(EShMsgReadHlsl | EShMsgVulkanRules | EShMsgSpvRules |
@@ -57,7 +63,7 @@ EShLanguage languageOf(SHADER_TYPE stage) {
 }
 
 tl::unexpected<ProgramCompilationResult> failAt(SHADER_TYPE stage, StringView message) {
-    return tl::unexpected(ProgramCompilationResult(stage, message));
+    return tl::unexpected(ProgramCompilationResult(stage, vlMemory::printable(message)));
 }
 
 bool isNeeded(PROGRAM_TYPE type, SHADER_TYPE stage, const ProgramSourcesHolder& sources) {
@@ -185,6 +191,10 @@ public:
         options.disableOptimizer = false;
         spv::SpvBuildLogger logger;
         if (intermediate != nullptr) glslang::GlslangToSpv(*intermediate, spirv, &logger, &options);
+        if (const std::uint64_t bytes = variableBytes(spirv); bytes > maxVariableBytes)
+            return fmt::format("1: the variables have {} bytes, more than the {} possible",
+                               bytes,
+                               maxVariableBytes);
         if (!spirv.empty()) return {};
         const std::string log = logger.getAllMessages();
         return log.empty() ? "1: it compiles to nothing" : "1: " + log.substr(0, log.find('\n'));

@@ -241,6 +241,21 @@ TEST(HlslCompiler, ErrorsNameTheLineOfTheText) {
               "2:");
 }
 
+TEST(HlslCompiler, VariablesThatNoDeviceHoldsAreRefused) {
+    const auto withArray = [](StringView count) {
+        return fmt::format("float4 main(float4 p : SV_POSITION) : SV_TARGET {{ float4 q[{}];\n"
+                           "q[(int)p.x] = 1; return q[(int)p.y]; }}",
+                           count);
+    };
+    EXPECT_EQ(pixelError(withArray("1000")), "compiled");
+    EXPECT_EQ(pixelError(withArray("100000000")),
+              "1: the variables have 1600000000 bytes, more than the 65536 possible");
+    EXPECT_NE(pixelError(withArray("2147483647")), "compiled");
+    EXPECT_NE(pixelError("float4 main() : SV_TARGET { float4 q[2147483647]; return q[1]; }"),
+              "compiled");
+    EXPECT_EQ(pixelError("\x1B"), "1: '?' : unexpected token");
+}
+
 TEST(HlslCompiler, BoundsWhatItTakes) {
     const std::string deep(100000, '(');
     EXPECT_EQ(pixelError("float4 main() : SV_TARGET {\nreturn " + deep + "1;}"),

@@ -3,6 +3,8 @@
 #include "Assets.h"
 #include "programs/HlslCompiler.h"
 
+#include <vlMemory/Utf8.h>
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -25,26 +27,6 @@ bool isNameCharacter(char c) {
     return isNameStart(c) || (c >= '0' && c <= '9');
 }
 
-/// Bytes of the UTF-8 sequence that begins there; 0 where none does.
-std::size_t sequenceLength(StringView text, std::size_t at) {
-    const auto byte = [&](std::size_t index) {
-        return index < text.size() ? static_cast<unsigned char>(text[index]) : 0U;
-    };
-    const auto follows = [&](std::size_t index) { return (byte(index) & 0xC0U) == 0x80U; };
-    const unsigned first = byte(at);
-    if (first < 0x80U) return 1;
-    if (first >= 0xC2U && first <= 0xDFU) return follows(at + 1) ? 2 : 0;
-    if ((first & 0xF0U) == 0xE0U) {
-        const bool overlong = first == 0xE0U && byte(at + 1) < 0xA0U;
-        const bool surrogate = first == 0xEDU && byte(at + 1) >= 0xA0U;
-        return !overlong && !surrogate && follows(at + 1) && follows(at + 2) ? 3 : 0;
-    }
-    if (first < 0xF0U || first > 0xF4U) return 0;
-    const bool overlong = first == 0xF0U && byte(at + 1) < 0x90U;
-    const bool tooHigh = first == 0xF4U && byte(at + 1) >= 0x90U;
-    return !overlong && !tooHigh && follows(at + 1) && follows(at + 2) && follows(at + 3) ? 4 : 0;
-}
-
 std::size_t lineAt(StringView text, std::size_t at) {
     return 1 + static_cast<std::size_t>(
                        std::count(text.begin(), text.begin() + std::ptrdiff_t(at), '\n'));
@@ -58,12 +40,10 @@ std::optional<std::string> findFault(StringView text) {
                            text.size(),
                            maxSourceBytes);
     }
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t length = sequenceLength(text, at);
-        if (length == 0) return fmt::format("{}: the text is not valid UTF-8", lineAt(text, at));
-        if (text[at] == '\0') return fmt::format("{}: the text has a zero byte", lineAt(text, at));
-        at += length;
-    }
+    const std::size_t broken = vlMemory::findInvalidUtf8(text);
+    const std::size_t zero = text.find('\0');
+    if (broken < zero) return fmt::format("{}: the text is not valid UTF-8", lineAt(text, broken));
+    if (zero < broken) return fmt::format("{}: the text has a zero byte", lineAt(text, zero));
     return std::nullopt;
 }
 

@@ -19,6 +19,8 @@ static_assert(std::endian::native == std::endian::little, "the file's numbers ar
 constexpr std::array<char, 4> magic{'V', 'L', 'M', 'B'};
 constexpr std::uint32_t currentVersion = 1;
 constexpr std::uint32_t mostAttributes = 16;
+constexpr std::uint32_t mostStride = 2048; ///< bytes
+constexpr std::uint64_t mostFileBytes = std::uint64_t{1} << 32U;
 constexpr std::size_t alignment = 16; ///< of the vertices in the file
 
 struct FileHeader {
@@ -76,8 +78,9 @@ private:
 /// A file, read straight into where its parts belong.
 class FileSource {
 public:
+    // Without waiting, or opening a named pipe would block until somebody writes into it.
     explicit FileSource(const vlMemory::String& path)
-        : descriptor_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
+        : descriptor_(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
     ~FileSource() {
         if (descriptor_ >= 0) ::close(descriptor_);
     }
@@ -122,10 +125,20 @@ vlCommon::Result<> checkHeader(const FileHeader& header, std::uint64_t fileSize)
                                           header.attributeCount,
                                           mostAttributes));
     }
+    // Or the sizes below could exceed 64 bits.
+    if (header.vertexStride > mostStride) {
+        return vlCommon::fail(fmt::format("a vertex of {} bytes, where at most {} are possible",
+                                          header.vertexStride,
+                                          mostStride));
+    }
     if (header.reserved != 0) return vlCommon::fail("has a broken header");
     if (header.fileSize != sizeOf(header) || header.fileSize != fileSize) {
         return vlCommon::fail(fmt::format(
                 "has {} bytes, where its header speaks of {}", fileSize, sizeOf(header)));
+    }
+    if (fileSize > mostFileBytes) {
+        return vlCommon::fail(
+                fmt::format("has {} bytes, more than the {} allowed", fileSize, mostFileBytes));
     }
     return {};
 }

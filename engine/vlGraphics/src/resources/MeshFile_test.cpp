@@ -3,6 +3,8 @@
 #include <vlGraphics/MeshFile.h>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cmath>
 #include <cstring>
@@ -94,6 +96,25 @@ TEST(MeshFile, HugeCountsAreRefusedBeforeMemoryIsTaken) {
         std::memcpy(broken.data() + place, &huge, sizeof huge);
         EXPECT_FALSE(readMeshFile(broken.span(), "huge"));
     }
+    // Counts whose sizes come to that of the file again, modulo 2 to the power of 64.
+    const std::uint32_t half = 0x80000000;
+    const std::uint64_t size = std::uint64_t{huge} * huge + std::uint64_t{half} * 4 + 224;
+    for (const std::size_t place : {16U, 20U})
+        std::memcpy(bytes.data() + place, &huge, sizeof huge);
+    std::memcpy(bytes.data() + 24, &half, sizeof half);
+    std::memcpy(bytes.data() + 72, &size, sizeof size);
+    bytes.resize(static_cast<std::size_t>(size));
+    const auto wrapped = readMeshFile(bytes.span(), "wrapped");
+    ASSERT_FALSE(wrapped);
+    EXPECT_NE(wrapped.error().message.find("a vertex of 4294967295 bytes"), vlMemory::String::npos);
+}
+
+TEST(MeshFile, ANamedPipeIsRefusedWithoutWaiting) {
+    const vlMemory::String path = testing::TempDir() + "vlGraphics_mesh_pipe";
+    ::unlink(path.c_str());
+    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    EXPECT_FALSE(readMeshFile(path));
+    ::unlink(path.c_str());
 }
 
 TEST(Mesh, SetDataNamesTheFaultAndKeepsTheEarlierContent) {

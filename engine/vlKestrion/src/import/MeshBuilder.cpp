@@ -17,10 +17,20 @@ namespace {
 constexpr std::uint32_t nothing = 0xFFFFFFFF;
 /// Where more vertices share a position, equal ones may stay apart: no file takes forever.
 constexpr std::uint32_t maxSteps = 1024;
+/// Of one vertex; where there are more, the better order would take its time for each pair of them.
+constexpr std::uint32_t maxTriangles = 1024;
+constexpr std::uint32_t cacheSize = 16; ///< vertices
 constexpr std::size_t manyIndices = std::size_t{3} << 16U;
 
 vlMemory::Buffer bytesFor(std::size_t vertices, std::uint32_t stride) {
     return vlMemory::Buffer(vertices * stride);
+}
+
+bool isCrowded(const std::vector<std::uint32_t>& indices, std::size_t vertices) {
+    std::vector<std::uint32_t> triangles(vertices);
+    for (const std::uint32_t index : indices)
+        if (++triangles[index] > maxTriangles) return true;
+    return false;
 }
 
 /// An order of triangles in which the device finds vertices it has just processed.
@@ -29,11 +39,16 @@ void orderTriangles(std::vector<std::uint32_t>& indices,
                     std::size_t threads) {
     const std::size_t triangles = indices.size() / 3;
     const std::size_t pieces = indices.size() < manyIndices ? 1 : threads;
+    const bool crowded = isCrowded(indices, vertices);
     inParallel(pieces, threads, [&](std::size_t piece, std::size_t) {
         const std::size_t first = 3 * (triangles * piece / pieces);
         const std::size_t end = 3 * (triangles * (piece + 1) / pieces);
-        meshopt_optimizeVertexCache(
-                indices.data() + first, indices.data() + first, end - first, vertices);
+        std::uint32_t* part = indices.data() + first;
+        if (crowded) {
+            meshopt_optimizeVertexCacheFifo(part, part, end - first, vertices, cacheSize);
+        } else {
+            meshopt_optimizeVertexCache(part, part, end - first, vertices);
+        }
     });
 }
 

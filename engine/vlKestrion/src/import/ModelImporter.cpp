@@ -9,6 +9,7 @@
 #include <vlExport/JsonExporter.h>
 #include <vlGraphics/MeshFile.h>
 #include <vlKestrion/ModelImporter.h>
+#include <vlMemory/Utf8.h>
 #include <vlResources/FileBatch.h>
 #include <vlResources/ResourceManager.h>
 
@@ -52,6 +53,7 @@ public:
                 found_.materials.begin(),
                 found_.materials.end(),
                 [](const ModelMaterial& material) { return !material.name.empty(); }));
+        makePrintable(report_.warnings);
         return std::move(report_);
     }
 
@@ -93,6 +95,11 @@ private:
     }
 
     vlCommon::Result<> makeParts() {
+        if (parts_.size() > maxModelParts)
+            return vlCommon::fail(fmt::format("{}: {} materials in use, more than the {} allowed",
+                                              modelName_,
+                                              parts_.size(),
+                                              maxModelParts));
         built_.resize(parts_.size());
         std::vector<MeshBuilder> builders(threads_, MeshBuilder(file_));
         // One that holds most of the model would keep a single thread busy: it gets all of them.
@@ -298,9 +305,7 @@ vlCommon::Result<> checkEndings(StringView model, StringView project) {
     return {};
 }
 
-} // namespace
-
-vlCommon::Result<ImportReport> importModel(StringView model, StringView project) {
+vlCommon::Result<ImportReport> import(StringView model, StringView project) {
     if (auto good = checkEndings(model, project); !good) return tl::unexpected(good.error());
     auto edit = ProjectEdit::open(project);
     if (!edit) return tl::unexpected(edit.error());
@@ -311,6 +316,14 @@ vlCommon::Result<ImportReport> importModel(StringView model, StringView project)
     } catch (const std::exception& error) {
         return vlCommon::fail(fmt::format("'{}': {}", model, error.what()));
     }
+}
+
+} // namespace
+
+vlCommon::Result<ImportReport> importModel(StringView model, StringView project) {
+    auto report = import(model, project);
+    if (report) return report;
+    return vlCommon::fail(vlMemory::printable(report.error().message));
 }
 
 } // namespace vlKestrion

@@ -192,6 +192,10 @@ TEST_F(ModelImporter, WhatCannotBeImportedFailsInOneLine) {
     folder_.write("list.vls", R"({"formatVersion": 1, "declarations": 7})");
     folder_.write("cut.vls", R"({"formatVersion": 1, "decl)");
     folder_.write("newer.vls", R"({"formatVersion": 99})");
+    folder_.write("node.vls", R"({"formatVersion": 1, "scene": {"nodes": [{"position": [1]}]}})");
+    folder_.write("gone.vls", R"({"formatVersion": 1, "declarations": ["gone.vlca"]})");
+    folder_.write("out.vls", R"({"formatVersion": 1, "declarations": ["../out.vlca"]})");
+    const std::size_t files = folder_.fileCount();
     EXPECT_THAT(failure("bad.obj"), HasSubstr("no triangle"));
     EXPECT_THAT(failure("gone.obj"), HasSubstr("gone.obj"));
     EXPECT_THAT(failure("m.fbx"), HasSubstr("only Wavefront OBJ"));
@@ -199,6 +203,49 @@ TEST_F(ModelImporter, WhatCannotBeImportedFailsInOneLine) {
     EXPECT_THAT(failure("m.obj", "list.vls"), HasSubstr("list.vls:1: 'declarations'"));
     EXPECT_THAT(failure("m.obj", "cut.vls"), HasSubstr("cut.vls:1"));
     EXPECT_THAT(failure("m.obj", "newer.vls"), HasSubstr("newer.vls:1"));
+    const String broken = folder_.read("node.vls");
+    EXPECT_THAT(failure("m.obj", "node.vls"), HasSubstr("node.vls:1: 'position'"));
+    EXPECT_EQ(folder_.read("node.vls"), broken);
+    EXPECT_THAT(failure("m.obj", "gone.vls"), HasSubstr("gone.vlca"));
+    EXPECT_THAT(failure("m.obj", "out.vls"), HasSubstr("out.vls:1: path '../out.vlca'"));
+    EXPECT_EQ(folder_.fileCount(), files);
+}
+
+TEST_F(ModelImporter, WhateverTheNamesAreTheProjectValidates) {
+    const String hdr = "#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 1 +X 1\n\x80\x80\x80\x80";
+    folder_.write("sky.hdr", hdr);
+    folder_.write("m.mtl", "newmtl a\xC2\x85\x7F\nmap_Kd sky.hdr\n");
+    folder_.write("m\xC2\x85.obj",
+                  "mtllib m.mtl\n" + String(triangle) +
+                          "o \xC2\x9F\nusemtl a\xC2\x85\x7F\nf 1/1 2/2 3/3\n"
+                          "o \xFF\nusemtl \x1B\xFF\nf 1 2 3\n");
+    const ImportReport report = import("m\xC2\x85.obj");
+    EXPECT_EQ(report.textures, 0U);
+    EXPECT_THAT(report.warnings,
+                ElementsAre(HasSubstr("material '\?\?' not found"), HasSubstr("dynamic range")));
+}
+
+TEST_F(ModelImporter, HostileModelsComeToAnEnd) {
+    // A fan of very many triangles, a library's name as long as a book, and a flood of faults.
+    constexpr int count = 200000;
+    String fan = "v 0 0 0\nv 1 0 0\nv 0 1 0\nf";
+    for (int corner = 0; corner < count; ++corner)
+        fan += corner % 3 == 0 ? " 1" : corner % 3 == 1 ? " 2" : " 3";
+    String words;
+    for (int word = 0; word < count; ++word)
+        words += " a/b";
+    String faults = "newmtl a\n";
+    for (int fault = 0; fault < 1000; ++fault)
+        faults += "Ns x\n";
+    folder_.write("m.mtl", faults);
+    folder_.write("m.obj", "mtllib m.mtl\nmtllib" + words + "\nusemtl a\n" + fan + "\n");
+    EXPECT_LT(import("m.obj").warnings.size(), 110U);
+
+    String materials(triangle);
+    for (int number = 0; number <= 4096; ++number)
+        materials += "usemtl " + std::to_string(number) + "\nf 1 2 3\n";
+    folder_.write("many.obj", materials);
+    EXPECT_THAT(failure("many.obj"), HasSubstr("4097 materials in use"));
 }
 
 TEST_F(ModelImporter, AFolderThatCannotBeWrittenIsLeftAsItIs) {

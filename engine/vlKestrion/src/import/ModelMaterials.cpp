@@ -19,6 +19,9 @@ namespace {
 using vlMemory::String;
 using vlMemory::StringView;
 
+constexpr std::size_t maxLibrarySize = std::size_t{1} << 26U; ///< bytes
+constexpr std::size_t mostLibraryNames = 1000;                ///< that are looked for on the disk
+
 class MaterialFinder {
 public:
     MaterialFinder(const ModelFolder& folder, StringView modelName, std::vector<String>& warnings)
@@ -56,10 +59,11 @@ public:
 private:
     /// A library's name may have blanks in it, and several may stand in one line.
     void readLibraries(StringView line) {
-        if (line.empty() || readLibrary(line)) return;
+        if (line.empty() || libraryNames_ >= mostLibraryNames || readLibrary(line)) return;
         StringView rest = line;
         bool any = false;
-        for (StringView word = takeWord(rest); !word.empty(); word = takeWord(rest))
+        for (StringView word = takeWord(rest); !word.empty() && libraryNames_ < mostLibraryNames;
+             word = takeWord(rest))
             any = readLibrary(word) || any;
         if (!any)
             warnings_.push_back(
@@ -67,10 +71,12 @@ private:
     }
 
     bool readLibrary(StringView reference) {
+        if (++libraryNames_ > mostLibraryNames) return false;
         const auto path = folder_.find(reference);
         if (!path) return false;
         if (!read_.insert(*path).second) return true;
-        const auto file = vlResources::ResourceManager::getInstance().readFile(*path);
+        const auto file =
+                vlResources::ResourceManager::getInstance().readFile(*path, maxLibrarySize);
         if (file) {
             parseMtl(file->text(), lastPathPart(*path), known_, warnings_);
         } else {
@@ -121,6 +127,7 @@ private:
     std::vector<MtlMaterial> known_;
     std::unordered_map<String, std::size_t> byName_; ///< the first of each name
     std::unordered_set<String> read_;
+    std::size_t libraryNames_ = 0;
     std::map<std::pair<String, TextureUse>, std::size_t> textures_;
 };
 

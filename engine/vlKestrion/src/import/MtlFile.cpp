@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <optional>
 #include <utility>
 
@@ -14,6 +15,8 @@ namespace vlKestrion {
 namespace {
 
 using vlMemory::StringView;
+
+constexpr std::size_t mostWarnings = 100; ///< of one file
 
 constexpr std::array<StringView, 11> oneWordOptions{"-blendu",
                                                     "-blendv",
@@ -119,6 +122,9 @@ private:
     }
 
     void warn(StringView word) {
+        if (warningCount_ == mostWarnings)
+            warnings_.push_back(fmt::format("{}: there is more that is wrong", name_));
+        if (warningCount_++ >= mostWarnings) return;
         warnings_.push_back(
                 fmt::format("{}:{}: '{}' has no proper numbers", name_, lines_.lineNumber(), word));
     }
@@ -128,6 +134,7 @@ private:
     std::vector<MtlMaterial>& materials_;
     std::vector<vlMemory::String>& warnings_;
     std::size_t first_;
+    std::size_t warningCount_ = 0;
 };
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "Names.h"
 
+#include <vlMemory/Utf8.h>
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -12,30 +14,14 @@ namespace {
 
 constexpr std::size_t maxBytes = 200;
 
-/// Bytes of the well-formed UTF-8 character at the start of the text; 0 where there is none.
-std::size_t characterSize(vlMemory::StringView text) {
-    const auto byte = [&](std::size_t place) { return static_cast<std::uint8_t>(text[place]); };
-    const std::uint8_t first = byte(0);
-    if (first < 0x80) return 1;
-    const std::size_t size = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    if (first < 0xC2 || first > 0xF4 || text.size() < size) return 0;
-    for (std::size_t place = 1; place < size; ++place)
-        if ((byte(place) & 0xC0U) != 0x80U) return 0;
-    const std::uint8_t second = byte(1);
-    const bool tooLong = (first == 0xE0 && second < 0xA0) || (first == 0xF0 && second < 0x90);
-    const bool noCharacter = (first == 0xED && second > 0x9F) || (first == 0xF4 && second > 0x8F);
-    return tooLong || noCharacter ? 0 : size;
-}
-
 template <class Refuse>
 vlMemory::String clean(vlMemory::StringView name, vlMemory::StringView fallback, Refuse refuse) {
     vlMemory::String result;
     while (!name.empty()) {
-        const std::size_t size = characterSize(name);
+        const std::size_t size = vlMemory::utf8Length(name);
         if (result.size() + std::max<std::size_t>(size, 1) > maxBytes) break;
         const bool plain = size == 1;
-        const bool control = plain && (static_cast<std::uint8_t>(name[0]) < 32 || name[0] == 127);
-        if (size == 0 || control || (plain && refuse(name[0]))) {
+        if (size == 0 || vlMemory::startsWithControl(name) || (plain && refuse(name[0]))) {
             result += '_';
         } else {
             result += name.substr(0, size);

@@ -29,8 +29,10 @@ void appendFan(std::span<const ObjCorner> polygon, std::vector<ObjCorner>& trian
 
 void PolygonCutter::cut(std::span<const ObjCorner> polygon, std::vector<ObjCorner>& triangles) {
     if (polygon.size() == 4) return cutQuad(polygon, triangles);
+    allowedSteps_ += stepsPerCorner * polygon.size();
     const bool convex = flatten(polygon);
-    if (convex || polygon.size() > maxConcaveCorners) return appendFan(polygon, triangles);
+    if (convex || polygon.size() > maxConcaveCorners || steps_ > allowedSteps_)
+        return appendFan(polygon, triangles);
     clipEars(polygon, triangles);
 }
 
@@ -93,12 +95,14 @@ bool PolygonCutter::flatten(std::span<const ObjCorner> polygon) {
     return turnsInX <= 2;
 }
 
-bool PolygonCutter::isEar(std::size_t before, std::size_t ear, std::size_t after) const {
+bool PolygonCutter::isEar(std::size_t before, std::size_t ear, std::size_t after) {
+    ++steps_;
     const Float2& a = flat_[before];
     const Float2& b = flat_[ear];
     const Float2& c = flat_[after];
     if (side(a, b, c) <= 0) return false;
     for (std::size_t other = next_[after]; other != before; other = next_[other]) {
+        ++steps_;
         const Float2& point = flat_[other];
         if (side(a, b, point) >= 0 && side(b, c, point) >= 0 && side(c, a, point) >= 0) {
             const bool atCorner = (point.x == a.x && point.y == a.y) ||

@@ -46,7 +46,7 @@ vlCommon::Result<ProjectEdit> ProjectEdit::open(vlMemory::StringView path) {
     if (!project) return tl::unexpected(project.error());
     edit.project_ = std::move(*project);
     if (auto good = edit.check(); !good) return tl::unexpected(good.error());
-    edit.gatherNames();
+    if (auto gathered = edit.gatherNames(); !gathered) return tl::unexpected(gathered.error());
     return edit;
 }
 
@@ -59,22 +59,24 @@ vlCommon::Result<> ProjectEdit::check() const {
     if (declarations != nullptr && !declarations->isArray())
         return fails(*declarations, "'declarations' expected an array");
     const Node* scene = tree_.find("scene");
-    if (scene == nullptr) return {};
-    if (!scene->isObject()) return fails(*scene, "'scene' expected an object");
-    const Node* nodes = scene->find("nodes");
+    const Node* nodes = scene == nullptr ? nullptr : scene->find("nodes");
+    if (scene != nullptr && !scene->isObject()) return fails(*scene, "'scene' expected an object");
     if (nodes != nullptr && !nodes->isArray()) return fails(*nodes, "'nodes' expected an array");
+    if (!project_.errors.empty()) return vlCommon::fail(project_.errors.front());
     return {};
 }
 
-void ProjectEdit::gatherNames() {
+vlCommon::Result<> ProjectEdit::gatherNames() {
     for (const NodeDecl& node : project_.nodes)
         names_.add(node.name);
     const auto& files = vlResources::ResourceManager::getInstance();
     for (const DeclarationRef& declaration : project_.declarations) {
         const auto path = files.resolveInside(place_.folder, declaration.path);
-        if (!path) continue;
-        const auto tree = readTree(*path, declaration.path);
-        if (!tree) continue;
+        if (!path)
+            return vlCommon::fail(
+                    fmt::format("{}:{}: {}", place_.name, declaration.line, path.error().message));
+        const auto tree = readTree(*path, place_.nameOf(declaration.path));
+        if (!tree) return tl::unexpected(tree.error());
         for (const vlExport::Member& list : tree->members()) {
             for (const Node& element : list.value.elements()) {
                 const Node* name = element.find("name");
@@ -82,6 +84,7 @@ void ProjectEdit::gatherNames() {
             }
         }
     }
+    return {};
 }
 
 void ProjectEdit::addDeclaration(vlMemory::StringView path) {

@@ -10,7 +10,8 @@ namespace vlKestrion {
 /** A project's file while something is added to it. What it says otherwise, known or not, stays. */
 class ProjectEdit {
 public:
-    /// Reads the project; one that does not exist starts empty. Fails where the file is no project.
+    /// Reads the project; one that does not exist starts empty. Fails where the file is no project,
+    /// or a part of it cannot be read: what is added could clash with what nobody knows.
     static vlCommon::Result<ProjectEdit> open(vlMemory::StringView path);
 
     const ProjectPlace& place() const { return place_; }
@@ -28,7 +29,7 @@ public:
 
 private:
     vlCommon::Result<> check() const;
-    void gatherNames();
+    vlCommon::Result<> gatherNames();
 
     ProjectPlace place_;
     vlExport::Node tree_;

@@ -6,6 +6,8 @@
 #include <vlImages/PngEncoder.h>
 #include <vlResources/ResourceManager.h>
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -95,6 +97,11 @@ void prepareTexture(ModelTexture& texture) {
     auto image = vlImages::decode(file->span(), texture.path);
     if (!image) {
         texture.fault = image.error().message;
+        return;
+    }
+    if (image->format == vlImages::PixelFormat::rgba32f) {
+        texture.fault =
+                fmt::format("{}: high dynamic range, which textures cannot have", texture.path);
         return;
     }
     const bool eightBit = image->format == vlImages::PixelFormat::rgba8;

@@ -2,6 +2,7 @@
 
 #include <vlExport/JsonExporter.h>
 #include <vlExport/NodeReader.h>
+#include <vlMemory/Utf8.h>
 #include <vlResources/ResourceManager.h>
 
 #include <fmt/format.h>
@@ -141,6 +142,11 @@ void readDeclarationList(const Node& list, vlMemory::StringView name, ProjectDec
 
 vlMemory::String ProjectPlace::nameOf(vlMemory::StringView relativePath) const {
     return (std::filesystem::path(name).parent_path() / relativePath).generic_string();
+}
+
+void makePrintable(std::vector<vlMemory::String>& lines) {
+    for (vlMemory::String& line : lines)
+        line = vlMemory::printable(line);
 }
 
 ProjectPlace placeOf(vlMemory::StringView path) {

@@ -63,6 +63,8 @@ struct ProjectPlace {
 inline constexpr std::uint32_t projectFormatVersion = 1;
 inline constexpr std::size_t maxProjectNodes = 1000000;
 
+/// Names and texts of files stand in errors as they are until a person is shown them.
+void makePrintable(std::vector<vlMemory::String>& lines);
 /// A relative path is taken from the working directory.
 ProjectPlace placeOf(vlMemory::StringView path);
 /// Fails where the tree is no project at all; what is faulty inside is left out and named.

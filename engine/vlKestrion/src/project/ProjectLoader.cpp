@@ -210,6 +210,7 @@ ProjectLoadResult ProjectLoader::load(const ProjectLoadQuery& query) {
     result.opened = true;
     result.errors = std::move(project->errors);
     ProjectBuilder(place, result).build(*project);
+    makePrintable(result.errors);
     return result;
 }
 

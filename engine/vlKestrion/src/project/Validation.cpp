@@ -133,6 +133,7 @@ std::vector<String> ProjectLoader::validate(StringView path) {
     errors = std::move(project->errors);
     errors.insert(errors.end(), project->unknown.begin(), project->unknown.end());
     ProjectCheck(place, errors).check(*project);
+    makePrintable(errors);
     return errors;
 }
 
@@ -141,6 +142,7 @@ std::vector<String> validateFile(StringView path) {
     std::vector<String> errors;
     const ProjectPlace place = placeOf(path);
     ProjectCheck(place, errors).checkFile(place.path, place.name, place.folder);
+    makePrintable(errors);
     return errors;
 }
 

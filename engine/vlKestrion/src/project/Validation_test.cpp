@@ -121,6 +121,19 @@ TEST_F(Validation, AProjectThatIsNoUtf8OrTooDeepIsRefused) {
     EXPECT_THAT(check("{\"formatVersion\": 1, \"scene\": " + deep), ElementsAre(HasSubstr(":1:")));
 }
 
+TEST_F(Validation, NamesOfAFileDoNotBreakTheLineOrMakeItEndless) {
+    folder_.write("bad.vlsh", R"({"formatVersion": 1, "\u001B\n": 1, "shaders": [{"name": "a",
+        "program": "p", "co\nlour": 1}]})");
+    const String name(100000, 'x');
+    for (const String& line :
+         check(R"({"formatVersion": 1, "declarations": ["bad.vlsh", "g\n.vlsh"],
+        "cam\u001Bera": 1, "camera": "E\n", "compositor": ")" +
+               name + "\"}")) {
+        EXPECT_LT(line.size(), 2100U);
+        EXPECT_EQ(line.find_first_of("\n\x1B"), String::npos) << line;
+    }
+}
+
 TEST_F(Validation, EveryTruncationOfAProjectIsRefused) {
     const String whole = R"({"formatVersion": 1, "declarations": ["eye.vlca"], "camera": "Eye",
         "scene": {"nodes": [{"name": "a", "position": [1, 2.5, -3e1]}]}})";

@@ -4,6 +4,7 @@
 #include <vlMemory/String.h>
 
 #include <cstddef>
+#include <unordered_map>
 #include <vector>
 
 namespace vlResources {
@@ -29,6 +30,7 @@ private:
         vlMemory::Buffer bytes;
     };
     std::vector<File> files_;
+    std::unordered_map<vlMemory::String, std::size_t> places_; ///< in files_, by path
 };
 
 } // namespace vlResources

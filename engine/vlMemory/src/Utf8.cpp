@@ -1,10 +1,11 @@
-#include "Utf8.h"
+#include <vlMemory/Utf8.h>
 
+#include <algorithm>
 #include <cstdint>
 
-namespace vlExport {
+namespace vlMemory {
 
-std::size_t utf8Length(vlMemory::StringView text) {
+std::size_t utf8Length(StringView text) {
     if (text.empty()) return 0;
     const auto byte = [&](std::size_t at) {
         return at < text.size() ? static_cast<std::uint8_t>(text[at]) : std::uint8_t{0};
@@ -27,7 +28,7 @@ std::size_t utf8Length(vlMemory::StringView text) {
     return 0;
 }
 
-std::size_t findInvalidUtf8(vlMemory::StringView text) {
+std::size_t findInvalidUtf8(StringView text) {
     std::size_t at = 0;
     while (at < text.size()) {
         if (static_cast<std::uint8_t>(text[at]) < 0x80) {
@@ -38,7 +39,27 @@ std::size_t findInvalidUtf8(vlMemory::StringView text) {
         if (length == 0) return at;
         at += length;
     }
-    return vlMemory::StringView::npos;
+    return StringView::npos;
 }
 
-} // namespace vlExport
+bool startsWithControl(StringView text) {
+    if (text.empty()) return false;
+    const auto first = static_cast<std::uint8_t>(text[0]);
+    if (first < 0x20 || first == 0x7F) return true;
+    return first == 0xC2 && text.size() > 1 && static_cast<std::uint8_t>(text[1]) >= 0x80 &&
+           static_cast<std::uint8_t>(text[1]) < 0xA0;
+}
+
+String printable(StringView text, std::size_t mostBytes) {
+    String line;
+    line.reserve(std::min(text.size(), mostBytes) + 3);
+    while (!text.empty()) {
+        const std::size_t length = utf8Length(text);
+        if (line.size() + std::max<std::size_t>(length, 1) > mostBytes) return line + "...";
+        line += length == 0 || startsWithControl(text) ? StringView("?") : text.substr(0, length);
+        text.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return line;
+}
+
+} // namespace vlMemory

@@ -1,0 +1,94 @@
+#include "programs/VariableSize.h"
+
+#include <limits>
+#include <unordered_map>
+
+namespace vlGraphics {
+
+namespace {
+
+using Words = std::span<const std::uint32_t>;
+
+// Numbers of SPIR-V.
+constexpr std::size_t headerWords = 5;
+enum Operation : std::uint32_t {
+    undefined = 1,
+    typeVector = 23,
+    typeMatrix = 24,
+    typeArray = 28,
+    typeStruct = 30,
+    typePointer = 32,
+    constant = 43,
+    constantNull = 46,
+    variable = 59
+};
+constexpr std::uint32_t workgroup = 4, ownOfStage = 6, ownOfFunction = 7;
+
+constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+
+std::uint64_t sum(std::uint64_t a, std::uint64_t b) {
+    return a > most - b ? most : a + b;
+}
+
+std::uint64_t product(std::uint64_t a, std::uint64_t b) {
+    return b != 0 && a > most / b ? most : a * b;
+}
+
+/** Adds the sizes up; every type stands before what is made of it. */
+class SizeReader {
+public:
+    void read(std::uint32_t operation, Words operands) {
+        if (operation == variable && operands.size() >= 3) {
+            const std::uint32_t storage = operands[2];
+            if (storage == workgroup || storage == ownOfStage || storage == ownOfFunction)
+                total_ = sum(total_, sizeOf(operands[0]));
+        } else if ((operation == undefined || operation == constantNull) && !operands.empty()) {
+            // What is left of a variable that is read and never written.
+            total_ = sum(total_, sizeOf(operands[0]));
+        } else if (operation == constant && operands.size() >= 3) {
+            constants_[operands[1]] = operands[2];
+        } else if (operation == typePointer && operands.size() >= 3) {
+            sizes_[operands[0]] = sizeOf(operands[2]);
+        } else if (operation == typeStruct && !operands.empty()) {
+            std::uint64_t size = 0;
+            for (const std::uint32_t member : operands.subspan(1))
+                size = sum(size, sizeOf(member));
+            sizes_[operands[0]] = size;
+        } else if ((operation == typeVector || operation == typeMatrix) && operands.size() >= 3) {
+            sizes_[operands[0]] = product(sizeOf(operands[1]), operands[2]);
+        } else if (operation == typeArray && operands.size() >= 3) {
+            const auto count = constants_.find(operands[2]);
+            sizes_[operands[0]] =
+                    count == constants_.end() ? most : product(sizeOf(operands[1]), count->second);
+        }
+    }
+
+    std::uint64_t total() const { return total_; }
+
+private:
+    std::uint64_t sizeOf(std::uint32_t type) const {
+        constexpr std::uint64_t scalar = 4;
+        const auto known = sizes_.find(type);
+        return known == sizes_.end() ? scalar : known->second;
+    }
+
+    std::unordered_map<std::uint32_t, std::uint64_t> sizes_;
+    std::unordered_map<std::uint32_t, std::uint64_t> constants_;
+    std::uint64_t total_ = 0;
+};
+
+} // namespace
+
+std::uint64_t variableBytes(Words spirv) {
+    SizeReader reader;
+    std::size_t at = headerWords;
+    while (at < spirv.size()) {
+        const std::size_t words = spirv[at] >> 16U;
+        if (words == 0 || words > spirv.size() - at) return most;
+        reader.read(spirv[at] & 0xFFFFU, spirv.subspan(at + 1, words - 1));
+        at += words;
+    }
+    return reader.total();
+}
+
+} // namespace vlGraphics
