@@ -5,14 +5,16 @@
 
 #include <vlKestrion/ModelImporter.h>
 #include <vlKestrion/Validation.h>
+#include <vlMemory/Utf8.h>
 
 #include <iostream>
+#include <new>
 
 namespace vlEditor {
 namespace {
 
 void say(const std::string& line) {
-    std::cerr << line + "\n";
+    std::cerr << vlMemory::printable(line) + "\n";
 }
 
 bool validate(const std::vector<std::string>& files) {
@@ -51,9 +53,14 @@ bool render(const CommandLine::Render& wish, const std::string& project) {
 
 int Headless::run(const CommandLine& commandLine) {
     const StderrLogger logger;
-    if (!validate(commandLine.validate)) return 1;
-    if (commandLine.import && !import(*commandLine.import)) return 1;
-    if (commandLine.render && !render(*commandLine.render, commandLine.project)) return 1;
+    try {
+        if (!validate(commandLine.validate)) return 1;
+        if (commandLine.import && !import(*commandLine.import)) return 1;
+        if (commandLine.render && !render(*commandLine.render, commandLine.project)) return 1;
+    } catch (const std::bad_alloc&) {
+        say("vlEditor: not enough memory");
+        return 1;
+    }
     return 0;
 }
 

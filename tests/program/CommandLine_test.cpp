@@ -156,6 +156,19 @@ TEST(CommandLine, BrokenProjectsAreNamedWithTheirPlace) {
     }
 }
 
+TEST(CommandLine, TargetsBeyondTheDeviceAreRefused) {
+    const Folder folder;
+    std::string targets;
+    for (const char* name : {"a", "b", "c", "d"}) {
+        targets += std::string(targets.empty() ? "" : ",") + "{\"name\": \"" + name +
+                   "\", \"width\": 16384, \"height\": 16384, \"format\": "
+                   "\"R32G32B32A32_FLOAT\", \"renderFlag\": \"COLOR_TARGET\"}";
+    }
+    write(folder.path() / "t.vlte", "{\"formatVersion\": 1, \"textures\": [" + targets + "]}");
+    write(folder.path() / "p.vls", "{\"formatVersion\": 1, \"declarations\": [\"t.vlte\"]}");
+    expectRefused(folder, {"--render", "out.png", "p.vls"}, "16384 by 16384");
+}
+
 TEST(CommandLine, ValidationIsContentWithTheSample) {
     const Folder folder;
     std::vector<std::string> arguments{"--validate"};

@@ -94,6 +94,31 @@ void imageBarrier(VkCommandBuffer commands,
     vkCmdPipelineBarrier2(commands, &info);
 }
 
+namespace {
+
+bool isPossible(const Device& device, const VkImageCreateInfo& info) {
+    VkImageFormatProperties limits{};
+    if (vkGetPhysicalDeviceImageFormatProperties(device.physical(),
+                                                 info.format,
+                                                 info.imageType,
+                                                 info.tiling,
+                                                 info.usage,
+                                                 info.flags,
+                                                 &limits) != VK_SUCCESS)
+        return false;
+    if (info.extent.width > limits.maxExtent.width || info.extent.height > limits.maxExtent.height)
+        return false;
+    auto query = vulkan::vkInfo<VkDeviceImageMemoryRequirements>(
+            VK_STRUCTURE_TYPE_DEVICE_IMAGE_MEMORY_REQUIREMENTS);
+    query.pCreateInfo = &info;
+    query.planeAspect = VK_IMAGE_ASPECT_COLOR_BIT;
+    auto needs = vulkan::vkInfo<VkMemoryRequirements2>(VK_STRUCTURE_TYPE_MEMORY_REQUIREMENTS_2);
+    vkGetDeviceImageMemoryRequirements(device.get(), &query, &needs);
+    return needs.memoryRequirements.size <= limits.maxResourceSize;
+}
+
+} // namespace
+
 vlCommon::Result<GpuImage> GpuImage::create(const ImageDescription& description,
                                             std::string_view what) {
     const Device& device = *Device::getInstance();
@@ -109,10 +134,14 @@ vlCommon::Result<GpuImage> GpuImage::create(const ImageDescription& description,
     info.usage = description.usage;
     VmaAllocationCreateInfo allocation{};
     allocation.usage = VMA_MEMORY_USAGE_AUTO_PREFER_DEVICE;
+    // An error instead of memory that the heap does not have.
+    allocation.flags = VMA_ALLOCATION_CREATE_WITHIN_BUDGET_BIT;
     GpuImage made;
     made.description_ = description;
     const std::string size = fmt::format(
             "{}: {} by {} pixels", what, description.extent.width, description.extent.height);
+    if (!isPossible(device, info))
+        return vlCommon::fail(size + " are more than the device can have in that format");
     VkResult result = vmaCreateImage(
             device.allocator(), &info, &allocation, &made.image_, &made.allocation_, nullptr);
     if (result != VK_SUCCESS) return tl::unexpected(check(result, size).error());
