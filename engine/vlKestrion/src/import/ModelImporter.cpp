@@ -53,7 +53,7 @@ public:
                 found_.materials.begin(),
                 found_.materials.end(),
                 [](const ModelMaterial& material) { return !material.name.empty(); }));
-        makePrintable(report_.warnings);
+        finishLines(report_.warnings);
         return std::move(report_);
     }
 

@@ -69,15 +69,10 @@ vlCommon::Result<> ProjectEdit::check() const {
 vlCommon::Result<> ProjectEdit::gatherNames() {
     for (const NodeDecl& node : project_.nodes)
         names_.add(node.name);
-    const auto& files = vlResources::ResourceManager::getInstance();
     for (const DeclarationRef& declaration : project_.declarations) {
-        const auto path = files.resolveInside(place_.folder, declaration.path);
-        if (!path)
-            return vlCommon::fail(
-                    fmt::format("{}:{}: {}", place_.name, declaration.line, path.error().message));
-        const auto tree = readTree(*path, place_.nameOf(declaration.path));
-        if (!tree) return tl::unexpected(tree.error());
-        for (const vlExport::Member& list : tree->members()) {
+        const auto file = readDeclaration(place_, declaration);
+        if (!file) return tl::unexpected(file.error());
+        for (const vlExport::Member& list : file->tree.members()) {
             for (const Node& element : list.value.elements()) {
                 const Node* name = element.find("name");
                 if (name != nullptr && name->isString()) names_.add(*name->asString());

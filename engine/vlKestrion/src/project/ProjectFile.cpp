@@ -144,7 +144,12 @@ vlMemory::String ProjectPlace::nameOf(vlMemory::StringView relativePath) const {
     return (std::filesystem::path(name).parent_path() / relativePath).generic_string();
 }
 
-void makePrintable(std::vector<vlMemory::String>& lines) {
+void finishLines(std::vector<vlMemory::String>& lines) {
+    if (lines.size() > maxErrorLines) {
+        const std::size_t more = lines.size() - maxErrorLines;
+        lines.resize(maxErrorLines);
+        lines.push_back(fmt::format("and {} more", more));
+    }
     for (vlMemory::String& line : lines)
         line = vlMemory::printable(line);
 }
@@ -190,6 +195,24 @@ vlCommon::Result<Node> readTree(vlMemory::StringView path, vlMemory::StringView 
     auto file = vlResources::ResourceManager::getInstance().readFile(path);
     if (!file) return vlCommon::fail(fmt::format("{}: {}", name, file.error().message));
     return vlExport::JsonExporter::importIntoTree(file->text(), name);
+}
+
+vlCommon::Result<DeclarationFile> readDeclaration(const ProjectPlace& place,
+                                                  const DeclarationRef& declaration) {
+    const auto fails = [&](const vlCommon::Error& error) {
+        return vlCommon::fail(
+                fmt::format("{}:{}: {}", place.name, declaration.line, error.message));
+    };
+    const auto& files = vlResources::ResourceManager::getInstance();
+    const auto path = files.resolveInside(place.folder, declaration.path);
+    if (!path) return fails(path.error());
+    const auto file = files.readFile(*path);
+    if (!file) return fails(file.error());
+    const vlMemory::String name = place.nameOf(declaration.path);
+    auto tree = vlExport::JsonExporter::importIntoTree(file->text(), name);
+    if (!tree) return tl::unexpected(tree.error());
+    return DeclarationFile{
+            name, std::filesystem::path(*path).parent_path().generic_string(), std::move(*tree)};
 }
 
 } // namespace vlKestrion

@@ -63,13 +63,28 @@ struct ProjectPlace {
 inline constexpr std::uint32_t projectFormatVersion = 1;
 inline constexpr std::size_t maxProjectNodes = 1000000;
 
-/// Names and texts of files stand in errors as they are until a person is shown them.
-void makePrintable(std::vector<vlMemory::String>& lines);
+inline constexpr std::size_t maxErrorLines = 200;
+
+/// Names and texts of files stand in errors as they are until a person is shown them; and nobody
+/// reads more than the first two hundred.
+void finishLines(std::vector<vlMemory::String>& lines);
 /// A relative path is taken from the working directory.
 ProjectPlace placeOf(vlMemory::StringView path);
 /// Fails where the tree is no project at all; what is faulty inside is left out and named.
 vlCommon::Result<ProjectDecl> readProject(const vlExport::Node& tree, vlMemory::StringView name);
 /// Reads a file and its JSON; the error starts with the name.
 vlCommon::Result<vlExport::Node> readTree(vlMemory::StringView path, vlMemory::StringView name);
+
+/** A declaration file of a project, read. */
+struct DeclarationFile {
+    vlMemory::String name;   ///< as errors call it
+    vlMemory::String folder; ///< absolute
+    vlExport::Node tree;
+};
+
+/// The error names the line that wants the file where the file cannot be had, and the file's own
+/// line where its text is faulty.
+vlCommon::Result<DeclarationFile> readDeclaration(const ProjectPlace& place,
+                                                  const DeclarationRef& declaration);
 
 } // namespace vlKestrion

@@ -1,5 +1,6 @@
 #include "MaterialFile.h"
 #include "ProjectFile.h"
+#include "References.h"
 
 #include <vlGraphics/Camera.h>
 #include <vlGraphics/Mesh.h>
@@ -7,18 +8,15 @@
 #include <vlGraphics/RenderQueue.h>
 #include <vlGraphics/System.h>
 #include <vlKestrion/ProjectLoader.h>
-#include <vlResources/ResourceManager.h>
 
 #include <fmt/format.h>
 
-#include <filesystem>
 #include <unordered_map>
 
 namespace vlKestrion {
 
 namespace {
 
-namespace fs = std::filesystem;
 using vlMemory::String;
 using vlMemory::StringView;
 
@@ -38,6 +36,7 @@ public:
         result_.compositor = project.compositor;
         result_.camera = project.camera;
         makeNodes(project);
+        missing_.report(result_.errors);
     }
 
 private:
@@ -46,27 +45,21 @@ private:
     }
 
     void loadDeclaration(const DeclarationRef& declaration) {
-        const auto& files = vlResources::ResourceManager::getInstance();
-        const auto path = files.resolveInside(place_.folder, declaration.path);
-        if (!path) return error(place_.name, declaration.line, path.error().message);
-        const String name = place_.nameOf(declaration.path);
-        auto tree = readTree(*path, name);
-        if (!tree) {
-            result_.errors.push_back(tree.error().message);
+        auto file = readDeclaration(place_, declaration);
+        if (!file) {
+            result_.errors.push_back(file.error().message);
             return;
         }
-        for (MaterialDecl& material : readMaterials(*tree, name, result_.errors))
+        auto& [name, folder, tree] = *file;
+        names_.gather(tree, name, result_.errors);
+        for (MaterialDecl& material : readMaterials(tree, name, result_.errors))
             materials_.push_back({name, std::move(material)});
-        if (tree->remove("materials") && !declaresMore(*tree)) return;
+        if (tree.remove("materials") && !declaresMore(tree)) return;
         // Without a device there is nothing to load the resources onto; they are made all the same.
         const bool load = vlGraphics::System::getInstance() != nullptr;
         const vlGraphics::DeclarationLoadResult loaded =
                 vlGraphics::ContentLoader::loadDeclarations(
-                        *tree,
-                        name,
-                        fs::path(*path).parent_path().generic_string(),
-                        place_.folder,
-                        load);
+                        tree, name, folder, place_.folder, load);
         const auto& errors = loaded.getErrors();
         result_.errors.insert(result_.errors.end(), errors.begin(), errors.end());
         take<vlGraphics::BlendState,
@@ -98,9 +91,11 @@ private:
         for (const auto& [file, decl] : materials_) {
             Material* material = manager->createOrRetrieve(decl.name);
             if (!decl.shader.empty() && shaders->get(decl.shader) == nullptr)
-                error(file,
-                      decl.line,
-                      fmt::format("material '{}': shader '{}' not found", decl.name, decl.shader));
+                missing_.note(file,
+                              decl.line,
+                              fmt::format("material '{}'", decl.name),
+                              "shader",
+                              decl.shader);
             material->setShader(shaders->handleOf(decl.shader));
             material->setTransparent(decl.transparent);
             result_.materials.push_back(material);
@@ -110,7 +105,7 @@ private:
     template <class Manager>
     void checkView(const String& name, std::uint32_t line, StringView kind) {
         if (name.empty() || Manager::getInstance()->get(name) != nullptr) return;
-        error(place_.name, line, fmt::format("project: {} '{}' not found", kind, name));
+        missing_.note(place_.name, line, "project", kind, name);
     }
 
     void makeNodes(const ProjectDecl& project) {
@@ -155,9 +150,8 @@ private:
     void makeEntity(const EntityDecl& decl, vlGraphics::Node& node) {
         auto* queues = vlGraphics::RenderQueueManager::getInstance();
         const auto missing = [&](StringView kind, StringView name) {
-            error(place_.name,
-                  decl.line,
-                  fmt::format("node '{}': {} '{}' not found", node.getName(), kind, name));
+            const String referrer = fmt::format("node '{}'", node.getName());
+            missing_.note(place_.name, decl.line, referrer, kind, name);
         };
         vlGraphics::RenderQueue* queue = queues->get(decl.renderQueue);
         if (queue == nullptr) {
@@ -190,6 +184,8 @@ private:
     ProjectLoadResult& result_;
     std::vector<std::pair<String, MaterialDecl>> materials_; ///< with the name of their file
     std::unordered_map<String, std::uint64_t> nodeNumbers_;
+    DeclaredNames names_;
+    MissingNames missing_;
 };
 
 } // namespace
@@ -210,7 +206,7 @@ ProjectLoadResult ProjectLoader::load(const ProjectLoadQuery& query) {
     result.opened = true;
     result.errors = std::move(project->errors);
     ProjectBuilder(place, result).build(*project);
-    makePrintable(result.errors);
+    finishLines(result.errors);
     return result;
 }
 

@@ -69,7 +69,7 @@ TEST_F(Validation, EachFaultHasOneLineThatSaysWhere) {
             {"{\"formatVersion\": 1,\n\"declarations\": {}}", "p.vls:2:", "'declarations'"},
             {"{\"formatVersion\": 1, \"declarations\": [\n7]}", "p.vls:2:", "path of a file"},
             {"{\"formatVersion\": 1, \"declarations\": [\n\"gone.vlca\"]}",
-             "gone.vlca",
+             "p.vls:2:",
              "gone.vlca"},
             {"{\"formatVersion\": 1, \"declarations\": [\n\"../p.vlca\"]}",
              "p.vls:2:",
@@ -110,6 +110,29 @@ TEST_F(Validation, EachFaultHasOneLineThatSaysWhere) {
         EXPECT_THAT(check(one.project),
                     ElementsAre(AllOf(HasSubstr(one.place), HasSubstr(one.text))))
                 << one.project;
+}
+
+TEST_F(Validation, OneCauseIsOneLine) {
+    String text =
+            R"({"formatVersion": 1, "declarations": ["eye.vlca", "eye2.vlca"], "scene": {"nodes": [)";
+    for (int entity = 0; entity < 750; ++entity)
+        text += R"({"entities": [{"mesh": "ball"}]}, )";
+    text += R"({"name": "n", "entities": [{"mesh": "cube", "shader": "ball"}]}]}})";
+    folder_.write("eye2.vlca", "{\"formatVersion\": 1, \"cameras\": [\n{\"name\": \"Eye\"}]}");
+    EXPECT_THAT(check(text),
+                ElementsAre(AllOf(HasSubstr("eye2.vlca:2: 'Eye'"), EndsWith("eye.vlca as well")),
+                            HasSubstr("mesh 'ball' not found (749 more times)"),
+                            HasSubstr("node 'n': mesh 'cube' not found"),
+                            HasSubstr("node 'n': shader 'ball' not found")));
+}
+
+TEST_F(Validation, AFloodOfErrorsEnds) {
+    String text = R"({"formatVersion": 1, "scene": {"nodes": [7)";
+    for (int node = 0; node < 999; ++node)
+        text += ", 7";
+    const auto lines = check(text + "]}}");
+    ASSERT_EQ(lines.size(), 201U);
+    EXPECT_EQ(lines.back(), "and 800 more");
 }
 
 TEST_F(Validation, AProjectThatIsNoUtf8OrTooDeepIsRefused) {
