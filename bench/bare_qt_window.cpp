@@ -5,6 +5,8 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <cstdio>
+
 namespace {
 
 class Window final : public QWidget {
@@ -12,7 +14,11 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter(this).fillRect(rect(), Qt::darkGray);
         // Not before the event loop has put the picture on the display.
-        QTimer::singleShot(0, this, [] { QCoreApplication::quit(); });
+        QTimer::singleShot(0, this, [] {
+            std::puts("drawn\ncomplete");
+            std::fflush(stdout);
+            QCoreApplication::quit();
+        });
     }
 };
 

@@ -18,9 +18,10 @@ namespace {
 
 constexpr const char* help =
         "usage: run_measured [--runs N] [--drop-caches] [--before SHELL-COMMAND] [--goal TEXT]\n"
+        "                    [--until LINE]\n"
         "                    --title TEXT NAME command... [::: NAME command...]...\n"
-        "The commands run in turns, N times each; every one is compared with the last, the "
-        "floor.\n";
+        "The commands run in turns, N times each; the first is compared with the others. With\n"
+        "--until the time ends when a command prints that line, not when it ends.\n";
 
 [[noreturn]] void fail(const std::string& line) {
     fmt::print(stderr, "run_measured: {}\n", line);
@@ -46,6 +47,7 @@ struct Options {
     bool dropCaches = false;
     std::string before;
     std::string goal;
+    std::string until;
     std::string title;
     std::vector<Command> commands;
 };
@@ -66,6 +68,8 @@ Options readOptions(int argc, char** argv) {
             options.before = argv[i];
         else if (name == "--goal")
             options.goal = argv[i];
+        else if (name == "--until")
+            options.until = argv[i];
         else if (name == "--title")
             options.title = argv[i];
         else
@@ -100,22 +104,41 @@ bool dropCaches() {
     return done;
 }
 
-Measured runOnce(const Command& command) {
+/// When the line came; reads on until the writer ends.
+double timeOfLine(int from, const std::string& line) {
+    double time = 0;
+    std::string text;
+    char buffer[4096];
+    for (ssize_t got = 0; (got = read(from, buffer, sizeof buffer)) > 0;) {
+        text.append(buffer, static_cast<std::size_t>(got));
+        if (time == 0 && ("\n" + text).find("\n" + line + "\n") != std::string::npos)
+            time = nowMs();
+    }
+    return time;
+}
+
+Measured runOnce(const Command& command, const std::string& until) {
+    int output[2];
+    if (pipe(output) != 0) fail("no pipe");
     const double start = nowMs();
     const pid_t child = fork();
     if (child < 0) fail(std::string("fork: ") + std::strerror(errno));
     if (child == 0) {
-        // What a command says would stand between the figures.
-        const int nowhere = open("/dev/null", O_WRONLY);
-        dup2(nowhere, STDOUT_FILENO);
+        dup2(output[1], STDOUT_FILENO);
+        close(output[0]);
+        close(output[1]);
         execvp(command.arguments[0], command.arguments.data());
         std::perror(command.arguments[0]);
         _exit(127);
     }
+    close(output[1]);
+    const double said = timeOfLine(output[0], until);
+    close(output[0]);
     int status = 0;
     rusage usage{};
     if (wait4(child, &status, 0, &usage) != child) fail("wait4 failed");
-    const double end = nowMs();
+    const double end = until.empty() ? nowMs() : said;
+    if (end == 0) fail(fmt::format("'{}' did not print '{}'", command.name, until));
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
         fail(fmt::format("'{}' failed: status {:#x}", command.name, status));
     const auto inMs = [](const timeval& time) {
@@ -134,7 +157,7 @@ void runAll(Options& options) {
             if (!options.before.empty() && std::system(options.before.c_str()) != 0)
                 fail("'" + options.before + "' failed");
             if (options.dropCaches) permitted = dropCaches() && permitted;
-            Measured measured = runOnce(command);
+            Measured measured = runOnce(command, options.until);
             if (run < 0) continue;
             command.wallMs.add(measured.wallMs);
             command.cpuMs.add(measured.cpuMs);

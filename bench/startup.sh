@@ -11,10 +11,10 @@ source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 export QT_QPA_PLATFORM=xcb
 cd "$scratch"
 
-# start TITLE [run_measured's options...] -- vlEditor's arguments...
+# start TITLE LINE [run_measured's options...] -- vlEditor's arguments...
 start() {
-    local title="start to first frame, $1" options=()
-    shift
+    local title="start to $1" options=(--until "$2")
+    shift 2
     while [ "$1" != -- ]; do
         options+=("$1")
         shift
@@ -23,8 +23,8 @@ start() {
         "vlEditor" env VLEDITOR_LEAVE_AFTER_FRAMES=1 "$bin/vlEditor" "${@:2}" \
         ::: "a bare Qt window" "$bin/bare_qt_window"
 }
-start "empty scene" --goal 3 --
-start "gallery" -- "$root/samples/gallery/gallery.vls"
+start "first frame, empty scene" drawn --goal 3 --
+start "all drawn, gallery" complete -- "$root/samples/gallery/gallery.vls"
 
 # Resident memory of an idle editor, in MB.
 settled_memory() {

@@ -9,6 +9,7 @@
 
 #include <charconv>
 #include <cstdlib>
+#include <iostream>
 #include <string_view>
 
 namespace vlEditor {
@@ -17,8 +18,13 @@ void LeavingClock::sleepFor(Duration duration) {
     const bool idle = duration >= GraphicsLoop::idleRest;
     const bool drawn =
             vlGraphics::System::getInstance()->getRenderer().getCounts().frames >= frames_;
+    if (drawn && !said_) {
+        said_ = true;
+        std::cout << "drawn" << std::endl;
+    }
     if (idle && drawn && !asked_ && !vlGraphics::ProgramManager::getInstance()->isAnyCompiling()) {
         asked_ = true;
+        std::cout << "complete" << std::endl;
         postToUi(LeaveMessage());
     }
     TurnClock::sleepFor(duration);

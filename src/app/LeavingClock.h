@@ -7,7 +7,8 @@
 namespace vlEditor {
 
 /** Has the program leave once so many frames were drawn and nothing is left to draw: for measuring
- * how long a start takes. Graphics thread only. */
+ * how long a start takes. Says "drawn" on standard output when the frames are there, and "complete"
+ * when no more will follow. Graphics thread only. */
 class LeavingClock final : public TurnClock {
 public:
     explicit LeavingClock(std::uint64_t frames) : frames_(frames) {}
@@ -19,6 +20,7 @@ public:
 
 private:
     std::uint64_t frames_;
+    bool said_ = false;
     bool asked_ = false;
 };
 

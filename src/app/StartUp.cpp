@@ -23,6 +23,7 @@
 
 #include <vlCommon/ThreadBorder.h>
 #include <vlGraphics/Camera.h>
+#include <vlGraphics/System.h>
 #include <vlInputs/System.h>
 #include <vlKestrion/System.h>
 #include <vlWinUi/InputSystem.h>
@@ -103,9 +104,11 @@ void registerInterfaces() {
 
 bool StartUp::run(const CommandLine& commandLine) {
     vlCommon::ThreadBorder::claimUi();
+    const vlGraphics::Configuration engine;
+    vlGraphics::System::prepare(engine);
     if (!startWindowSystem(commandLine)) return false;
     createShared();
-    const auto started = vlKestrion::System::initialize(vlGraphics::Configuration());
+    const auto started = vlKestrion::System::initialize(engine);
     if (!started) return refuse(started.error().message);
     MainWindow& mainWindow = MainWindow::getInstance();
     mainWindow.create();
@@ -118,6 +121,8 @@ bool StartUp::run(const CommandLine& commandLine) {
     PickLists::getInstance().createSecondGroup();
     mainWindow.getTabs().addTab("+");
     mainWindow.show();
+    // So that the first frame has the size that the viewport keeps.
+    vlWinUi::System::settle();
     EngineHandler::getInstance().start(std::make_unique<EngineFrameRenderer>(),
                                        LeavingClock::fromEnvironment());
     if (!commandLine.project.empty()) OpenProject::open(commandLine.project);

@@ -5,6 +5,11 @@
 #include <exception>
 #include <string>
 
+#ifdef __linux__
+#include <sys/resource.h>
+#include <unistd.h>
+#endif
+
 namespace vlTasks {
 
 namespace {
@@ -17,6 +22,14 @@ void runLogged(Task& task) {
     } catch (...) {
         LogManager::getInstance().log("A task failed: it threw something that is no exception");
     }
+}
+
+/// Where it is refused the thread just runs like all others.
+void yieldToOthers() {
+#ifdef __linux__
+    constexpr int lower = 5;
+    static_cast<void>(setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), lower));
+#endif
 }
 
 } // namespace
@@ -65,6 +78,7 @@ std::size_t ThreadPool::pendingCount() const {
 }
 
 void ThreadPool::work() {
+    yieldToOthers();
     std::unique_lock guard(lock_);
     while (true) {
         changed_.wait(guard, [this] { return stopping_ || !waiting_.empty(); });

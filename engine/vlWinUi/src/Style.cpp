@@ -117,6 +117,22 @@ void Style::drawBranch(const QStyleOption& option, QPainter& painter) const {
                 hovered ? shades_->text : shades_->muted);
 }
 
+/// The arrow of a bar that is too short, in the colour of the theme. The base style would load
+/// every picture plugin for it, whether it is ever seen or not.
+QIcon Style::standardIcon(StandardPixmap which,
+                          const QStyleOption* option,
+                          const QWidget* widget) const {
+    if (which != SP_ToolBarHorizontalExtensionButton || !shades_)
+        return QProxyStyle::standardIcon(which, option, widget);
+    constexpr int side = 16;
+    QPixmap picture(side, side);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    drawChevron(painter, QPointF(side, side) / 2, 270, shades_->text);
+    painter.end();
+    return QIcon(picture);
+}
+
 void Style::drawComplexControl(ComplexControl control,
                                const QStyleOptionComplex* option,
                                QPainter* painter,

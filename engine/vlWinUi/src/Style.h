@@ -33,6 +33,9 @@ public:
     int pixelMetric(PixelMetric metric,
                     const QStyleOption* option,
                     const QWidget* widget) const override;
+    QIcon standardIcon(StandardPixmap which,
+                       const QStyleOption* option,
+                       const QWidget* widget) const override;
     int styleHint(StyleHint hint,
                   const QStyleOption* option,
                   const QWidget* widget,

@@ -12,7 +12,10 @@
 #include <vlWinUi/ThemeManager.h>
 
 #include <QApplication>
+#include <QDeadlineTimer>
+#include <QWindow>
 
+#include <algorithm>
 #include <clocale>
 
 namespace vlWinUi {
@@ -93,6 +96,25 @@ void System::processEvents() {
     if (!isInitialized()) return;
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void System::settle() {
+    vlCommon::assertUiThread();
+    if (!isInitialized()) return;
+    const auto stands = [] {
+        const QWindowList windows = QGuiApplication::allWindows();
+        return std::all_of(windows.begin(), windows.end(), [](const QWindow* window) {
+            return !window->isVisible() || window->isExposed();
+        });
+    };
+    constexpr int longestMs = 100;
+    constexpr QEventLoop::ProcessEventsFlags noInput =
+            QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers;
+    const QDeadlineTimer deadline(longestMs);
+    do {
+        QCoreApplication::processEvents(noInput | QEventLoop::WaitForMoreEvents, 1);
+    } while (!stands() && !deadline.hasExpired());
+    QCoreApplication::processEvents(noInput);
 }
 
 void System::prepareForShutdown() {

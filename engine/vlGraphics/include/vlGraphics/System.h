@@ -13,6 +13,10 @@ class RenderContext;
  *  belong to the thread that owns the engine then; so does everything in between. */
 class System final {
 public:
+    /// Begins to load the drivers on a thread of its own, so that a program can start its window
+    /// system meanwhile. To be followed by initialize() with the same configuration, or by
+    /// shutdown(). Does nothing where validation is on: what it says wants a log.
+    static void prepare(const Configuration& configuration);
     /// Fails with one line when there is no driver or no usable device; nothing stays behind then.
     static vlCommon::Result<> initialize(const Configuration& configuration);
     /// Waits for the device, destroys every context and resource and the device. May be called

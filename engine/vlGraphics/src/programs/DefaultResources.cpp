@@ -50,6 +50,9 @@ vlCommon::Result<> loadNamed(Resource& resource) {
 vlCommon::Result<> createTexture() {
     auto& texture = createHidden<TextureManager>(DefaultNames::texture);
     texture.setImage(makeChecks());
+    // Levels are made by the device, which compiles something for it: not worth it before the first
+    // picture.
+    texture.setMipCount(1);
     return loadNamed(texture);
 }
 

@@ -55,6 +55,10 @@ vlCommon::Result<> System::start(const Configuration& configuration) {
     return renderer_->gpu().start(configuration.cacheFolder);
 }
 
+void System::prepare(const Configuration& configuration) {
+    if (!configuration.validation) vulkan::Instance::createAhead(configuration.presenting);
+}
+
 vlCommon::Result<> System::initialize(const Configuration& configuration) {
     if (instance()) return {};
     std::unique_ptr<System> system(new System);
@@ -69,6 +73,7 @@ void System::shutdown() {
     // Resources that go may still ask for the system.
     if (instance()) instance()->renderer_->endWork();
     instance().reset();
+    vulkan::Instance::dropAhead();
 }
 
 System* System::getInstance() {

@@ -9,6 +9,8 @@
 #include <array>
 #include <atomic>
 #include <cstring>
+#include <thread>
+#include <utility>
 #include <vector>
 
 namespace vlGraphics::vulkan {
@@ -81,6 +83,25 @@ bool hasExtension(const char* layer, const char* name) {
             });
 }
 
+using Made = vlCommon::Result<std::unique_ptr<Instance>>;
+
+/** What was begun before it was asked for. */
+struct Ahead {
+    ~Ahead() { static_cast<void>(take()); }
+    Made take() {
+        if (thread.joinable()) thread.join();
+        return std::exchange(made, nullptr);
+    }
+
+    Made made = nullptr;
+    std::thread thread;
+};
+
+Ahead& ahead() {
+    static Ahead begun;
+    return begun;
+}
+
 constexpr const char* noDriver =
         "No Vulkan driver was found: install one for the graphics card, or a software driver such "
         "as mesa-vulkan-drivers.";
@@ -94,6 +115,21 @@ vlCommon::Result<> refuse(VkResult result) {
 } // namespace
 
 vlCommon::Result<std::unique_ptr<Instance>> Instance::create(bool validation, bool presenting) {
+    Made begun = ahead().take();
+    const bool fits = begun && *begun && !validation;
+    return fits ? std::move(begun) : make(validation, presenting);
+}
+
+void Instance::createAhead(bool presenting) {
+    if (ahead().thread.joinable()) return;
+    ahead().thread = std::thread([presenting] { ahead().made = make(false, presenting); });
+}
+
+void Instance::dropAhead() {
+    static_cast<void>(ahead().take());
+}
+
+vlCommon::Result<std::unique_ptr<Instance>> Instance::make(bool validation, bool presenting) {
     pinLibraries();
     if (volkInitialize() != VK_SUCCESS)
         return vlCommon::fail("No Vulkan loader was found: install libvulkan1.");
@@ -105,11 +141,8 @@ vlCommon::Result<std::unique_ptr<Instance>> Instance::create(bool validation, bo
 
     std::unique_ptr<Instance> made(new Instance);
     std::vector<const char*> extensions;
-    made->presents_ = presenting && hasExtension(nullptr, VK_KHR_SURFACE_EXTENSION_NAME) &&
-                      hasExtension(nullptr, VK_KHR_XCB_SURFACE_EXTENSION_NAME);
-    if (made->presents_)
-        extensions.insert(extensions.end(),
-                          {VK_KHR_SURFACE_EXTENSION_NAME, VK_KHR_XCB_SURFACE_EXTENSION_NAME});
+    if (presenting) extensions = {VK_KHR_SURFACE_EXTENSION_NAME, VK_KHR_XCB_SURFACE_EXTENSION_NAME};
+    made->presents_ = presenting;
     const bool syncValidation =
             validation && synchronizationIsChecked &&
             hasExtension(validationLayer, VK_EXT_VALIDATION_FEATURES_EXTENSION_NAME);
@@ -136,8 +169,16 @@ vlCommon::Result<std::unique_ptr<Instance>> Instance::create(bool validation, bo
     info.ppEnabledLayerNames = &validationLayer;
     info.enabledExtensionCount = static_cast<std::uint32_t>(extensions.size());
     info.ppEnabledExtensionNames = extensions.data();
-    if (const VkResult result = vkCreateInstance(&info, nullptr, &made->instance_);
-        result != VK_SUCCESS) {
+    VkResult result = vkCreateInstance(&info, nullptr, &made->instance_);
+    // Not asked beforehand: every question about instances loads and unloads all drivers.
+    if (result == VK_ERROR_EXTENSION_NOT_PRESENT && presenting) {
+        made->presents_ = false;
+        extensions.erase(extensions.begin(), extensions.begin() + 2);
+        info.enabledExtensionCount = static_cast<std::uint32_t>(extensions.size());
+        info.ppEnabledExtensionNames = extensions.data();
+        result = vkCreateInstance(&info, nullptr, &made->instance_);
+    }
+    if (result != VK_SUCCESS) {
         made->instance_ = VK_NULL_HANDLE;
         return tl::unexpected(refuse(result).error());
     }

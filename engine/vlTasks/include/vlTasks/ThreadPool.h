@@ -11,7 +11,8 @@
 
 namespace vlTasks {
 
-/** Threads that run tasks in the background. Tasks start in the order in which they were added;
+/** Threads that run tasks in the background, where the system can give them a lower priority than
+ * the threads that a person waits for. Tasks start in the order in which they were added;
  * with one thread each ends before the next one starts. A task that throws is logged to
  *  vlTasks::LogManager ("A task failed: ...") and the pool goes on.
  *

@@ -20,6 +20,9 @@ public:
     static void run();
     /// Runs what is waiting, and returns. For automation and tests.
     static void processEvents();
+    /// Returns once the windows that were shown stand on the display in their sizes, or after a
+    /// tenth of a second. What the user does meanwhile waits for run().
+    static void settle();
     /// Makes run() return. Components live on until kill().
     static void prepareForShutdown();
     /// Destroys every component, theme and window; harmless without a system. The callbacks are
