@@ -113,7 +113,7 @@ float4 main(Input input) : SV_TARGET {
     color += diffuse * around * ambient;
 
     float3 mirrored = reflect(-view, normal);
-    float3 edge = base + (max(float3(1, 1, 1) * (1.0 - roughness), base) - base) * pow(1.0 - nv, 5.0);
+    float3 edge = base + (max(float3(1, 1, 1) * (1.0 - roughness), base) - base) * pow(saturate(1.0 - nv), 5.0);
     float3 sky = lerp(skyColor(mirrored, roughness), around * 1.2, roughness * roughness);
     float hidden = saturate(mirrored.y * 2.0 + 1.1);
     color += edge * sky * ambient * ambient * lerp(0.35, 1.0, hidden);

@@ -73,7 +73,7 @@ float4 main(Input input) : SV_TARGET {
     float3 normal = normalize(float3(lean.x, 1.0, lean.y));
     float3 view = normalize(cameraPosition.xyz - input.world);
     float nv = saturate(dot(normal, view));
-    float fresnel = 0.02 + 0.98 * pow(1.0 - nv, 5.0);
+    float fresnel = 0.02 + 0.98 * pow(saturate(1.0 - nv), 5.0);
     float3 mirrored = reflect(-view, normal);
     mirrored.y = abs(mirrored.y);
     float shore = saturate((length(input.world.xz) - 3.2) / 1.4);
