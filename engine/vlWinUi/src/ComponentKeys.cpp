@@ -125,15 +125,18 @@ void setAlignment(LayoutText& text, const Node& object, vlMemory::StringView nam
 }
 
 void addTabs(LayoutText& text, const Node& object, vlMemory::StringView name, Component& to) {
-    for (const Node& tab : text.elements(object, name)) {
+    const auto tabs = text.elements(object, name);
+    if (tabs.size() > LayoutText::MOST_TABS)
+        text.fault(*object.find(name), "'{}' has more than {}", name, LayoutText::MOST_TABS);
+    for (const Node& tab : tabs.first(std::min(tabs.size(), LayoutText::MOST_TABS))) {
         if (!text.takePart(tab)) return;
-        vlMemory::String label;
-        if (!tab.isObject())
+        if (!tab.isObject()) {
             text.fault(tab, "'{}' expected objects", name);
-        else
-            text.checkMembers(tab, {"label"});
-        if (!tab.isObject() || !text.readRequired(tab, "label", label)) continue;
-        static_cast<TabWindow&>(to).addTab(label);
+            continue;
+        }
+        text.checkMembers(tab, {"label"});
+        vlMemory::String label;
+        if (text.readRequired(tab, "label", label)) static_cast<TabWindow&>(to).addTab(label);
     }
 }
 

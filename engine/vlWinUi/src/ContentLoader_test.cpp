@@ -16,6 +16,11 @@
 #include <QWidget>
 #include <fmt/format.h>
 
+#include <functional>
+#include <map>
+#include <random>
+#include <regex>
+
 namespace vlWinUi {
 namespace {
 
@@ -295,6 +300,47 @@ TEST_F(ContentLoaderTest, AHugeTextIsCutOff) {
     process(fmt::format("{{{}}}", fmt::join(unknown, ",")));
     EXPECT_EQ(lines.size(), 101U);
     EXPECT_EQ(lines.back(), "layout: 400 more faults are not listed");
+}
+
+TEST_F(ContentLoaderTest, ChangedTextsNeverCrash) {
+    const std::string base = R"({"element": {"name": "W", "type": "WINDOW", "width": 300},
+"children": [{"name": "G", "type": "GROUP_BOX"}, {"name": "I", "type": "WINDOW"},
+  {"name": "B", "type": "BUTTON"}, {"name": "S", "type": "SLIDER", "max": 7, "current": 5},
+  {"name": "T", "type": "TAB_WIN", "tabs": [{"label": "A"}, {"label": "B"}]},
+  {"name": "P", "type": "SURFACE", "minSize": {"x": 20, "y": 20}}],
+"layouts": [{"parent": "W", "type": "GRID", "width": 3, "height": 2,
+    "weightRows": [{"index": 1, "weight": 0.2}],
+    "components": [{"name": "G", "x": 0, "y": 1, "width": 2}, {"name": "T", "x": 2, "y": 0}]},
+  {"parent": "G", "type": "RELATIVE", "components": [
+    {"name": "I", "area": {"x": 5, "width": 90, "height": 50}},
+    {"name": "B", "relativeTo": "I", "position": "UNDER"}]},
+  {"parent": "T_TAB_0", "type": "GRID", "components": [{"name": "S"}, {"name": "P", "y": 1}]}]})";
+    const std::vector<std::string> values{
+            R"("W")",       R"("G")", R"("I")",    R"("T")",        R"("T_TAB_1")", R"("B")",
+            R"("P")",       R"("S")", R"("GRID")", R"("RELATIVE")", R"("WINDOW")",  "-1",
+            "1e9",          "0",      "255",       "null",          "[]",           "{}",
+            R"("TAB_WIN")", "true"};
+    const std::regex value(R"(("[A-Za-z_0-9]+"|-?[0-9.]+)(?=[,}\]]))");
+    std::vector<std::pair<std::size_t, std::size_t>> places;
+    for (std::sregex_iterator at(base.begin(), base.end(), value); at != std::sregex_iterator();
+         ++at)
+        places.emplace_back(at->position(), at->length());
+    ASSERT_GT(places.size(), 40U);
+    std::mt19937 random(7);
+    for (int round = 0; round < 150; ++round) {
+        std::map<std::size_t, std::size_t, std::greater<>> changes; // from the end on
+        for (int change = 0; change < 4; ++change)
+            changes.insert(places[random() % places.size()]);
+        std::string text = base;
+        for (const auto& [at, length] : changes)
+            text.replace(at, length, values[random() % values.size()]);
+        Component* root = process(text);
+        if (root != nullptr) root->setVisible(true);
+        System::processEvents();
+        const char* const erased[] = {"W", "G", "I", "T"};
+        ComponentManager::erase(erased[round % 4]);
+    }
+    System::processEvents();
 }
 
 TEST_F(ContentLoaderTest, WhatIsNotVisibleOnLoadStaysHiddenInItsPlace) {

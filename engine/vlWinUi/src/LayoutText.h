@@ -16,6 +16,7 @@ public:
     static constexpr std::size_t MOST_PARTS = 10'000;
     static constexpr std::size_t MOST_FAULTS = 100;
     static constexpr std::size_t DEEPEST = 32;       ///< components within each other
+    static constexpr std::size_t MOST_TABS = 100;    ///< of one tab window
     static constexpr unsigned MOST_TRACKS = 256;     ///< columns or rows of a grid
     static constexpr unsigned LARGEST_SIZE = 16'384; ///< pixels
     static constexpr double LARGEST_WEIGHT = 10'000;

@@ -70,6 +70,9 @@ protected:
         for (const Cell& cell : cells_)
             before.emplace_back(cell.item->widget());
         cells_.clear();
+        // Each child that comes makes whoever watches ask for the size: it is to be small work, and
+        // so the cells follow once all are there.
+        std::vector<Cell> cells;
         QSet<const QWidget*> placed;
         QWidget* previous = nullptr;
         for (const Placement& placement : placements) {
@@ -77,11 +80,12 @@ protected:
             if (component == nullptr) continue;
             QWidget* widget = component->native().widget;
             addChildWidget(widget);
-            cells_.push_back({std::make_unique<QWidgetItemV2>(widget), placement});
+            cells.push_back({std::make_unique<QWidgetItemV2>(widget), placement});
             placed.insert(widget);
             if (previous != nullptr) QWidget::setTabOrder(previous, widget);
             previous = widget;
         }
+        cells_ = std::move(cells);
         for (const auto& widget : before) {
             Component* component = Native::componentOf(widget);
             if (component != nullptr && !placed.contains(widget))
