@@ -31,12 +31,15 @@ one() {
 }
 entities=("$bin/entities")
 messages=("$bin/messages")
+layout=("$bin/layout_window")
 if few; then
     entities+=(--rounds 3 --frames 8)
     messages+=(--benchmark_repetitions=3 --benchmark_min_time=0.05)
+    layout+=(3)
 fi
 one messages "${messages[@]}"
 one entities "${entities[@]}"
+one layout "${layout[@]}"
 one start "$bench/startup.sh" "$bin"
 one import "$bench/import.sh" "$bin"
 

@@ -2,6 +2,7 @@
 
 #include "app/ClosePath.h"
 #include "app/Icon.h"
+#include "app/RenderingPropertyWindow.h"
 #include "app/Themes.h"
 #include "core/EditorLogger.h"
 #include "interfaces/CommonWindowInit.h"
@@ -55,9 +56,7 @@ void MainWindow::appendLine(const std::string& line) {
 void MainWindow::fillMenus(vlWinUi::ToolBar& bar) {
     fillFileMenu(bar.addMenu("File", menuWidth));
     fillViewMenu(bar.addMenu("View", menuWidth));
-    addUnavailable(bar.addMenu("Scene", menuWidth),
-                   "RenderingLogic",
-                   "Rendering scripts are not available yet.");
+    bar.addMenu("Scene", menuWidth).addItem("RenderingLogic", RenderingPropertyWindow::show);
 }
 
 void MainWindow::fillFileMenu(vlWinUi::Menu& menu) {

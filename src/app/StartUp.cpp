@@ -5,6 +5,7 @@
 #include "app/Configuration.h"
 #include "app/LeavingClock.h"
 #include "app/MainWindow.h"
+#include "app/RenderingPropertyWindow.h"
 #include "core/EditorLogger.h"
 #include "core/EngineHandler.h"
 #include "core/MessageOrchestrator.h"
@@ -118,6 +119,7 @@ bool StartUp::run(const CommandLine& commandLine) {
     Configuration::load();
     registerInterfaces();
     createFirstView();
+    RenderingPropertyWindow::create();
     PickLists::getInstance().createSecondGroup();
     mainWindow.getTabs().addTab("+");
     mainWindow.show();

@@ -1,11 +1,5 @@
 #include "CellLayout.h"
 
-#include "Native.h"
-
-#include <vlWinUi/ComponentManager.h>
-
-#include <QWidget>
-
 #include <algorithm>
 #include <cmath>
 
@@ -32,59 +26,9 @@ QRect within(const QRect& cells, QLayoutItem& item) {
 
 } // namespace
 
-CellLayout::CellLayout(QWidget* parent) : QLayout(parent) {
-    setContentsMargins(0, 0, 0, 0);
-    setSizeConstraint(SetNoConstraint);
-}
-
-CellLayout::~CellLayout() = default;
-
 void CellLayout::show(const GridLayout& grid) {
-    std::vector<QPointer<QWidget>> before;
-    for (const Cell& cell : cells_)
-        before.emplace_back(cell.item->widget());
-    cells_.clear();
     grid_ = grid;
-    QWidget* previous = nullptr;
-    for (const GridLayout::Placement& placement : grid.getPlacements()) {
-        Component* component = ComponentManager::get(placement.component);
-        if (component == nullptr) continue;
-        QWidget* widget = component->native().widget;
-        addChildWidget(widget);
-        cells_.push_back({std::make_unique<QWidgetItemV2>(widget), placement});
-        if (previous != nullptr) QWidget::setTabOrder(previous, widget);
-        previous = widget;
-    }
-    for (const auto& widget : before) {
-        const bool kept = std::ranges::any_of(
-                cells_, [&](const Cell& cell) { return cell.item->widget() == widget; });
-        Component* component = Native::componentOf(widget);
-        if (!kept && component != nullptr) component->native().takeOutOfView();
-    }
-    invalidate();
-}
-
-bool CellLayout::take(QWidget* widget) {
-    const auto removed =
-            std::erase_if(cells_, [&](const Cell& cell) { return cell.item->widget() == widget; });
-    if (removed != 0) invalidate();
-    return removed != 0;
-}
-
-void CellLayout::addItem(QLayoutItem* item) {
-    cells_.push_back({std::unique_ptr<QLayoutItem>(item), {}});
-}
-
-QLayoutItem* CellLayout::itemAt(int index) const {
-    const auto at = static_cast<std::size_t>(index);
-    return index >= 0 && at < cells_.size() ? cells_[at].item.get() : nullptr;
-}
-
-QLayoutItem* CellLayout::takeAt(int index) {
-    if (itemAt(index) == nullptr) return nullptr;
-    QLayoutItem* item = cells_[static_cast<std::size_t>(index)].item.release();
-    cells_.erase(cells_.begin() + index);
-    return item;
+    place(grid.getPlacements());
 }
 
 QSize CellLayout::border(const Cell& cell) const {
@@ -132,10 +76,6 @@ QSize CellLayout::minimumSize() const {
     return QSize(static_cast<int>(std::ceil(columns().minimum())),
                  static_cast<int>(std::ceil(rows().minimum())))
             .grownBy(margins);
-}
-
-QSize CellLayout::sizeHint() const {
-    return minimumSize();
 }
 
 } // namespace vlWinUi

@@ -101,12 +101,26 @@ GridLayout& Component::setLayout(GridLayout layout) {
     vlCommon::assertUiThread();
     native_->layout = std::make_unique<GridLayout>(std::move(layout));
     native_->layout->owner_ = this;
+    native_->relativeLayout = nullptr;
     native_->layout->update();
     return *native_->layout;
 }
 
 GridLayout* Component::getLayout() {
     return native_->layout.get();
+}
+
+RelativeLayout& Component::setLayout(RelativeLayout layout) {
+    vlCommon::assertUiThread();
+    native_->relativeLayout = std::make_unique<RelativeLayout>(std::move(layout));
+    native_->relativeLayout->owner_ = this;
+    native_->layout = nullptr;
+    native_->relativeLayout->update();
+    return *native_->relativeLayout;
+}
+
+RelativeLayout* Component::getRelativeLayout() {
+    return native_->relativeLayout.get();
 }
 
 Component* Component::getParent() const {

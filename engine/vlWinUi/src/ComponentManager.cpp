@@ -1,7 +1,7 @@
-#include "CellLayout.h"
 #include "ComponentFactory.h"
 #include "Log.h"
 #include "Native.h"
+#include "PlacedLayout.h"
 #include "Registry.h"
 #include "Text.h"
 
@@ -25,10 +25,13 @@ std::vector<std::string> namesInside(const Component& component) {
 
 void leaveLayout(Component& component) {
     Component* parent = component.getParent();
-    if (parent == nullptr || parent->getLayout() == nullptr) return;
-    if (!parent->getLayout()->removeComponent(component)) return;
-    auto* cells = dynamic_cast<CellLayout*>(parent->native().content()->layout());
-    if (cells != nullptr) cells->take(component.native().widget);
+    if (parent == nullptr) return;
+    GridLayout* grid = parent->getLayout();
+    RelativeLayout* places = parent->getRelativeLayout();
+    if (grid != nullptr) grid->removeComponent(component);
+    if (places != nullptr) places->removeComponent(component);
+    auto* shown = dynamic_cast<ComponentLayout*>(parent->native().content()->layout());
+    if (shown != nullptr) shown->take(component.native().widget);
 }
 
 } // namespace
@@ -99,8 +102,10 @@ bool ComponentManager::rename(vlMemory::StringView name, vlMemory::StringView ne
     components.emplace(newName, std::move(old->second));
     components.erase(old);
     Component* parent = component->getParent();
-    if (parent != nullptr && parent->getLayout() != nullptr)
-        parent->getLayout()->renameComponent(component->name_, std::string(newName));
+    GridLayout* grid = parent == nullptr ? nullptr : parent->getLayout();
+    RelativeLayout* places = parent == nullptr ? nullptr : parent->getRelativeLayout();
+    if (grid != nullptr) grid->renameComponent(component->name_, std::string(newName));
+    if (places != nullptr) places->renameComponent(component->name_, std::string(newName));
     component->name_ = newName;
     component->native().widget->setObjectName(toQt(newName));
     return true;

@@ -150,10 +150,7 @@ bool GridLayout::isInternalBorderIgnored(unsigned x, unsigned y) const {
 void GridLayout::update() {
     vlCommon::assertUiThread();
     if (owner_ == nullptr) return;
-    QWidget* content = owner_->native().content();
-    auto* cells = dynamic_cast<CellLayout*>(content->layout());
-    if (cells == nullptr) cells = new CellLayout(content);
-    cells->show(*this);
+    layoutOf<CellLayout>(*owner_->native().content()).show(*this);
 }
 
 void GridLayout::renameComponent(const std::string& name, const std::string& newName) {

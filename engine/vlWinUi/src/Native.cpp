@@ -48,7 +48,7 @@ Native::Native(QWidget* shown) : widget(shown) {
 }
 
 Native::~Native() {
-    natives().removeIf([this](auto entry) { return entry.value() == this; });
+    natives().remove(widget);
     disconnect(widget, nullptr, this, nullptr);
     widget->removeEventFilter(this);
     widget->hide();

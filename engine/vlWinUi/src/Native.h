@@ -34,6 +34,7 @@ struct Native : QObject {
     Component* component = nullptr;
     std::function<void(const ClickEvent&)> click;
     std::unique_ptr<GridLayout> layout;
+    std::unique_ptr<RelativeLayout> relativeLayout; ///< one of the two at most
     std::string toolTip;
     std::string disabledReason;
     int quiet = 0; ///< more than 0: code is changing the widget

@@ -8,12 +8,23 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include <vector>
+
 namespace vlWinUi {
 namespace {
 
-QPointer<QMessageBox>& dialogInFront() {
-    static QPointer<QMessageBox> dialog;
-    return dialog;
+/// In the order of their opening.
+std::vector<QPointer<QMessageBox>>& dialogs() {
+    static std::vector<QPointer<QMessageBox>> all;
+    return all;
+}
+
+QMessageBox* dialogInFront() {
+    std::erase_if(dialogs(), [](const QPointer<QMessageBox>& one) {
+        const QMessageBox* dialog = one;
+        return dialog == nullptr || !dialog->isVisible();
+    });
+    return dialogs().empty() ? nullptr : dialogs().back().data();
 }
 
 QMessageBox& makeDialog(vlMemory::StringView text, Component& anchor, QMessageBox::Icon icon) {
@@ -24,7 +35,8 @@ QMessageBox& makeDialog(vlMemory::StringView text, Component& anchor, QMessageBo
     dialog->setIcon(icon);
     dialog->setTextFormat(Qt::PlainText);
     dialog->setText(toQt(text));
-    dialogInFront() = dialog;
+    dialogInFront();
+    dialogs().emplace_back(dialog);
     return *dialog;
 }
 
@@ -50,14 +62,13 @@ void Notificator::inform(vlMemory::StringView text, Component& anchor) {
 }
 
 bool Notificator::isOpen() {
-    const QMessageBox* open = dialogInFront();
-    return open != nullptr && open->isVisible();
+    return dialogInFront() != nullptr;
 }
 
 void Notificator::answer(bool accept) {
     vlCommon::assertUiThread();
     QMessageBox* open = dialogInFront();
-    if (open == nullptr || !open->isVisible()) return;
+    if (open == nullptr) return;
     QMessageBox& dialog = *open;
     QAbstractButton* button = dialog.button(accept ? QMessageBox::Yes : QMessageBox::Cancel);
     if (button == nullptr) button = dialog.button(QMessageBox::Ok);

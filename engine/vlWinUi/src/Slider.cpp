@@ -14,6 +14,7 @@ namespace {
 
 struct SliderNative final : Native {
     SliderNative() : Native(new QSlider(Qt::Horizontal)) {
+        static_cast<QSlider*>(widget)->setRange(0, 100);
         connect(static_cast<QSlider*>(widget), &QSlider::valueChanged, this, [this](int value) {
             if (quiet == 0) call(slid, value);
         });

@@ -48,6 +48,35 @@ void drawTick(QPainter& painter, const QRect& area, const QColor& color) {
     painter.restore();
 }
 
+/// In physical pixels enough for screens of twice the density.
+template <class Draw> QIcon drawIcon(int side, Draw draw) {
+    constexpr int density = 2;
+    QPixmap picture(side * density, side * density);
+    picture.setDevicePixelRatio(density);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    draw(painter);
+    painter.end();
+    return QIcon(picture);
+}
+
+/// A letter on a disc, as it stands beside a message.
+QIcon drawSign(const QString& letter, const QColor& disc, const QColor& ink) {
+    constexpr int side = 32;
+    return drawIcon(side, [&](QPainter& painter) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(disc);
+        painter.drawEllipse(QRectF(1, 1, side - 2, side - 2));
+        QFont font = painter.font();
+        font.setPixelSize(side * 5 / 8);
+        font.setWeight(QFont::DemiBold);
+        painter.setFont(font);
+        painter.setPen(ink);
+        painter.drawText(QRectF(0, 0, side, side), Qt::AlignCenter, letter);
+    });
+}
+
 std::optional<qreal> arrowAngle(QStyle::PrimitiveElement element) {
     switch (element) {
     case QStyle::PE_IndicatorArrowDown:
@@ -117,20 +146,27 @@ void Style::drawBranch(const QStyleOption& option, QPainter& painter) const {
                 hovered ? shades_->text : shades_->muted);
 }
 
-/// The arrow of a bar that is too short, in the colour of the theme. The base style would load
-/// every picture plugin for it, whether it is ever seen or not.
+/// What the base style has is made for light grounds, and it would load every picture plugin for
+/// the arrow of a bar that is too short, whether it is ever seen or not.
 QIcon Style::standardIcon(StandardPixmap which,
                           const QStyleOption* option,
                           const QWidget* widget) const {
-    if (which != SP_ToolBarHorizontalExtensionButton || !shades_)
+    if (!shades_) return QProxyStyle::standardIcon(which, option, widget);
+    switch (which) {
+    case SP_ToolBarHorizontalExtensionButton:
+        return drawIcon(16, [this](QPainter& painter) {
+            drawChevron(painter, QPointF(8, 8), 270, shades_->text);
+        });
+    case SP_MessageBoxInformation:
+        return drawSign("i", shades_->accent, shades_->accentText);
+    case SP_MessageBoxQuestion:
+        return drawSign("?", shades_->accent, shades_->accentText);
+    case SP_MessageBoxWarning:
+    case SP_MessageBoxCritical:
+        return drawSign("!", shades_->problem, QColor(Qt::white));
+    default:
         return QProxyStyle::standardIcon(which, option, widget);
-    constexpr int side = 16;
-    QPixmap picture(side, side);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    drawChevron(painter, QPointF(side, side) / 2, 270, shades_->text);
-    painter.end();
-    return QIcon(picture);
+    }
 }
 
 void Style::drawComplexControl(ComplexControl control,
@@ -163,7 +199,7 @@ QRect Style::subControlRect(ComplexControl control,
     if (control == CC_ComboBox) {
         const QRect area = option->rect;
         if (part == SC_ComboBoxArrow) return area.adjusted(area.width() - ARROW_ROOM, 0, 0, 0);
-        if (part == SC_ComboBoxEditField) return area.adjusted(5, 1, -ARROW_ROOM, -1);
+        if (part == SC_ComboBoxEditField) return area.adjusted(7, 1, -ARROW_ROOM, -1);
     }
     return QProxyStyle::subControlRect(control, option, part, widget);
 }
@@ -188,6 +224,8 @@ int Style::pixelMetric(PixelMetric metric,
         return 7;
     case PM_SmallIconSize:
         return 16;
+    case PM_MessageBoxIconSize:
+        return 32;
     default:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }
@@ -198,6 +236,7 @@ int Style::styleHint(StyleHint hint,
                      const QWidget* widget,
                      QStyleHintReturn* returned) const {
     switch (hint) {
+    case SH_DialogButtonBox_ButtonsHaveIcons:
     case SH_EtchDisabledText:
     case SH_DitherDisabledText:
     // A list that folds out below the box, where the eyes are, rather than over it.

@@ -42,7 +42,9 @@ void WindowNative::place() {
             (front != nullptr ? front->screen() : widget->screen())->availableGeometry();
     const QSize most(screen.size() * SCREEN_SHARE);
     QSize size(rectangle.width, rectangle.height);
-    if (size.isEmpty()) size = DEFAULT_SIZE.boundedTo(most);
+    const QSize usual = DEFAULT_SIZE.boundedTo(most);
+    if (size.width() <= 0) size.setWidth(usual.width());
+    if (size.height() <= 0) size.setHeight(usual.height());
     const QSize needed = panel->contentMinimum().boundedTo(most);
     widget->setMinimumSize(needed.expandedTo(widget->minimumSize()));
     size = size.expandedTo(widget->minimumSize());

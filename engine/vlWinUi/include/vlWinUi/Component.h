@@ -4,6 +4,7 @@
 #include <vlWinUi/ComponentType.h>
 #include <vlWinUi/Geometry.h>
 #include <vlWinUi/GridLayout.h>
+#include <vlWinUi/RelativeLayout.h>
 
 #include <any>
 #include <functional>
@@ -68,8 +69,11 @@ public:
     /// Arranges the components placed in the grid inside this one, in place of any earlier layout.
     /// The stored layout may be changed further and then updated.
     GridLayout& setLayout(GridLayout layout);
-    /// Null when there is none.
+    /// Null when there is none, or one of the other kind.
     GridLayout* getLayout();
+    /// Likewise with places in pixels.
+    RelativeLayout& setLayout(RelativeLayout layout);
+    RelativeLayout* getRelativeLayout();
 
     /// The component that this one was placed in, or null.
     Component* getParent() const;

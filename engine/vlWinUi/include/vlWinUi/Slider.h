@@ -12,7 +12,7 @@ public:
     void setText(vlMemory::StringView text) override;
     std::string getText() const override;
     /// The range of whole numbers from `min` to `max`, which is raised to `min` if it is less; the
-    /// value is brought into it.
+    /// value is brought into it. 0 to 100 unless set.
     void setRange(int min, int max);
     int getMin() const;
     int getMax() const;
