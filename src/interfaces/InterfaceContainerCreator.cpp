@@ -72,6 +72,10 @@ vlWinUi::Window& InterfaceContainerCreator::createContainer() {
     auto& rightBar = *ComponentManager::createOrRetrieve<vlWinUi::ToolBar>(name + "_RBAR");
     leftBar.setText("View of this container");
     rightBar.setText("Actions of this view");
+    auto& empty = *ComponentManager::createOrRetrieve<vlWinUi::Static>(name + "_EMPTY");
+    empty.setText("Choose from \"View\" what to show here.");
+    empty.setAlignment(vlWinUi::Static::Alignment::Centre);
+    empty.setEnabled(false);
     title.setAlignment(vlWinUi::Static::Alignment::Centre);
     title.setEmphasised(true);
     fillViewMenu(leftBar.addMenu("View", viewMenuWidth), name);
@@ -91,6 +95,7 @@ vlWinUi::Window& InterfaceContainerCreator::createContainer() {
     layout.addComponent(leftBar, 0, 0);
     layout.addComponent(title, 1, 0);
     layout.addComponent(rightBar, 2, 0);
+    layout.addComponent(empty, 0, 1, 3, 1);
     container.setLayout(std::move(layout));
     containers_.try_emplace(name);
     return container;
@@ -113,6 +118,7 @@ bool InterfaceContainerCreator::createInterface(vlWinUi::Window& container, Cont
     slot->second = {std::move(made), type};
     const Interface& shown = *slot->second.shown;
     vlWinUi::GridLayout& layout = *container.getLayout();
+    ComponentManager::erase(container.getComponentName() + "_EMPTY");
     layout.addComponent(*shown.getRoot(), 0, 1, 3, 1);
     layout.update();
     const std::string titleName = container.getComponentName() + "_TITLE";
