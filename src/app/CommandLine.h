@@ -32,6 +32,9 @@ struct CommandLine {
     std::optional<Render> render;
     std::optional<Import> import;
     std::vector<std::string> validate;
+    /// The window stands as the person left it, and is kept so at the end; otherwise it is the
+    /// default one and nothing is kept.
+    bool keepsLayout = true;
 
     bool needsWindow() const { return !render && !import && validate.empty(); }
 };

@@ -3,14 +3,17 @@
 #include "app/AllMessages.h"
 #include "app/ClosePath.h"
 #include "app/Configuration.h"
+#include "app/LayoutFile.h"
 #include "app/LeavingClock.h"
 #include "app/MainWindow.h"
 #include "app/RenderingPropertyWindow.h"
+#include "app/ViewTabs.h"
 #include "core/EditorLogger.h"
 #include "core/EngineHandler.h"
 #include "core/MessageOrchestrator.h"
 #include "interfaces/CommonWindowInit.h"
 #include "interfaces/InterfaceContainerCreator.h"
+#include "interfaces/PickListDialog.h"
 #include "interfaces/PickLists.h"
 #include "project/OpenProject.h"
 #include "scene/GraphInterface.h"
@@ -34,8 +37,6 @@
 
 namespace vlEditor {
 namespace {
-
-constexpr float sceneColumnWidth = 300;
 
 bool refuse(const std::string& line) {
     std::cerr << "vlEditor: " << line << '\n';
@@ -79,20 +80,13 @@ bool prepareEngine() {
     return made ? true : refuse(made.error().message);
 }
 
-void createFirstView() {
-    vlWinUi::TabWindow& tabs = MainWindow::getInstance().getTabs();
-    if (tabs.getTabCount() > 0) return;
-    auto& containers = InterfaceContainerCreator::getInstance();
-    vlWinUi::Window& scene = containers.createContainer();
-    vlWinUi::Window& engine = containers.createContainer();
-    vlWinUi::GridLayout layout(2, 1);
-    layout.setInternalBorders(4, 4);
-    layout.setFixedSizeColumn(0, sceneColumnWidth);
-    layout.addComponent(scene, 0, 0);
-    layout.addComponent(engine, 1, 0);
-    tabs.addTab("Scene")->setLayout(std::move(layout));
-    containers.createInterface(scene, ContainerType::graph);
-    containers.createInterface(engine, ContainerType::engineWindow);
+void createViews(const CommandLine& commandLine) {
+    MainWindow& mainWindow = MainWindow::getInstance();
+    LayoutFile::setEnabled(commandLine.keepsLayout);
+    if (const auto kept = LayoutFile::load())
+        mainWindow.apply(*kept);
+    else
+        ViewTabs::createFirst(mainWindow.getTabs());
 }
 
 void registerInterfaces() {
@@ -116,12 +110,14 @@ bool StartUp::run(const CommandLine& commandLine) {
     installCallbacks();
     if (!prepareEngine()) return false;
     PickLists::getInstance().createFirstGroup();
+    PickListDialog::createAll();
     Configuration::load();
     registerInterfaces();
-    createFirstView();
+    createViews(commandLine);
     RenderingPropertyWindow::create();
     PickLists::getInstance().createSecondGroup();
-    mainWindow.getTabs().addTab("+");
+    PickListDialog::createAll();
+    CommonWindowInit::addNewTabTab(mainWindow.getTabs());
     mainWindow.show();
     // So that the first frame has the size that the viewport keeps.
     vlWinUi::System::settle();

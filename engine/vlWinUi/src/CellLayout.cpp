@@ -26,9 +26,15 @@ QRect within(const QRect& cells, QLayoutItem& item) {
 
 } // namespace
 
+CellLayout::~CellLayout() {
+    dropBorders();
+}
+
 void CellLayout::show(const GridLayout& grid) {
     grid_ = grid;
     place(grid.getPlacements());
+    dropBorders();
+    if (grid_.isDraggable()) makeBorders();
 }
 
 QSize CellLayout::border(const Cell& cell) const {
@@ -69,6 +75,7 @@ void CellLayout::setGeometry(const QRect& area) {
         // Past the item, which would hold one-line widgets to their smallest height.
         cell.item->widget()->setGeometry(within(cells, *cell.item));
     }
+    placeBorders(area, x, y);
 }
 
 QSize CellLayout::minimumSize() const {

@@ -29,10 +29,19 @@ struct Native : QObject {
     void updateToolTip();
 
     static Component* componentOf(const QObject* widget);
+    /// Hands the menu key to the nearest component at or around the widget that wants it.
+    static bool askForMenu(const QWidget* at);
+    static bool isMenuKey(const QEvent& event);
 
+private:
+    bool handleKeys(QEvent& event);
+
+public:
     QWidget* widget; ///< never null: what it is placed in goes after it
     Component* component = nullptr;
     std::function<void(const ClickEvent&)> click;
+    std::function<bool(const KeyEvent&)> keyFilter;
+    std::function<void()> menuKey;
     std::unique_ptr<GridLayout> layout;
     std::unique_ptr<RelativeLayout> relativeLayout; ///< one of the two at most
     std::string toolTip;

@@ -34,6 +34,11 @@ QSize ScrollPanel::contentMinimum() const {
     return content_->layout() == nullptr ? QSize(0, 0) : content_->layout()->minimumSize();
 }
 
+void ScrollPanel::setScrolling(bool scrolling) {
+    scrolling_ = scrolling;
+    updateGeometry();
+}
+
 bool ScrollPanel::event(QEvent* event) {
     if (event->type() == QEvent::LayoutRequest) arrange();
     return QWidget::event(event);

@@ -15,7 +15,9 @@ public:
     QWidget* content() const { return content_; }
     /// What the content needs so that nothing scrolls.
     QSize contentMinimum() const;
-    QSize minimumSizeHint() const override { return {24, 24}; }
+    /// False: it asks for what the content needs.
+    void setScrolling(bool scrolling);
+    QSize minimumSizeHint() const override { return scrolling_ ? QSize(24, 24) : contentMinimum(); }
     QSize sizeHint() const override { return contentMinimum(); }
 
 protected:
@@ -33,6 +35,7 @@ private:
     QWidget* content_;
     QScrollBar* across_;
     QScrollBar* down_;
+    bool scrolling_ = true;
 };
 
 } // namespace vlWinUi

@@ -52,6 +52,7 @@ SurfaceNative::SurfaceNative(QWidget* shown, SurfaceWindow* drawnInto)
     widget->setMinimumSize(1, 1);
     if (window == nullptr) return;
     window->installEventFilter(this);
+    window->setProperty(WIDGET, QVariant::fromValue(static_cast<QObject*>(widget)));
     window->create();
 }
 
@@ -110,8 +111,12 @@ void SurfaceNative::handle(QEvent& event) {
         call(wheeled,
              static_cast<float>(static_cast<QWheelEvent&>(event).angleDelta().y()) / 120.0F);
         break;
+    case QEvent::ContextMenu:
+        if (isMenuKey(event)) askForMenu(widget);
+        break;
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
+        if (isMenuKey(event) && askForMenu(widget)) break;
         call(key, keyOf(static_cast<QKeyEvent&>(event), event.type() == QEvent::KeyPress));
         break;
     case QEvent::PlatformSurface:

@@ -12,6 +12,9 @@ class SurfaceWindow;
 
 /** What a Surface stands on: an X window in a container, or a widget that shows pictures. */
 struct SurfaceNative final : Native {
+    /// The native window's property that says which widget it is in.
+    static constexpr const char* WIDGET = "vlWidget";
+
     static std::unique_ptr<SurfaceNative> make();
     explicit SurfaceNative(QWidget* shown, SurfaceWindow* drawnInto);
     ~SurfaceNative() override;

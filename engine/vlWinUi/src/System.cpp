@@ -130,6 +130,7 @@ void System::kill() {
     application()->termination.reset();
     Wakeup::getInstance().close();
     Registry::slot()->close = nullptr;
+    Registry::slot()->focus = nullptr;
     Registry::slot()->components.clear();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     Registry::slot().reset();
