@@ -115,6 +115,26 @@ TEST(EditorWindow, FollowsItsSizeAndLeavesByItsCross) {
     editor.expectLeft();
 }
 
+TEST(EditorWindow, TheRenderingWindowComesBackAfterItWasClosed) {
+    Editor editor;
+    ASSERT_TRUE(editor.isOpen()) << editor.process().err();
+    ASSERT_TRUE(editor.showsScene());
+    const auto find = [&] { return editor.screen().find("Rendering Logic"); };
+    EXPECT_FALSE(find());
+    for (int time = 0; time < 2; ++time) {
+        editor.screen().click(editor.window().x + 135, editor.window().y + 13);
+        editor.screen().key("Up");
+        editor.screen().key("Return");
+        ASSERT_TRUE(eventually([&] { return find().has_value(); }));
+        EXPECT_EQ(find()->width, 400);
+        EXPECT_EQ(find()->height, 130);
+        editor.screen().close(*find());
+        EXPECT_TRUE(eventually([&] { return !find(); }));
+    }
+    editor.leaveByMenu();
+    editor.expectLeft();
+}
+
 TEST(EditorWindow, SignalsLeaveInOrder) {
     for (const int number : {SIGTERM, SIGINT}) {
         Editor editor(std::vector<std::string>{});

@@ -15,8 +15,8 @@ public:
 
     void setText(vlMemory::StringView text) override;
     std::string getText() const override;
-    /// All zero: centred, 1280 by 800 or 85 % of the screen if that is less. Kept until it is
-    /// shown.
+    /// All zero: centred, 1280 by 800 or 85 % of the screen if that is less; a width or height of 0
+    /// alone, and a place of 0, 0, likewise. Kept until it is shown.
     void setRectangle(const Rectangle& rectangle);
     /// Of a top-level window, without its frame; the one that it goes back to while it is maximised
     /// or full screen.
