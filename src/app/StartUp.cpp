@@ -110,13 +110,11 @@ bool StartUp::run(const CommandLine& commandLine) {
     installCallbacks();
     if (!prepareEngine()) return false;
     PickLists::getInstance().createFirstGroup();
-    PickListDialog::createAll();
     Configuration::load();
     registerInterfaces();
     createViews(commandLine);
     RenderingPropertyWindow::create();
     PickLists::getInstance().createSecondGroup();
-    PickListDialog::createAll();
     CommonWindowInit::addNewTabTab(mainWindow.getTabs());
     mainWindow.show();
     // So that the first frame has the size that the viewport keeps.
@@ -124,6 +122,8 @@ bool StartUp::run(const CommandLine& commandLine) {
     EngineHandler::getInstance().start(std::make_unique<EngineFrameRenderer>(),
                                        LeavingClock::fromEnvironment());
     if (!commandLine.project.empty()) OpenProject::open(commandLine.project);
+    // While the graphics thread already works: nobody can ask for one before the event loop runs.
+    PickListDialog::createAll();
     return true;
 }
 

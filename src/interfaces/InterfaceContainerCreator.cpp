@@ -20,9 +20,9 @@ using vlWinUi::ComponentManager;
 constexpr float titleHeight = 27;
 constexpr float barWidth = 64;
 constexpr unsigned viewMenuWidth = 200;
-/// Below this the bars and a few letters of the title are lost.
-constexpr unsigned smallestWidth = 168;
-constexpr unsigned smallestHeight = 64;
+/// A few letters of the title, and of an empty container a place to hit.
+constexpr unsigned smallestTitle = 40;
+constexpr unsigned smallestEmpty = 37;
 
 std::string_view labelOf(ContainerType type) {
     const auto found = std::ranges::find(viewMenuEntries, type, &ViewMenuEntry::type);
@@ -74,16 +74,18 @@ vlWinUi::Window& InterfaceContainerCreator::createContainer() {
     rightBar.setText("Actions of this view");
     auto& empty = *ComponentManager::createOrRetrieve<vlWinUi::Static>(name + "_EMPTY");
     empty.setText("Choose from \"View\" what to show here.");
+    empty.setMinSize(0, smallestEmpty);
     empty.setAlignment(vlWinUi::Static::Alignment::Centre);
-    empty.setEnabled(false);
     title.setAlignment(vlWinUi::Static::Alignment::Centre);
     title.setEmphasised(true);
+    title.setMinSize(smallestTitle, 0);
     fillViewMenu(leftBar.addMenu("View", viewMenuWidth), name);
     for (vlWinUi::Component* part :
          std::initializer_list<vlWinUi::Component*>{&leftBar, &title, &rightBar})
         openMenuOn(*part, name);
     ContainerFocus::setUp(container, title, leftBar);
-    container.setMinSize(smallestWidth, smallestHeight);
+    // The title bar stays where it is: what does not fit scrolls inside the view, if it may.
+    container.setScrolling(false);
 
     // The bars are equally wide, so that the title stands in the middle.
     vlWinUi::GridLayout layout(3, 2);

@@ -34,6 +34,9 @@ public:
     PickListDialog& operator=(const PickListDialog&) = delete;
 
     void entriesChanged() override;
+    /// What has been typed; with the first entry that contains it selected, unless another one that
+    /// does is.
+    void setFilter(std::string filter);
 
 private:
     void createWindow();
@@ -41,7 +44,6 @@ private:
     void accept();
     void cancel();
     bool handleKey(const vlWinUi::KeyEvent& key);
-    void setFilter(std::string filter);
     /// "Ok" can be pressed when it has something to hand over.
     void updateOk();
 

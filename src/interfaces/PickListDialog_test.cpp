@@ -124,6 +124,24 @@ TEST_F(PickListDialogTest, AnEntryThatVanishesIsNotSelectedAnyMore) {
     EXPECT_THAT(shown(), ElementsAre("Steam", "smog", "new"));
 }
 
+TEST_F(PickListDialogTest, TypingNarrowsTheEntriesAndGuesses) {
+    open("glass");
+    PickListDialog& typed = *PickListDialog::find("BLEND_POP_UP_LIST");
+    typed.setFilter("SMO");
+    EXPECT_THAT(shown(), ElementsAre("Smoke", "smog"));
+    EXPECT_EQ(box->getText(), "Smoke");
+    EXPECT_EQ(dialog->getText(), "Blend States: SMO");
+    typed.setFilter("smog");
+    EXPECT_EQ(box->getText(), "smog");
+    list->addEntry("more smog");
+    EXPECT_THAT(shown(), ElementsAre("smog", "more smog"));
+    typed.setFilter("x");
+    EXPECT_FALSE(ok->isEnabled());
+    open();
+    EXPECT_EQ(shown().size(), 4U);
+    EXPECT_FALSE(ok->isEnabled());
+}
+
 TEST_F(PickListDialogTest, AListMayEndBeforeItsDialog) {
     open("Smoke");
     PickLists::destroyInstance();

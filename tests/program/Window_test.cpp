@@ -187,7 +187,8 @@ TEST(EditorWindow, KeepsWhatAPersonMakesOfTabsAndContainers) {
         screen.type("Gallery");
         screen.key("Return");
         screen.key("ctrl+t");
-        keep(screen.picture(), "editor_containers");
+        // Keys are only on their way when they have been sent; a signal overtakes them.
+        EXPECT_TRUE(eventually([&] { return editor.viewColors() < 40; }));
         editor.process().signal(SIGTERM);
         editor.expectLeft();
         for (const char* part : {"\"Gallery\"", "\"New Tab\"", "\"size\": 380.0", "\"rows\": true"})
@@ -204,7 +205,9 @@ TEST(EditorWindow, KeepsWhatAPersonMakesOfTabsAndContainers) {
                           500,
                           180) > 60;
     }));
+    keep(editor.screen().picture(), "editor_containers");
     editor.screen().key("ctrl+Tab");
+    EXPECT_TRUE(eventually([&] { return editor.viewColors() < 40; }));
     editor.process().signal(SIGTERM);
     editor.expectLeft();
     EXPECT_EQ(kept(), before);

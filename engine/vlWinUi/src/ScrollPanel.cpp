@@ -1,5 +1,7 @@
 #include "ScrollPanel.h"
 
+#include "SurfaceNative.h"
+
 #include <QApplication>
 #include <QLayout>
 #include <QScrollBar>
@@ -77,6 +79,7 @@ void ScrollPanel::arrange() {
 void ScrollPanel::scroll() {
     content_->move(across_->isHidden() ? 0 : -across_->value(),
                    down_->isHidden() ? 0 : -down_->value());
+    SurfaceNative::clipInside(*content_);
 }
 
 void ScrollPanel::reveal(const QWidget* focused) {
