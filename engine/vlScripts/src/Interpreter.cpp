@@ -218,15 +218,14 @@ ExecutionResult Interpreter::State::run(Invocation invocation) {
 ExecutionResult Interpreter::State::fail(lua_State* state, int status) {
     ExecutionResult result;
     result.succeeded = false;
-    const Budget& budget = context_->budget;
-    if (budget.ending() != Budget::Ending::none) {
-        const std::string& where = budget.endedAt();
-        result.message = onOneLine((where.empty() ? "" : where + ": ") + budget.describeEnding());
-        result.traceback = budget.traceback();
-        return result;
-    }
-    result.traceback = context_->errorTraceback;
     result.message = onOneLine(textOfError(state, status));
+    result.traceback = context_->errorTraceback;
+    // Also when the time went by while the error said what it was.
+    const Budget& budget = context_->budget;
+    if (budget.ending() == Budget::Ending::none) return result;
+    const std::string& where = budget.endedAt();
+    result.message = onOneLine((where.empty() ? "" : where + ": ") + budget.describeEnding());
+    result.traceback = budget.traceback();
     return result;
 }
 
