@@ -63,6 +63,11 @@ std::uint32_t scanCodeOf(const QKeyEvent& event, const KeyCode* known) {
 
 } // namespace
 
+int qtKeyOf(std::uint32_t virtualKey) {
+    const auto* found = std::ranges::find(CODES, virtualKey, &KeyCode::virtualKey);
+    return found == std::end(CODES) ? 0 : found->qt;
+}
+
 KeyEvent keyOf(const QKeyEvent& event, bool pressed) {
     const auto* found = std::ranges::find(CODES, event.key(), &KeyCode::qt);
     const KeyCode* known = found == std::end(CODES) ? nullptr : found;

@@ -15,6 +15,8 @@ public:
     QWidget* content() const { return content_; }
     /// What the content needs so that nothing scrolls.
     QSize contentMinimum() const;
+    /// Scrolls until the widget inside is in view.
+    void reveal(const QWidget* focused);
     QSize minimumSizeHint() const override { return {24, 24}; }
     QSize sizeHint() const override { return contentMinimum(); }
 
@@ -27,7 +29,6 @@ protected:
 private:
     void arrange();
     void scroll();
-    void reveal(const QWidget* focused);
 
     QWidget* view_;
     QWidget* content_;

@@ -6,6 +6,7 @@
 #include "Text.h"
 #include "Wakeup.h"
 #include "WindowNative.h"
+#include "automation/Invoker.h"
 
 #include <vlCommon/ThreadBorder.h>
 #include <vlWinUi/System.h>
@@ -65,6 +66,7 @@ vlCommon::Result<> System::initialize(const SystemOptions& options) {
 
     installQtMessages();
     QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs, !options.nativeDialogs);
     application() = std::make_unique<Application>(std::move(arguments));
     // Qt takes over the locale of the environment; texts with numbers in them stay C's.
     std::setlocale(LC_NUMERIC, "C");
@@ -78,6 +80,7 @@ vlCommon::Result<> System::initialize(const SystemOptions& options) {
     setUpFont();
     ThemeManager::setActiveTheme(ThemeManager::createOrRetrieve("EDITOR_DARK"));
     Wakeup::getInstance().open();
+    Invoker::getInstance().open();
     return {};
 }
 
@@ -129,6 +132,7 @@ void System::kill() {
     if (!isInitialized()) return;
     application()->termination.reset();
     Wakeup::getInstance().close();
+    Invoker::getInstance().close();
     Registry::slot()->close = nullptr;
     Registry::slot()->components.clear();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
