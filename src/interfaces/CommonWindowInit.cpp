@@ -86,16 +86,14 @@ vlWinUi::Window& CommonWindowInit::createNewTab(vlWinUi::TabWindow& tabs, bool s
     return page;
 }
 
-void CommonWindowInit::addContainer(vlWinUi::Window& page) {
+vlWinUi::Window& CommonWindowInit::addContainer(vlWinUi::Window& page) {
     vlWinUi::GridLayout& layout = *page.getLayout();
     const unsigned column = layout.getColumnCount();
     layout.insertColumn(column);
-    layout.addComponent(InterfaceContainerCreator::getInstance().createContainer(),
-                        column,
-                        0,
-                        1,
-                        layout.getRowCount());
+    vlWinUi::Window& container = InterfaceContainerCreator::getInstance().createContainer();
+    layout.addComponent(container, column, 0, 1, layout.getRowCount());
     layout.update();
+    return container;
 }
 
 void CommonWindowInit::closeTab(vlWinUi::TabWindow& tabs, std::size_t index) {

@@ -16,7 +16,7 @@ public:
     /// if asked for. Gives the tab's page.
     static vlWinUi::Window& createNewTab(vlWinUi::TabWindow& tabs, bool select);
     /// Another empty container, right of those in the page.
-    static void addContainer(vlWinUi::Window& page);
+    static vlWinUi::Window& addContainer(vlWinUi::Window& page);
     /// With all its views. The tab "+" stays.
     static void closeTab(vlWinUi::TabWindow& tabs, std::size_t index);
 };

@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <clocale>
+#include <optional>
 
 namespace vlWinUi {
 namespace {
@@ -62,7 +63,9 @@ vlCommon::Result<> System::initialize(const SystemOptions& options) {
     if (!platform) return tl::unexpected(platform.error());
     std::vector<std::string> arguments = options.arguments;
     if (arguments.empty()) arguments.push_back(options.applicationName);
-    arguments.insert(arguments.begin() + 1, {"-platform", *platform});
+    std::optional<MemoryScreen> memory;
+    if (options.headless) memory.emplace();
+    arguments.insert(arguments.begin() + 1, {"-platform", memory ? memory->platform() : *platform});
 
     installQtMessages();
     QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
