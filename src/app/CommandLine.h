@@ -27,11 +27,19 @@ struct CommandLine {
     /// is what the program ends with: 0, or 2 for wrong use.
     static std::optional<CommandLine> parse(const std::vector<std::string>& arguments, int& status);
 
+    struct Run {
+        std::string script; ///< Lua
+        bool headless = false;
+    };
+
     std::string programName;
     std::string project; ///< empty: none
     std::optional<Render> render;
     std::optional<Import> import;
     std::vector<std::string> validate;
+    std::optional<Run> run;
+    /// Whether the windows come up as they were left; a script finds them as they are at first.
+    bool usesSavedLayout = true;
 
     bool needsWindow() const { return !render && !import && validate.empty(); }
 };

@@ -77,8 +77,8 @@ public:
     static void mouse(vlMemory::StringView name, Point at, Button button, Phase phase, Done done);
     /// Answers the question, or closes the message, in front.
     static void confirm(bool accept, Done done);
-    /// Gives the open file dialog its path, absolute or from the working directory. Needs the
-    /// library's own dialogs; see SystemOptions.
+    /// Gives the open file dialog its path, absolute or from the working directory; an empty one
+    /// cancels the dialog. Needs the library's own dialogs; see SystemOptions.
     static void choose(vlMemory::StringView path, Done done);
     static void resize(vlMemory::StringView name, unsigned width, unsigned height, Done done);
     /// As the window's cross does.

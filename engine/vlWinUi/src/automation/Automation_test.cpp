@@ -237,6 +237,9 @@ TEST_F(AutomationTest, AFileDialogGetsItsPath) {
     EXPECT_THAT(choose(folder / "missing.txt"), HasSubstr("does not exist"));
     EXPECT_EQ(choose(folder / "there.txt"), "");
     EXPECT_EQ(chosen, (folder / "there.txt").string());
+    explorer.open([&](const std::string&) { chosen = "cancelled all the same"; });
+    EXPECT_EQ(choose({}), "");
+    EXPECT_EQ(chosen, (folder / "there.txt").string());
     explorer.setMode(FileExplorer::Mode::Save);
     explorer.open([&](const std::string& path) { chosen = path; });
     EXPECT_EQ(choose(folder / "new.txt"), "");

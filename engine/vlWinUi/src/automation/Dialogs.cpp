@@ -45,6 +45,10 @@ Result<> answer(bool accept) {
 Result<> enterPath(const QString& given) {
     auto* dialog = dialogInFront<QFileDialog>();
     if (dialog == nullptr) return vlCommon::fail("no file dialog is open");
+    if (given.isEmpty()) {
+        dialog->reject();
+        return {};
+    }
     const QFileInfo file(given);
     const std::string path = fromQt(file.absoluteFilePath());
     if (dialog->acceptMode() == QFileDialog::AcceptOpen && !file.exists())
