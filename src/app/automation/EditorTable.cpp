@@ -45,6 +45,9 @@ Answer openView(std::int64_t type) {
     auto& containers = InterfaceContainerCreator::getInstance();
     if (!containers.createInterface(container, static_cast<ContainerType>(type))) {
         containers.eraseInside(container);
+        vlWinUi::GridLayout& layout = *page.getLayout();
+        layout.removeColumn(layout.getColumnCount() - 1);
+        layout.update();
         return Values{vlScripts::Value(), EditorLogger::getInstance().getKeptLines().back()};
     }
     return Values{containers.getInterface(container)->getRootName()};

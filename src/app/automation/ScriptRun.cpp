@@ -8,7 +8,9 @@
 
 #include <vlWinUi/Automation.h>
 
+#include <array>
 #include <cerrno>
+#include <charconv>
 #include <cstring>
 #include <fstream>
 #include <iostream>
@@ -34,6 +36,12 @@ vlCommon::Result<std::string> textOf(const std::string& file) {
     return text.str();
 }
 
+std::string shortest(double number) {
+    std::array<char, 32> text{};
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), number);
+    return {text.data(), end.ptr};
+}
+
 /// Text of a call's arguments as print() of the language joins it; it goes to standard output.
 vlCommon::Result<vlScripts::Values> print(std::span<const vlScripts::Value> given) {
     std::string line;
@@ -46,12 +54,19 @@ vlCommon::Result<vlScripts::Values> print(std::span<const vlScripts::Value> give
         else if (const auto whole = value.asInteger())
             line += std::to_string(*whole);
         else if (const auto number = value.asNumber())
-            line += std::to_string(*number);
+            line += shortest(*number);
         else
             line += value.describeKind();
     }
     std::cout << line + "\n" << std::flush;
     return vlScripts::Values{};
+}
+
+void complain(const vlScripts::ExecutionResult& result) {
+    std::string text = "vlEditor: " + result.message + "\nstack traceback:\n" + result.traceback;
+    while (text.ends_with('\n'))
+        text.pop_back();
+    std::cerr << text + "\n";
 }
 
 } // namespace
@@ -84,8 +99,7 @@ void ScriptRun::start() {
 
 void ScriptRun::run() {
     const vlScripts::ExecutionResult result = interpreter_.execute(*script_);
-    if (!result.succeeded)
-        std::cerr << "vlEditor: " + result.message + "\n" + result.traceback + "\n";
+    if (!result.succeeded) complain(result);
     {
         const std::lock_guard guard(lock_);
         succeeded_ = result.succeeded;
