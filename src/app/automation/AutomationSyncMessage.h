@@ -6,9 +6,9 @@
 
 namespace vlEditor {
 
-/** Goes once through both threads and answers its ticket with two values: whether it found the
- * editor at rest (no program compiling, no picture out of date, no job pending, every window on the
- *  display), and how many messages were posted by then. */
+/** Goes once through both threads and answers its ticket with three values: whether it found the
+ *  editor at rest (no program compiling, no picture out of date, no job pending), how many messages
+ *  were posted by then, and whether every window stands on the display. */
 class AutomationSyncMessage final : public Message {
 public:
     AutomationSyncMessage() = default;

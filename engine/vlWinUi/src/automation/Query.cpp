@@ -137,7 +137,8 @@ bool Automation::isSettled() {
     vlCommon::assertUiThread();
     const QWindowList windows = QGuiApplication::allWindows();
     return std::all_of(windows.begin(), windows.end(), [](const QWindow* window) {
-        if (!window->isVisible() || window->isExposed()) return true;
+        const bool away = window->windowStates().testFlag(Qt::WindowMinimized);
+        if (!window->isVisible() || window->isExposed() || away) return true;
         // What is inside a hidden window is visible by its own word only.
         for (const QWindow* up = window->parent(); up != nullptr; up = up->parent())
             if (!up->isVisible()) return true;
