@@ -59,6 +59,11 @@ ui.click(view .. "_SCREEN")
 editor.sync()
 ui.wait(function() return pcall(ui.choose, "shot") end)
 
+-- The engine runs scripts of its own on its own thread.
+assert(editor.script("return 1 + 2") == 3)
+assert(not pcall(editor.script, "error('no')"))
+assert(not pcall(editor.script, "local ="))
+
 -- Nobody has anything to complain about.
 for _, line in ipairs(editor.log()) do
     assert(not line:find("VUID", 1, true) and not line:find("Validation", 1, true), line)

@@ -33,11 +33,11 @@ void AutomationSyncMessage::runOnGraphicsThread() {
 void AutomationSyncMessage::runOnUiThread() {
     // What the widgets themselves have still to do (layout, sizes) may post messages, too.
     vlWinUi::Automation::invoke([id = ticket, engine = engineAtRest] {
-        const bool atRest =
-                engine && vlWinUi::Automation::isSettled() && (!workersIdle() || workersIdle()());
+        const bool atRest = engine && (!workersIdle() || workersIdle()());
         const auto posted =
                 static_cast<std::int64_t>(MessageOrchestrator::getInstance().getPostedCount());
-        Answers::getInstance().give(id, vlScripts::Values{atRest, posted});
+        Answers::getInstance().give(
+                id, vlScripts::Values{atRest, posted, vlWinUi::Automation::isSettled()});
     });
 }
 

@@ -23,6 +23,8 @@ using vlScripts::Values;
 
 constexpr std::int64_t usualSyncMs = 60'000;
 constexpr std::int64_t usualFramesMs = 30'000;
+/// The window system may keep a window from the display for as long as it likes.
+constexpr std::chrono::seconds longestSettling{2};
 
 Answers::Time deadlineIn(std::optional<std::int64_t> ms, std::int64_t usual) {
     return std::chrono::steady_clock::now() +
@@ -87,13 +89,16 @@ template <class M> Answer ask(M message, std::optional<Answers::Time> deadline, 
 /// since the round before.
 Answer sync(std::optional<std::int64_t> ms) {
     const auto deadline = deadlineIn(ms, usualSyncMs);
+    const auto settled = std::chrono::steady_clock::now() + longestSettling;
     std::optional<std::int64_t> before;
     while (true) {
         const Answer round = ask(
                 AutomationSyncMessage(), deadline, "editor.sync: the editor does not come to rest");
         if (!round) return round;
         const auto posted = (*round)[1].asInteger();
-        if ((*round)[0].asBool().value_or(false) && posted == before) return Values{};
+        const bool stands =
+                (*round)[2].asBool().value_or(false) || std::chrono::steady_clock::now() >= settled;
+        if ((*round)[0].asBool().value_or(false) && stands && posted == before) return Values{};
         before = posted;
         if (std::chrono::steady_clock::now() >= deadline)
             return vlCommon::fail("editor.sync: the editor does not come to rest");
