@@ -113,7 +113,7 @@ std::string checkTogether(const CLI::App& app, Wishes& wishes) {
     if (imports) wishes.line.import = wishes.import;
     if (app.count("--run") > 0) {
         wishes.line.run = wishes.run;
-        wishes.line.usesSavedLayout = false;
+        wishes.line.keepsLayout = false;
     }
     return {};
 }

@@ -37,9 +37,10 @@ struct CommandLine {
     std::optional<Render> render;
     std::optional<Import> import;
     std::vector<std::string> validate;
+    /// The window stands as the person left it, and is kept so at the end; otherwise it is the
+    /// default one and nothing is kept.
+    bool keepsLayout = true;
     std::optional<Run> run;
-    /// Whether the windows come up as they were left; a script finds them as they are at first.
-    bool usesSavedLayout = true;
 
     bool needsWindow() const { return !render && !import && validate.empty(); }
 };

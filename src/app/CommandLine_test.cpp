@@ -76,11 +76,11 @@ TEST_F(CommandLineTest, AnImportMayBeDrawn) {
 
 TEST_F(CommandLineTest, AScriptRunsInTheFirstLayoutWithOrWithoutADisplay) {
     ASSERT_TRUE(parse({"a.vls"}));
-    EXPECT_TRUE(line.usesSavedLayout);
+    EXPECT_TRUE(line.keepsLayout);
     EXPECT_FALSE(line.run);
     ASSERT_TRUE(parse({"--run", "s.lua"}));
     EXPECT_TRUE(line.needsWindow());
-    EXPECT_FALSE(line.usesSavedLayout);
+    EXPECT_FALSE(line.keepsLayout);
     EXPECT_FALSE(line.run->headless);
     ASSERT_TRUE(parse({"--headless", "--run", "s.lua", "a.vls"}));
     EXPECT_EQ(line.run->script, "s.lua");

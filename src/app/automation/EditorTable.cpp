@@ -32,26 +32,24 @@ Answers::Time deadlineIn(std::optional<std::int64_t> ms, std::int64_t usual) {
 }
 
 /// UI thread. Nothing, and why, where that view is not available.
-Answer openView(std::int64_t type) {
-    const bool known = std::ranges::any_of(viewMenuEntries, [type](const ViewMenuEntry& entry) {
-        return static_cast<std::int64_t>(entry.type) == type;
-    });
-    if (!known)
-        return vlCommon::fail("editor.open: there is no view of type " + std::to_string(type));
+Answer openView(std::int64_t number) {
+    const auto* const known =
+            std::ranges::find(viewMenuEntries, number, [](const ViewMenuEntry& entry) {
+                return static_cast<std::int64_t>(entry.type);
+            });
+    if (known == viewMenuEntries.end())
+        return vlCommon::fail("editor.open: there is no view of type " + std::to_string(number));
+    auto& containers = InterfaceContainerCreator::getInstance();
+    const Answer unavailable =
+            Values{vlScripts::Value(), std::string(known->label) + " is not available"};
+    if (!containers.isAvailable(known->type)) return unavailable;
     vlWinUi::TabWindow& tabs = MainWindow::getInstance().getTabs();
     const auto selected = tabs.getSelected();
     const bool isEmpty = !selected || tabs.getPage(*selected)->getLayout() == nullptr;
     vlWinUi::Window& page =
             isEmpty ? CommonWindowInit::createNewTab(tabs, true) : *tabs.getPage(*selected);
     vlWinUi::Window& container = CommonWindowInit::addContainer(page);
-    auto& containers = InterfaceContainerCreator::getInstance();
-    if (!containers.createInterface(container, static_cast<ContainerType>(type))) {
-        containers.eraseInside(container);
-        vlWinUi::GridLayout& layout = *page.getLayout();
-        layout.removeColumn(layout.getColumnCount() - 1);
-        layout.update();
-        return Values{vlScripts::Value(), EditorLogger::getInstance().getKeptLines().back()};
-    }
+    if (!containers.createInterface(container, known->type)) return unavailable;
     return Values{containers.getInterface(container)->getRootName()};
 }
 
