@@ -20,7 +20,7 @@ vlWinUi::Window& createDialog(vlWinUi::EditBox& edit, vlWinUi::Button& accept) {
     dialog.setRectangle({0, 0, 320, 44});
     vlWinUi::GridLayout layout(2, 1);
     layout.setInternalBorders(4, 8);
-    layout.setFixedSizeColumn(1, 88);
+    layout.setFixedSizeColumn(1, 72);
     layout.addComponent(edit, 0, 0);
     layout.addComponent(accept, 1, 0);
     dialog.setLayout(std::move(layout));
