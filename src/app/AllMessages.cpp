@@ -1,6 +1,7 @@
 #include "app/AllMessages.h"
 
 #include "app/LeaveMessage.h"
+#include "app/automation/AutomationMessages.h"
 #include "core/CoreMessages.h"
 #include "interfaces/InterfaceMessages.h"
 #include "project/ProjectMessages.h"
@@ -15,6 +16,7 @@ void registerAllMessages(MessageRegistry& registry) {
     registerSceneMessages(registry);
     registerViewportMessages(registry);
     registerProjectMessages(registry);
+    registerAutomationMessages(registry);
     registry.add<LeaveMessage>(MessageQueue::ui);
 }
 

@@ -42,6 +42,7 @@ struct Wishes {
     CommandLine line;
     CommandLine::Render render;
     CommandLine::Import import;
+    CommandLine::Run run;
     std::string size;
 };
 
@@ -73,11 +74,16 @@ void describe(CLI::App& app, Wishes& wishes) {
     import->option_text("MODEL");
     import->needs(into);
     into->needs(import);
+    CLI::Option* run = app.add_option(
+            "--run", wishes.run.script, "Run an automation script, which drives the editor");
+    run->option_text("SCRIPT.lua")->excludes(render)->excludes(import);
+    app.add_flag("--headless", wishes.run.headless, "Run it without a display")->needs(run);
     app.add_option("--validate", wishes.line.validate, "Check declarations and projects")
             ->option_text("FILE...")
             ->expected(1, -1)
             ->excludes(render)
-            ->excludes(import);
+            ->excludes(import)
+            ->excludes(run);
 }
 
 /// What CLI11 cannot say; empty when all is well.
@@ -105,6 +111,10 @@ std::string checkTogether(const CLI::App& app, Wishes& wishes) {
         wishes.line.render = wishes.render;
     }
     if (imports) wishes.line.import = wishes.import;
+    if (app.count("--run") > 0) {
+        wishes.line.run = wishes.run;
+        wishes.line.keepsLayout = false;
+    }
     return {};
 }
 

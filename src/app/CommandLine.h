@@ -27,6 +27,11 @@ struct CommandLine {
     /// is what the program ends with: 0, or 2 for wrong use.
     static std::optional<CommandLine> parse(const std::vector<std::string>& arguments, int& status);
 
+    struct Run {
+        std::string script; ///< Lua
+        bool headless = false;
+    };
+
     std::string programName;
     std::string project; ///< empty: none
     std::optional<Render> render;
@@ -35,6 +40,7 @@ struct CommandLine {
     /// The window stands as the person left it, and is kept so at the end; otherwise it is the
     /// default one and nothing is kept.
     bool keepsLayout = true;
+    std::optional<Run> run;
 
     bool needsWindow() const { return !render && !import && validate.empty(); }
 };

@@ -74,6 +74,20 @@ TEST_F(CommandLineTest, AnImportMayBeDrawn) {
     EXPECT_TRUE(line.render);
 }
 
+TEST_F(CommandLineTest, AScriptRunsInTheFirstLayoutWithOrWithoutADisplay) {
+    ASSERT_TRUE(parse({"a.vls"}));
+    EXPECT_TRUE(line.keepsLayout);
+    EXPECT_FALSE(line.run);
+    ASSERT_TRUE(parse({"--run", "s.lua"}));
+    EXPECT_TRUE(line.needsWindow());
+    EXPECT_FALSE(line.keepsLayout);
+    EXPECT_FALSE(line.run->headless);
+    ASSERT_TRUE(parse({"--headless", "--run", "s.lua", "a.vls"}));
+    EXPECT_EQ(line.run->script, "s.lua");
+    EXPECT_TRUE(line.run->headless);
+    EXPECT_EQ(line.project, "a.vls");
+}
+
 TEST_F(CommandLineTest, HelpAndVersionSucceed) {
     EXPECT_FALSE(parse({"--version"}));
     EXPECT_EQ(status, 0);
@@ -93,6 +107,10 @@ TEST_F(CommandLineTest, WrongUseIsOneLineThatNamesIt) {
     EXPECT_TRUE(refused({"--into", "p.vls"}, "--import"));
     EXPECT_TRUE(refused({"--import", "m.obj", "--into", "p.vls", "a.vls"}, "a.vls"));
     EXPECT_TRUE(refused({"--validate"}, "--validate"));
+    EXPECT_TRUE(refused({"--run"}, "--run"));
+    EXPECT_TRUE(refused({"--headless", "a.vls"}, "--run"));
+    EXPECT_TRUE(refused({"--run", "s.lua", "--render", "o.png", "a.vls"}, "--render"));
+    EXPECT_TRUE(refused({"--run", "s.lua", "--validate", "a.vls"}, "--run"));
     EXPECT_TRUE(refused({"--validate", "a.vls", "--render", "o.png"}, "--render"));
     EXPECT_TRUE(refused({"--size", "10x10", "a.vls"}, "--render"));
     EXPECT_TRUE(refused({"--render", "o.png", "--frames", "0", "a.vls"}, "--frames"));

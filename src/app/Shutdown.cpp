@@ -1,6 +1,7 @@
 #include "app/Shutdown.h"
 
 #include "app/MainWindow.h"
+#include "app/automation/Answers.h"
 #include "core/EditorLogger.h"
 #include "core/EngineHandler.h"
 #include "core/MessageOrchestrator.h"
@@ -39,6 +40,7 @@ void endInterfaces() {
     GraphElementUiDataTracker::destroyInstance();
     PickLists::destroyInstance();
     MessageRegistry::destroyInstance();
+    Answers::destroyInstance();
 }
 
 } // namespace

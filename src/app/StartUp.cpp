@@ -46,6 +46,8 @@ bool refuse(const std::string& line) {
 bool startWindowSystem(const CommandLine& commandLine) {
     vlWinUi::SystemOptions options;
     options.arguments = {commandLine.programName};
+    options.headless = commandLine.run && commandLine.run->headless;
+    options.nativeDialogs = !commandLine.run;
     const auto started = vlWinUi::System::initialize(options);
     if (!started) {
         return refuse("No display was found (" + started.error().message +

@@ -2,8 +2,12 @@
 #include "app/Headless.h"
 #include "app/Shutdown.h"
 #include "app/StartUp.h"
+#include "app/automation/ScriptRun.h"
 
 #include <vlWinUi/System.h>
+
+#include <iostream>
+#include <memory>
 
 int main(int argc, char** argv) {
     using namespace vlEditor;
@@ -13,8 +17,21 @@ int main(int argc, char** argv) {
     if (!commandLine) return status;
     if (!commandLine->needsWindow()) return Headless::run(*commandLine);
 
-    const bool started = StartUp::run(*commandLine);
-    if (started) vlWinUi::System::run();
+    std::unique_ptr<ScriptRun> script;
+    if (commandLine->run) {
+        auto loaded = ScriptRun::load(commandLine->run->script);
+        if (!loaded) {
+            std::cerr << "vlEditor: " + loaded.error().message + "\n";
+            return 1;
+        }
+        script = std::move(*loaded);
+    }
+    bool good = StartUp::run(*commandLine);
+    if (good) {
+        if (script) script->start();
+        vlWinUi::System::run();
+        good = !script || script->finish();
+    }
     Shutdown::run();
-    return started ? 0 : 1;
+    return good ? 0 : 1;
 }

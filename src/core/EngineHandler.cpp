@@ -60,6 +60,15 @@ void EngineHandler::setScriptEnvironment(vlScripts::Environment* environment) {
     scriptEnvironment_ = environment;
 }
 
+bool EngineHandler::isEveryPictureCurrent() const {
+    vlCommon::assertGraphicsThread();
+    return std::all_of(windows_.begin(), windows_.end(), [this](const Registration& entry) {
+        if (!entry.window->isDrawable()) return true;
+        const PictureState now{renderer_->getChangeCount(), entry.window->getRevision()};
+        return entry.update ? entry.drawn.has_value() : entry.drawn == now;
+    });
+}
+
 EngineHandler::Registration* EngineHandler::find(const RenderWindow& window) {
     vlCommon::assertGraphicsThread();
     const auto found = std::find_if(windows_.begin(), windows_.end(), [&](const auto& entry) {

@@ -53,6 +53,8 @@ public:
     /// Windows that are not registered are passed over, here and below.
     void unregisterWindow(const RenderWindow& window);
     void setUpdate(const RenderWindow& window, bool update);
+    /// Nothing that can be drawn waits for a frame, but for what is drawn in every turn.
+    bool isEveryPictureCurrent() const;
     void setOverlay(const RenderWindow& window, std::unique_ptr<WindowOverlay> overlay);
 
     /// The engine's, where scripts run; null before and after the engine's life. Whoever owns the

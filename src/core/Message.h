@@ -12,6 +12,8 @@ public:
     virtual void runOnUiThread() = 0;
     /// Changes the engine, and posts the outcome to the UI. Graphics thread.
     virtual void runOnGraphicsThread() = 0;
+    /// It goes to and fro without anybody having done anything: the editor is at rest all the same.
+    virtual bool isRoutine() const { return false; }
 
 protected:
     Message() = default;

@@ -6,6 +6,7 @@
 namespace vlEditor {
 
 void MessageOrchestrator::postToUi(std::unique_ptr<Message> message) {
+    if (!message->isRoutine()) ++postedCount_;
     const std::lock_guard guard(uiLock_);
     uiIncoming_.push_back(message.get());
     static_cast<void>(message.release());
@@ -13,6 +14,7 @@ void MessageOrchestrator::postToUi(std::unique_ptr<Message> message) {
 }
 
 void MessageOrchestrator::postToGraphics(std::unique_ptr<Message> message) {
+    if (!message->isRoutine()) ++postedCount_;
     const std::lock_guard guard(graphicsLock_);
     graphicsIncoming_.push_back(message.get());
     static_cast<void>(message.release());

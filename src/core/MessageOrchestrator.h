@@ -3,6 +3,8 @@
 
 #include <vlCommon/SingletonClass.h>
 
+#include <atomic>
+#include <cstdint>
 #include <deque>
 #include <memory>
 #include <mutex>
@@ -26,6 +28,9 @@ public:
     /// Graphics thread.
     void drainGraphics();
 
+    /// All that were ever posted, but for the routine ones. Any thread.
+    std::uint64_t getPostedCount() const { return postedCount_; }
+
     /// Frees what is still queued without running it. UI thread, once no other thread posts.
     /// Without it those messages are never freed: their destructors may reach for what is gone by
     /// then.
@@ -36,6 +41,7 @@ private:
     std::deque<Message*> uiProcessing_;
     std::vector<Message*> graphicsIncoming_;
     std::vector<Message*> graphicsProcessing_;
+    std::atomic<std::uint64_t> postedCount_ = 0;
     std::mutex uiLock_;
     std::mutex graphicsLock_;
 };

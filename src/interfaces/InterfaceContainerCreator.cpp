@@ -64,6 +64,10 @@ void InterfaceContainerCreator::setCreator(ContainerType type, Creator creator) 
     creators_.at(static_cast<std::size_t>(type)) = std::move(creator);
 }
 
+bool InterfaceContainerCreator::isAvailable(ContainerType type) const {
+    return creators_.at(static_cast<std::size_t>(type)) != nullptr;
+}
+
 vlWinUi::Window& InterfaceContainerCreator::createContainer() {
     const std::string name = "CONTAINER_" + std::to_string(nextNumber_++);
     auto& container = *ComponentManager::createOrRetrieve<vlWinUi::Window>(name);

@@ -22,6 +22,7 @@ public:
 
     /// How interfaces of a type are made. A type without a creator is not available.
     void setCreator(ContainerType type, Creator creator);
+    bool isAvailable(ContainerType type) const;
 
     /// An empty container, named by a number that never comes again; to be placed in a layout.
     vlWinUi::Window& createContainer();

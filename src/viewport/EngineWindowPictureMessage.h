@@ -14,6 +14,7 @@ public:
 
     void runOnUiThread() override;
     void runOnGraphicsThread() override {}
+    bool isRoutine() const override { return true; }
 
     static constexpr auto members() {
         return std::tuple{Member{"surface", &EngineWindowPictureMessage::surface}};

@@ -58,7 +58,7 @@ TEST(CommandLine, VersionAndHelpNeedNothing) {
     EXPECT_EQ(run(folder.path(), {"--version"}, bare).status, 0);
     const auto help = run(folder.path(), {"--help"}, bare);
     EXPECT_EQ(help.status, 0);
-    for (const char* option : {"--render", "--import", "--into", "--validate", "--size"})
+    for (const char* option : {"--render", "--import", "--into", "--validate", "--size", "--run"})
         EXPECT_THAT(help.out, HasSubstr(option));
 }
 

@@ -1,6 +1,8 @@
 #include "Display.h"
 
 #include <fmt/format.h>
+#include <sys/mman.h>
+#include <unistd.h>
 #include <xcb/xcb.h>
 
 #include <algorithm>
@@ -30,10 +32,32 @@ bool xServerAnswers() {
     return answers;
 }
 
+constexpr std::string_view offscreen = "offscreen";
+
+constexpr std::string_view screenDescription = R"({"screens": [{"name": "memory", "x": 0, "y": 0,
+    "width": 1600, "height": 1000, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})";
+
 } // namespace
 
+MemoryScreen::MemoryScreen() : file_(memfd_create("screen", MFD_CLOEXEC)) {
+    if (file_ < 0) return;
+    const auto written = write(file_, screenDescription.data(), screenDescription.size());
+    if (written == static_cast<ssize_t>(screenDescription.size())) return;
+    ::close(file_);
+    file_ = -1;
+}
+
+MemoryScreen::~MemoryScreen() {
+    if (file_ >= 0) ::close(file_);
+}
+
+std::string MemoryScreen::platform() const {
+    if (file_ < 0) return std::string(offscreen);
+    return fmt::format("{}:configfile=/proc/self/fd/{}", offscreen, file_);
+}
+
 vlCommon::Result<std::string> choosePlatform(const SystemOptions& options) {
-    if (options.headless) return "offscreen";
+    if (options.headless) return std::string(offscreen);
     const std::string requested = requestedPlatform(options);
     if (!requested.empty() && !requested.starts_with("xcb")) return requested;
     const std::string display = environment("DISPLAY");

@@ -68,6 +68,11 @@ std::string typedBy(const QKeyEvent& event) {
 
 } // namespace
 
+int qtKeyOf(std::uint32_t virtualKey) {
+    const auto* found = std::ranges::find(CODES, virtualKey, &KeyCode::virtualKey);
+    return found == std::end(CODES) ? 0 : found->qt;
+}
+
 KeyEvent keyOf(const QKeyEvent& event, bool pressed) {
     const auto* found = std::ranges::find(CODES, event.key(), &KeyCode::qt);
     const KeyCode* known = found == std::end(CODES) ? nullptr : found;

@@ -11,9 +11,11 @@
 namespace vlWinUi {
 namespace {
 
-/// Said on every start of a machine without a login session, and of no consequence.
+/// Said on every start of a machine without a login session, or of windows that are drawn in
+/// memory, and of no consequence.
 bool isHarmless(const QString& text) {
-    return text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR"));
+    return text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR")) ||
+           text.startsWith(QLatin1String("This plugin does not support "));
 }
 
 void receive(QtMsgType type, const QMessageLogContext&, const QString& text) {

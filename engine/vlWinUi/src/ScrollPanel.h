@@ -18,6 +18,8 @@ public:
     /// False: it asks for what the content needs.
     void setScrolling(bool scrolling);
     QSize minimumSizeHint() const override { return scrolling_ ? QSize(24, 24) : contentMinimum(); }
+    /// Scrolls until the widget inside is in view.
+    void reveal(const QWidget* focused);
     QSize sizeHint() const override { return contentMinimum(); }
 
 protected:
@@ -29,7 +31,6 @@ protected:
 private:
     void arrange();
     void scroll();
-    void reveal(const QWidget* focused);
 
     QWidget* view_;
     QWidget* content_;

@@ -6,6 +6,7 @@
 #include "Text.h"
 #include "Wakeup.h"
 #include "WindowNative.h"
+#include "automation/Invoker.h"
 
 #include <vlCommon/ThreadBorder.h>
 #include <vlWinUi/System.h>
@@ -17,6 +18,7 @@
 
 #include <algorithm>
 #include <clocale>
+#include <optional>
 
 namespace vlWinUi {
 namespace {
@@ -61,10 +63,13 @@ vlCommon::Result<> System::initialize(const SystemOptions& options) {
     if (!platform) return tl::unexpected(platform.error());
     std::vector<std::string> arguments = options.arguments;
     if (arguments.empty()) arguments.push_back(options.applicationName);
-    arguments.insert(arguments.begin() + 1, {"-platform", *platform});
+    std::optional<MemoryScreen> memory;
+    if (options.headless) memory.emplace();
+    arguments.insert(arguments.begin() + 1, {"-platform", memory ? memory->platform() : *platform});
 
     installQtMessages();
     QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs, !options.nativeDialogs);
     application() = std::make_unique<Application>(std::move(arguments));
     // Qt takes over the locale of the environment; texts with numbers in them stay C's.
     std::setlocale(LC_NUMERIC, "C");
@@ -78,6 +83,7 @@ vlCommon::Result<> System::initialize(const SystemOptions& options) {
     setUpFont();
     ThemeManager::setActiveTheme(ThemeManager::createOrRetrieve("EDITOR_DARK"));
     Wakeup::getInstance().open();
+    Invoker::getInstance().open();
     return {};
 }
 
@@ -129,6 +135,7 @@ void System::kill() {
     if (!isInitialized()) return;
     application()->termination.reset();
     Wakeup::getInstance().close();
+    Invoker::getInstance().close();
     Registry::slot()->close = nullptr;
     Registry::slot()->focus = nullptr;
     Registry::slot()->components.clear();

@@ -11,6 +11,8 @@ struct SystemOptions {
     std::string applicationName = "vlEditor";
     /// Without a display: widgets are drawn in memory.
     bool headless = false;
+    /// False: the library draws its file dialogs itself, so that Automation reaches into them.
+    bool nativeDialogs = true;
 };
 
 } // namespace vlWinUi

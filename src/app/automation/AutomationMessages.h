@@ -1,0 +1,8 @@
+#pragma once
+#include "core/MessageRegistry.h"
+
+namespace vlEditor {
+
+void registerAutomationMessages(MessageRegistry& registry);
+
+} // namespace vlEditor

@@ -1,0 +1,115 @@
+-- Uses the editor at random for some seconds: what a person could do by accident must neither end it
+-- nor upset the validation layers. SEED and SECONDS are set in front of this text by whoever runs it.
+
+local seed = SEED or os.time()
+print("seed " .. seed)
+math.randomseed(seed)
+local finish = os.time() + (SECONDS or 20)
+
+local tabs, bar = "VL_EDITOR_TABS", "VL_EDITOR_TOOL_BAR"
+local counts = {done = 0, refused = 0}
+
+local function any(list) return list[math.random(#list)] end
+
+-- A refusal is an answer, too: the editor may have changed since the component was chosen.
+local function try(use, ...)
+    local done, message = pcall(use, ...)
+    if done then
+        counts.done = counts.done + 1
+    else
+        if message:find("the editor is closing", 1, true) then error(message, 0) end
+        counts.refused = counts.refused + 1
+    end
+    return done
+end
+
+-- The components that views and containers are made of, as far as they are there.
+local function components()
+    local found = {}
+    local function add(name) if ui.exists(name) then found[#found + 1] = name end end
+    for number = 0, 60 do
+        local container = "CONTAINER_" .. number
+        if ui.exists(container) and ui.visible(container) then
+            add(container .. "_LBAR")
+            for _, part in ipairs {"_RBAR", "_TITLE"} do add(container .. part) end
+        end
+        for _, part in ipairs {"", "_ENGINE", "_UPDATE", "_SCREEN", "_COMPOSITOR"} do
+            add("ENGINE_WINDOW_" .. number .. part)
+        end
+    end
+    return found
+end
+
+local keys = {13, 27, 32, 37, 38, 39, 40, 9, 46, 65, 90}
+local buttons = {"left", "right", "middle"}
+local actions = {
+    function() try(ui.click, any(components()), any(buttons)) end,
+    function() try(ui.key, any(components()), any(keys)) end,
+    function()
+        local name = any(components())
+        local place = ui.exists(name) and ui.rect(name) or {width = 1, height = 1}
+        local x = math.random(0, math.max(place.width - 1, 0))
+        local y = math.random(0, math.max(place.height - 1, 0))
+        local button = any(buttons)
+        if try(ui.mouse, name, x, y, button, "press") then
+            for _ = 1, math.random(0, 4) do
+                try(ui.mouse, name, x + math.random(-30, 30), y + math.random(-30, 30), button, "move")
+            end
+            try(ui.mouse, name, x, y, button, "release")
+        end
+    end,
+    function() try(ui.resize, "VL_EDITOR_MAIN_WIN", math.random(500, 1400), math.random(400, 900)) end,
+    function() try(ui.select, tabs, any(ui.items(tabs))) end,
+    function() try(ui.select, tabs, "+") end,
+    function()
+        if not try(ui.click, tabs, "right", any(ui.items(tabs))) then return end
+        if not (ui.exists("EDITOR_TAB_MENU") and ui.visible("EDITOR_TAB_MENU")) then return end
+        if try(ui.menu, "EDITOR_TAB_MENU", any {"Rename", "Close", "Close"}) and
+            ui.exists("EDITOR_RENAME_DIALOG") and ui.visible("EDITOR_RENAME_DIALOG") then
+            try(ui.type, "EDITOR_RENAME_DIALOG_EDIT", any {"", "Renamed", "+", "a & b"})
+            try(ui.key, "EDITOR_RENAME_DIALOG_EDIT", any {13, 27})
+        end
+    end,
+    function() try(editor.open, any {6, 6, 7, 13}) end,
+    function()
+        local bars = {}
+        for _, name in ipairs(components()) do
+            if name:find("_LBAR$") then bars[#bars + 1] = name end
+        end
+        if #bars == 0 then return end
+        local menu = any(bars)
+        try(ui.menu, menu, "View", any {"Engine View", "Log View", "Graph Interaction View"})
+    end,
+    function() try(ui.menu, bar, "View", any {"Switch To Dark Theme", "Switch To Light Theme"}) end,
+    function()
+        for _, name in ipairs(components()) do
+            if name:find("_COMPOSITOR$") and ui.visible(name) then
+                try(ui.select, name, any(ui.items(name)))
+                return
+            end
+        end
+    end,
+    function() editor.sync() end,
+}
+
+local function complain()
+    for _, line in ipairs(editor.log()) do
+        assert(not line:find("VUID", 1, true) and not line:find("Validation", 1, true), line)
+    end
+end
+
+while os.time() < finish do
+    any(actions)()
+    -- Dialogs that came up by the way are answered.
+    pcall(ui.choose, any {"", "picture"})
+    pcall(ui.confirm, math.random(2) == 1)
+    if #ui.items(tabs) > 6 then
+        ui.click(tabs, "right", ui.items(tabs)[1])
+        try(ui.menu, "EDITOR_TAB_MENU", "Close")
+    end
+    if math.random(20) == 1 then complain() end
+end
+editor.sync()
+complain()
+print(counts.done .. " done, " .. counts.refused .. " refused")
+assert(counts.done > 20)
