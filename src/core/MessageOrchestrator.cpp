@@ -19,17 +19,31 @@ void MessageOrchestrator::postToGraphics(std::unique_ptr<Message> message) {
 }
 
 void MessageOrchestrator::drainUi() {
+    takeIncomingUi();
+    while (!uiProcessing_.empty())
+        runNextUi();
+}
+
+void MessageOrchestrator::drainUiFor(std::chrono::steady_clock::duration longest) {
+    const auto deadline = std::chrono::steady_clock::now() + longest;
+    takeIncomingUi();
+    while (!uiProcessing_.empty() && std::chrono::steady_clock::now() < deadline)
+        runNextUi();
+    if (!uiProcessing_.empty()) vlWinUi::System::notifyEvent();
+}
+
+void MessageOrchestrator::takeIncomingUi() {
     vlCommon::assertUiThread();
-    if (uiProcessing_.empty()) {
-        const std::lock_guard guard(uiLock_);
-        uiIncoming_.swap(uiProcessing_);
-    }
-    while (!uiProcessing_.empty()) {
-        // Off the list before it runs: a dialog inside it drains from here on.
-        const std::unique_ptr<Message> message(uiProcessing_.front());
-        uiProcessing_.pop_front();
-        message->runOnUiThread();
-    }
+    if (!uiProcessing_.empty()) return;
+    const std::lock_guard guard(uiLock_);
+    uiIncoming_.swap(uiProcessing_);
+}
+
+void MessageOrchestrator::runNextUi() {
+    // Off the list before it runs: a dialog inside it drains from here on.
+    const std::unique_ptr<Message> message(uiProcessing_.front());
+    uiProcessing_.pop_front();
+    message->runOnUiThread();
 }
 
 void MessageOrchestrator::drainGraphics() {

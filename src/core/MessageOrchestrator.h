@@ -3,6 +3,7 @@
 
 #include <vlCommon/SingletonClass.h>
 
+#include <chrono>
 #include <deque>
 #include <memory>
 #include <mutex>
@@ -23,6 +24,9 @@ public:
 
     /// UI thread. A message may run an event loop of its own (a dialog), which drains again.
     void drainUi();
+    /// Likewise, but once that long has passed the rest waits for the next drain, for which the
+    /// event loop is woken: a burst of messages leaves it its turns.
+    void drainUiFor(std::chrono::steady_clock::duration longest);
     /// Graphics thread.
     void drainGraphics();
 
@@ -32,6 +36,9 @@ public:
     void discard();
 
 private:
+    void takeIncomingUi();
+    void runNextUi();
+
     std::deque<Message*> uiIncoming_;
     std::deque<Message*> uiProcessing_;
     std::vector<Message*> graphicsIncoming_;

@@ -79,6 +79,21 @@ TEST_F(MessageOrchestratorTest, ADialogInsideAMessageRunsTheRestOnceAndInOrder) 
     EXPECT_EQ(ran, (std::vector{1, 2, 3, 4, 5}));
 }
 
+TEST_F(MessageOrchestratorTest, ABoundedDrainStopsInTimeAndTheNextOneGoesOn) {
+    for (const int value : {1, 2, 3})
+        postUi(note(value));
+    queues.drainUiFor(std::chrono::seconds(-1));
+    EXPECT_TRUE(ran.empty());
+    postUi([this] { postUi(note(5)); });
+    postUi(note(4));
+    queues.drainUiFor(std::chrono::hours(1));
+    EXPECT_EQ(ran, (std::vector{1, 2, 3}));
+    queues.drainUiFor(std::chrono::hours(1));
+    EXPECT_EQ(ran, (std::vector{1, 2, 3, 4}));
+    queues.drainUiFor(std::chrono::hours(1));
+    EXPECT_EQ(ran, (std::vector{1, 2, 3, 4, 5}));
+}
+
 TEST_F(MessageOrchestratorTest, AMessageIsDeletedRightAfterItsRun) {
     auto first = std::make_shared<int>();
     std::weak_ptr<int> alive = first;
