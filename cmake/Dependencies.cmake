@@ -54,6 +54,8 @@ dep_headers(glslang glslang/Public/ShaderLang.h
 dep_package(xcb xcb)
 dep_package(turbojpeg libturbojpeg)
 dep_package(png libpng)
+# Built as C++: an error in a script unwinds through our frames as an exception does.
+dep_package(lua lua5.4-c++)
 
 if(VL_TESTS)
     find_package(GTest REQUIRED)
