@@ -19,24 +19,30 @@ void MessageOrchestrator::postToGraphics(std::unique_ptr<Message> message) {
 }
 
 void MessageOrchestrator::drainUi() {
-    takeIncomingUi();
-    while (!uiProcessing_.empty())
-        runNextUi();
+    drainUiUntil(std::chrono::steady_clock::time_point::max());
 }
 
 void MessageOrchestrator::drainUiFor(std::chrono::steady_clock::duration longest) {
-    const auto deadline = std::chrono::steady_clock::now() + longest;
-    takeIncomingUi();
-    while (!uiProcessing_.empty() && std::chrono::steady_clock::now() < deadline)
-        runNextUi();
-    if (!uiProcessing_.empty()) vlWinUi::System::notifyEvent();
+    drainUiUntil(std::chrono::steady_clock::now() + longest);
 }
 
-void MessageOrchestrator::takeIncomingUi() {
+void MessageOrchestrator::drainUiUntil(std::chrono::steady_clock::time_point deadline) {
     vlCommon::assertUiThread();
-    if (!uiProcessing_.empty()) return;
+    const bool goesOn = !uiProcessing_.empty();
+    if (!goesOn) {
+        const std::lock_guard guard(uiLock_);
+        uiIncoming_.swap(uiProcessing_);
+    }
+    const bool unbounded = deadline == std::chrono::steady_clock::time_point::max();
+    while (!uiProcessing_.empty() && (unbounded || std::chrono::steady_clock::now() < deadline))
+        runNextUi();
+    // The wake-up that came for what is left has brought this drain.
+    if (!uiProcessing_.empty() || (goesOn && hasIncomingUi())) vlWinUi::System::notifyEvent();
+}
+
+bool MessageOrchestrator::hasIncomingUi() {
     const std::lock_guard guard(uiLock_);
-    uiIncoming_.swap(uiProcessing_);
+    return !uiIncoming_.empty();
 }
 
 void MessageOrchestrator::runNextUi() {

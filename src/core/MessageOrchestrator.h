@@ -36,7 +36,8 @@ public:
     void discard();
 
 private:
-    void takeIncomingUi();
+    void drainUiUntil(std::chrono::steady_clock::time_point deadline);
+    bool hasIncomingUi();
     void runNextUi();
 
     std::deque<Message*> uiIncoming_;

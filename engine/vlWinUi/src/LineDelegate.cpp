@@ -14,6 +14,7 @@ namespace {
 
 constexpr int SIDE_ROOM = 8;      ///< around the text of a row, pixels
 constexpr int BADGE_ROOM = 12;    ///< around the digits of a count, pixels
+constexpr int COMPACT_ROOM = 5;   ///< over and under the text, pixels
 constexpr int LONGEST_TIP = 4000; ///< characters
 
 const Shades& shades() {
@@ -52,10 +53,11 @@ void LineDelegate::paint(QPainter* painter,
     const QString badge = badgeOf(index);
     if (badge.isEmpty()) return;
     const int width = option.fontMetrics.horizontalAdvance(badge) + BADGE_ROOM;
+    const int inset = compact ? 1 : 4;
     const QRectF box(option.rect.right() - width - 3,
-                     option.rect.top() + 3,
+                     option.rect.top() + inset,
                      width,
-                     option.rect.height() - 6);
+                     option.rect.height() - 2 * inset);
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(Qt::NoPen);
@@ -67,7 +69,9 @@ void LineDelegate::paint(QPainter* painter,
 }
 
 QSize LineDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
-    return {1, QStyledItemDelegate::sizeHint(option, index).height()};
+    const int height = compact ? QFontMetrics(option.font).height() + COMPACT_ROOM
+                               : QStyledItemDelegate::sizeHint(option, index).height();
+    return {1, height};
 }
 
 bool LineDelegate::helpEvent(QHelpEvent* event,

@@ -292,6 +292,10 @@ std::size_t ListBox::getShownCount() const {
     return listOf(*this).model().shownCount();
 }
 
+void ListBox::setCompact(bool compact) {
+    listOf(*this).view().setCompact(compact);
+}
+
 void ListBox::setFollowEnd(bool follow) {
     listOf(*this).view().setFollowEnd(follow);
 }

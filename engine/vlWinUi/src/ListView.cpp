@@ -13,9 +13,14 @@
 #include <algorithm>
 
 namespace vlWinUi {
+namespace {
 
-ListView::ListView() {
-    setItemDelegate(new LineDelegate(this));
+constexpr int HEADER_GAP = 3; ///< between the header and the rows, pixels
+
+} // namespace
+
+ListView::ListView() : lines_(*new LineDelegate(this)) {
+    setItemDelegate(&lines_);
     setUniformItemSizes(true);
     setEditTriggers(NoEditTriggers);
     setVerticalScrollMode(ScrollPerPixel);
@@ -42,6 +47,11 @@ void ListView::setHeader(QWidget& header, int height) {
     setViewportMargins(0, height, 0, 0);
     placeHeader();
     header.show();
+}
+
+void ListView::setCompact(bool compact) {
+    lines_.compact = compact;
+    scheduleDelayedItemsLayout();
 }
 
 void ListView::setFollowEnd(bool follow) {
@@ -104,7 +114,8 @@ void ListView::contextMenuEvent(QContextMenuEvent* event) {
 void ListView::placeHeader() {
     if (!header_) return;
     const QRect rows = viewport()->geometry();
-    header_->setGeometry(rows.x(), rows.y() - headerHeight_, rows.width(), headerHeight_);
+    const int height = headerHeight_ - HEADER_GAP;
+    header_->setGeometry(rows.x(), rows.y() - headerHeight_, rows.width(), height);
 }
 
 } // namespace vlWinUi

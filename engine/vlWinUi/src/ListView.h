@@ -6,6 +6,8 @@
 
 namespace vlWinUi {
 
+class LineDelegate;
+
 /** The view of a ListBox: rows of one height, each a line that ends in an ellipsis where it does
  * not fit. Can stay at its end while lines come, and carry a widget above the rows. */
 class ListView final : public QListView {
@@ -15,6 +17,7 @@ public:
     void setPlaceHolder(const QString& text);
     /// Above the rows and inside the frame; becomes this one's child.
     void setHeader(QWidget& header, int height);
+    void setCompact(bool compact);
     void setFollowEnd(bool follow);
     /// True while new lines at the end come into view by themselves.
     bool isFollowing() const { return follow_ && atEnd_; }
@@ -40,6 +43,7 @@ protected:
 private:
     void placeHeader();
 
+    LineDelegate& lines_;
     QString placeHolder_;
     QPointer<QWidget> header_;
     int headerHeight_ = 0;

@@ -60,6 +60,8 @@ public:
     void setFilter(vlMemory::StringView text);
     /// The entries that the filter leaves.
     std::size_t getShownCount() const;
+    /// Rows as close as lines of text, to read rather than to click; to be set before entries come.
+    void setCompact(bool compact);
     /// Keeps the newest line in view as long as the person has not scrolled up; for logs.
     void setFollowEnd(bool follow);
     /// False once the person has scrolled up, until the end is in view again.
