@@ -22,7 +22,7 @@ void EngineHandler::start(std::unique_ptr<FrameRenderer> renderer,
     clock_ = std::move(clock);
     thread_ = std::thread([this, framesPerSecond] {
         vlCommon::ThreadBorder::claimEngine();
-        GraphicsLoop(windows_, *renderer_, *clock_, framesPerSecond).run(stopToken_);
+        GraphicsLoop(*this, *renderer_, *clock_, framesPerSecond).run(stopToken_);
     });
 }
 
@@ -53,6 +53,11 @@ void EngineHandler::setUpdate(const RenderWindow& window, bool update) {
 
 void EngineHandler::setOverlay(const RenderWindow& window, std::unique_ptr<WindowOverlay> overlay) {
     if (Registration* entry = find(window)) entry->overlay = std::move(overlay);
+}
+
+void EngineHandler::setScriptEnvironment(vlScripts::Environment* environment) {
+    vlCommon::assertGraphicsThread();
+    scriptEnvironment_ = environment;
 }
 
 EngineHandler::Registration* EngineHandler::find(const RenderWindow& window) {

@@ -87,7 +87,7 @@ protected:
     EngineHandler handler;
     FakeRenderer renderer;
     FakeClock clock;
-    GraphicsLoop loop{handler.getWindows(), renderer, clock, 50};
+    GraphicsLoop loop{handler, renderer, clock, 50};
 };
 
 TEST_F(GraphicsLoopTest, DrawsEachNewWindowOnceAndThenRests) {
