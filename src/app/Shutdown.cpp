@@ -6,6 +6,7 @@
 #include "core/EngineHandler.h"
 #include "core/MessageOrchestrator.h"
 #include "core/MessageRegistry.h"
+#include "core/WorkerPool.h"
 #include "interfaces/InterfaceContainerCreator.h"
 #include "interfaces/PickLists.h"
 #include "scene/GraphElementUiDataTracker.h"
@@ -24,6 +25,9 @@ namespace {
 void endEngine() {
     EngineHandler::getInstance();
     EngineHandler::destroyInstance();
+    // A job that runs may reach for the pool to its end.
+    WorkerPool::getInstance().stop();
+    WorkerPool::destroyInstance();
     // The contexts go while their windows still exist.
     EngineWindowEngineDataTracker::destroyInstance();
     GraphManager::destroyInstance();

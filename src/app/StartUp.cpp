@@ -11,6 +11,7 @@
 #include "core/EditorLogger.h"
 #include "core/EngineHandler.h"
 #include "core/MessageOrchestrator.h"
+#include "core/WorkerPool.h"
 #include "interfaces/CommonWindowInit.h"
 #include "interfaces/InterfaceContainerCreator.h"
 #include "interfaces/PickListDialog.h"
@@ -38,6 +39,9 @@
 namespace vlEditor {
 namespace {
 
+// A burst of messages then leaves room for the person's clicks and for drawing.
+constexpr std::chrono::milliseconds longestDrain{8};
+
 bool refuse(const std::string& line) {
     std::cerr << "vlEditor: " << line << '\n';
     return false;
@@ -60,6 +64,7 @@ bool startWindowSystem(const CommandLine& commandLine) {
 // What both threads reach for exists before there are two.
 void createShared() {
     MessageOrchestrator::getInstance();
+    WorkerPool::getInstance();
     EditorLogger::getInstance().attach();
     EngineSurfaceTable::getInstance();
     registerAllMessages(MessageRegistry::getInstance());
@@ -67,7 +72,7 @@ void createShared() {
 
 void installCallbacks() {
     vlWinUi::System::setRunCallback([] {
-        MessageOrchestrator::getInstance().drainUi();
+        MessageOrchestrator::getInstance().drainUiFor(longestDrain);
         return true;
     });
     vlWinUi::InputSystem::setCloseCallback(ClosePath::close);
