@@ -11,6 +11,7 @@
 #include "core/WorkerPool.h"
 #include "interfaces/CommonWindowInit.h"
 #include "interfaces/InterfaceContainerCreator.h"
+#include "interfaces/LogInterfaceCreator.h"
 #include "interfaces/PickLists.h"
 #include "project/OpenProject.h"
 #include "scene/GraphInterface.h"
@@ -101,6 +102,7 @@ void createFirstView() {
 void registerInterfaces() {
     auto& containers = InterfaceContainerCreator::getInstance();
     containers.setCreator(ContainerType::engineWindow, EngineWindowInterfaceCreator::create);
+    containers.setCreator(ContainerType::log, LogInterfaceCreator::create);
     containers.setCreator(ContainerType::graph, GraphInterface::create);
 }
 
