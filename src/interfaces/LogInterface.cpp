@@ -114,8 +114,7 @@ void LogInterface::offerCompletions(const std::string& begin,
         });
     if (candidates.size() > mostOffered)
         menu.addItem("...", [] {}).setEnabled(false, "Type more of the name.");
-    const vlWinUi::Point corner = edit.getPositionInScreen();
-    menu.open({corner.x, corner.y + static_cast<int>(edit.getHeight())});
+    menu.openAbove(edit.getPositionInScreen());
 }
 
 void LogInterface::setFilter(const std::string& text) {

@@ -48,6 +48,10 @@ void ContextMenu::open(Point screen) {
     widgetAs<QMenu>(*this).popup(QPoint(screen.x, screen.y));
 }
 
+void ContextMenu::openAbove(Point screen) {
+    open({screen.x, screen.y - widgetAs<QMenu>(*this).sizeHint().height()});
+}
+
 void ContextMenu::close() {
     widgetAs<QMenu>(*this).hide();
 }
