@@ -33,7 +33,7 @@ namespace {
 using vlEditor::EditorLogger;
 using vlEditor::MessageOrchestrator;
 
-constexpr std::chrono::milliseconds longestDrain{8}; // as the editor has it
+constexpr std::chrono::milliseconds longestDrain{4}; // as the editor has it
 
 struct Burst {
     double totalMs = 0;  ///< from the first line's making until the last is in the view

@@ -38,7 +38,7 @@ namespace {
 
 constexpr float sceneColumnWidth = 300;
 // A burst of messages then leaves room for the person's clicks and for drawing.
-constexpr std::chrono::milliseconds longestDrain{8};
+constexpr std::chrono::milliseconds longestDrain{4};
 
 bool refuse(const std::string& line) {
     std::cerr << "vlEditor: " << line << '\n';
