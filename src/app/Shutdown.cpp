@@ -7,6 +7,7 @@
 #include "core/MessageOrchestrator.h"
 #include "core/MessageRegistry.h"
 #include "core/WorkerPool.h"
+#include "interfaces/CommandInterpreter.h"
 #include "interfaces/InterfaceContainerCreator.h"
 #include "interfaces/PickLists.h"
 #include "scene/GraphElementUiDataTracker.h"
@@ -37,6 +38,7 @@ void endEngine() {
 
 void endInterfaces() {
     InterfaceContainerCreator::destroyInstance();
+    CommandInterpreter::destroyInstance();
     MainWindow::destroyInstance();
     // Nobody is left to run what the interfaces have posted at their end.
     MessageOrchestrator::getInstance().discard();

@@ -14,6 +14,7 @@
 #include "core/WorkerPool.h"
 #include "interfaces/CommonWindowInit.h"
 #include "interfaces/InterfaceContainerCreator.h"
+#include "interfaces/LogInterfaceCreator.h"
 #include "interfaces/PickListDialog.h"
 #include "interfaces/PickLists.h"
 #include "project/OpenProject.h"
@@ -40,7 +41,7 @@ namespace vlEditor {
 namespace {
 
 // A burst of messages then leaves room for the person's clicks and for drawing.
-constexpr std::chrono::milliseconds longestDrain{8};
+constexpr std::chrono::milliseconds longestDrain{4};
 
 bool refuse(const std::string& line) {
     std::cerr << "vlEditor: " << line << '\n';
@@ -99,6 +100,7 @@ void createViews(const CommandLine& commandLine) {
 void registerInterfaces() {
     auto& containers = InterfaceContainerCreator::getInstance();
     containers.setCreator(ContainerType::engineWindow, EngineWindowInterfaceCreator::create);
+    containers.setCreator(ContainerType::log, LogInterfaceCreator::create);
     containers.setCreator(ContainerType::graph, GraphInterface::create);
 }
 

@@ -97,7 +97,8 @@ void WindowNative::showStatusSoon() {
     if (std::exchange(statusQueued, true)) return;
     const auto show = [this] {
         statusQueued = false;
-        status->setText(hint.isEmpty() ? statusText : hint);
+        QString line = hint.isEmpty() ? statusText : hint;
+        status->setText(line.replace('\n', ' '));
     };
     QMetaObject::invokeMethod(this, show, Qt::QueuedConnection);
 }
