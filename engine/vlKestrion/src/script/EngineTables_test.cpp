@@ -15,6 +15,7 @@
 
 #include <fstream>
 #include <sstream>
+#include <stdexcept>
 
 namespace vlKestrion {
 namespace {
@@ -22,15 +23,21 @@ namespace {
 using testing::HasSubstr;
 using vlMemory::String;
 
+/// Ends the test where it is null.
+template <class T> T& existing(T* resource) {
+    if (resource == nullptr) throw std::runtime_error("there is no such resource");
+    return *resource;
+}
+
 /// An engine without a device, with something of every kind.
 class EngineTablesTest : public testing::Test {
 protected:
     EngineTablesTest() {
         addEngineTables(interpreter_);
-        nodes_.createOrRetrieve("house")->setPosition({1, 2, 3});
-        nodes_.createOrRetrieve("door")->setParentNode(nodes_.get("house"));
-        queue_ = queues_.createOrRetrieve("queue");
-        queue_->addEntity()->setParentNode(nodes_.get("door"));
+        existing(nodes_.createOrRetrieve("house")).setPosition({1, 2, 3});
+        existing(nodes_.createOrRetrieve("door")).setParentNode(nodes_.get("house"));
+        queue_ = &existing(queues_.createOrRetrieve("queue"));
+        existing(queue_->addEntity()).setParentNode(nodes_.get("door"));
         blendStates_.createOrRetrieve("it");
         depthStencilStates_.createOrRetrieve("it");
         rasterStates_.createOrRetrieve("it");
@@ -41,7 +48,7 @@ protected:
         programs_.createOrRetrieve("it");
         shaders_.createOrRetrieve("it");
         cameras_.createOrRetrieve("it");
-        compositors_.createOrRetrieve("it")->addNode()->setName("glow");
+        existing(existing(compositors_.createOrRetrieve("it")).addNode()).setName("glow");
         materials_.createOrRetrieve("it");
     }
     ~EngineTablesTest() override {
@@ -114,7 +121,7 @@ TEST_F(EngineTablesTest, EveryFieldOfEveryKindTakesWhatItGives) {
 TEST_F(EngineTablesTest, NodesAreMovedTurnedAndHung) {
     expectRuns("local n = engine.node('house') n.position = n.position + {0, 1, 0} "
                "n.rotation = {0, 90, 0} n.scale = {x = 2, y = 2, z = 2}");
-    const vlGraphics::Node& house = *nodes_.get("house");
+    const vlGraphics::Node& house = existing(nodes_.get("house"));
     EXPECT_EQ(house.getPosition(), vlMaths::Vector(1, 3, 3, 1));
     EXPECT_NEAR(house.getOrientation().y, 0.7071F, 1e-4);
     EXPECT_EQ(house.getScale().y, 2);
@@ -126,7 +133,7 @@ TEST_F(EngineTablesTest, NodesAreMovedTurnedAndHung) {
     EXPECT_THAT(failure("engine.node('house').parent = 'attic'"), HasSubstr("no node 'attic'"));
     EXPECT_THAT(failure("engine.node('house').position.x = 5"), HasSubstr("write all of it"));
     expectRuns("engine.node('door').parent = nil");
-    EXPECT_EQ(nodes_.get("door")->getParentNode(), nullptr);
+    EXPECT_EQ(existing(nodes_.get("door")).getParentNode(), nullptr);
 }
 
 TEST_F(EngineTablesTest, WhatCannotBeIsRefusedAndChangesNothing) {
@@ -157,10 +164,10 @@ TEST_F(EngineTablesTest, WhatCannotBeIsRefusedAndChangesNothing) {
                  {"engine.compositor('it'):setActive('blur', true)", "no node 'blur'"},
                  {"engine.timeMs()", "does not run"}})
         EXPECT_THAT(failure(statement), HasSubstr(why)) << statement;
-    EXPECT_EQ(nodes_.get("house")->getPosition(), vlMaths::Vector(1, 2, 3, 1));
-    EXPECT_EQ(samplers_.get("it")->getAnisotropy(), 1U);
-    EXPECT_EQ(samplers_.get("it")->getMinLod(), 0);
-    EXPECT_EQ(textures_.get("it")->getWidth(), 1U);
+    EXPECT_EQ(existing(nodes_.get("house")).getPosition(), vlMaths::Vector(1, 2, 3, 1));
+    EXPECT_EQ(existing(samplers_.get("it")).getAnisotropy(), 1U);
+    EXPECT_EQ(existing(samplers_.get("it")).getMinLod(), 0);
+    EXPECT_EQ(existing(textures_.get("it")).getWidth(), 1U);
 }
 
 TEST_F(EngineTablesTest, ResourcesAreSetByNamesOfValuesAndOfThings) {
@@ -171,10 +178,10 @@ TEST_F(EngineTablesTest, ResourcesAreSetByNamesOfValuesAndOfThings) {
                "engine.material('it').shader = engine.shader('it') "
                "local e = engine.node('door').entities[1] "
                "e.mesh = 'it' e.material = 'it' e.transparent = true");
-    EXPECT_EQ(rasterStates_.get("it")->getCullMode(), vlGraphics::CULL_MODE::NONE);
-    EXPECT_NEAR(cameras_.get("it")->getSettings().fieldOfView, 1.5708F, 1e-4);
-    EXPECT_FALSE(compositors_.get("it")->getNode(0)->getActive());
-    const auto& info = queue_->getEntity(0)->getRenderInfo();
+    EXPECT_EQ(existing(rasterStates_.get("it")).getCullMode(), vlGraphics::CULL_MODE::NONE);
+    EXPECT_NEAR(existing(cameras_.get("it")).getSettings().fieldOfView, 1.5708F, 1e-4);
+    EXPECT_FALSE(existing(compositors_.get("it")).getNode(0)->getActive());
+    const auto& info = existing(queue_->getEntity(0)).getRenderInfo();
     EXPECT_EQ(meshes_.resolve(info.mesh), meshes_.get("it"));
     EXPECT_EQ(shaders_.resolve(info.shader), shaders_.get("it"));
     EXPECT_TRUE(info.transparent);
@@ -186,7 +193,7 @@ TEST_F(EngineTablesTest, ResourcesAreSetByNamesOfValuesAndOfThings) {
 TEST_F(EngineTablesTest, ShowingANodeShowsAllThatHangsBelow) {
     const auto before = vlGraphics::ChangeCount::get();
     expectRuns("engine.node('house').visible = false");
-    EXPECT_FALSE(queue_->getEntity(0)->getRenderInfo().visible);
+    EXPECT_FALSE(existing(queue_->getEntity(0)).getRenderInfo().visible);
     EXPECT_GT(vlGraphics::ChangeCount::get(), before) << "viewports draw again";
     EXPECT_EQ(valueOf("engine.node('door').visible"), "false");
 }
@@ -197,11 +204,11 @@ TEST_F(EngineTablesTest, WhatIsErasedIsMissedByNameAndNeverTouched) {
     EXPECT_EQ(failure("return house.position"),
               "test:1: node 'house': it does not exist (any more)");
     EXPECT_THAT(failure("house.position = {0, 0, 0}"), HasSubstr("does not exist"));
-    queue_->removeEntity(*queue_->getEntity(0));
+    queue_->removeEntity(existing(queue_->getEntity(0)));
     EXPECT_THAT(failure("return entity.mesh"), HasSubstr("does not exist"));
     nodes_.createOrRetrieve("house");
     EXPECT_EQ(valueOf("house.position"), "{0, 0, 0}");
-    nodes_.get("door")->setHidden(true);
+    existing(nodes_.get("door")).setHidden(true);
     EXPECT_EQ(valueOf("#engine.nodes()"), "1");
 }
 
