@@ -173,6 +173,7 @@ TEST_F(InterpreterTest, InstructionsAreCounted) {
 }
 
 TEST_F(InterpreterTest, MemoryIsBoundedAndWhatFilledItGoes) {
+    interpreter_.setLimits({.instructions = 0, .time = milliseconds(60000), .memory = memory});
     EXPECT_THAT(failure("local t = {} for i = 1, 1e9 do t[i] = {i} end"),
                 HasSubstr("needs more than 16 MiB of memory"));
     EXPECT_THAT(failure("return ('x'):rep(1 << 30)"), HasSubstr("not enough memory"));
