@@ -116,10 +116,13 @@ void* Budget::resize(void* block, std::size_t oldSize, std::size_t newSize) {
         return smaller == nullptr ? block : smaller;
     }
     const std::size_t grown = newSize - oldSize;
-    if (grown > memoryLimit() || used_ > memoryLimit() - grown) {
+    // What C++ makes between executions is not the scripts' doing, and nobody could catch its
+    // error.
+    const bool full = grown > memoryLimit() || used_ > memoryLimit() - grown;
+    if (full && running_ != nullptr) {
         // Lua collects what is garbage and asks once more: the second refusal is final. A script
         // that lives on the brink spends its time on that, so the clock is looked at as well.
-        if (running_ != nullptr) look();
+        look();
         if (refusedSize_ == newSize) end(Ending::memory);
         refusedSize_ = newSize;
         return nullptr;

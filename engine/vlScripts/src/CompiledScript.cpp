@@ -30,6 +30,7 @@ CompiledScript::compile(std::string_view name, std::string_view text, Compilatio
                    .printedLines = 0});
     const std::unique_ptr<lua_State, Closer> state(lua_newstate(Budget::allocate, &budget));
     if (!state) return refuse(CompilationResult::notLoaded, quoted + "not enough memory");
+    budget.begin(state.get());
     const std::string chunk = std::string("=").append(name);
     const int status = luaL_loadbufferx(state.get(), text.data(), text.size(), chunk.c_str(), "t");
     if (status != LUA_OK) {

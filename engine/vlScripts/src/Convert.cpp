@@ -8,23 +8,30 @@ namespace vlScripts {
 namespace {
 
 constexpr int deepestTable = 32;
-constexpr std::size_t mostValues = 1U << 20U;
 
-/// Values live outside the memory that is watched: their number is bounded here.
+/// Values live outside the memory that is watched, and one text may stand in a thousand places:
+/// what crosses at once takes no more than all of the interpreter's own values may.
 class Reader {
 public:
     explicit Reader(lua_State* state) : state_(state) {}
     Value read(int index, int depth);
 
 private:
+    void charge(std::size_t bytes);
     Table readTable(int index, int depth);
 
     lua_State* state_;
-    std::size_t count_ = 0;
+    std::size_t bytes_ = 0;
 };
 
+void Reader::charge(std::size_t bytes) {
+    bytes_ += bytes;
+    if (bytes_ > budgetOf(state_).memoryLimit())
+        raiseError(state_, "it is too large to be handed over");
+}
+
 Value Reader::read(int index, int depth) {
-    if (++count_ > mostValues) raiseError(state_, "a table is too large to be handed over");
+    charge(sizeof(Value));
     switch (lua_type(state_, index)) {
     case LUA_TNONE:
     case LUA_TNIL:
@@ -38,6 +45,7 @@ Value Reader::read(int index, int depth) {
     case LUA_TSTRING: {
         std::size_t size = 0;
         const char* text = lua_tolstring(state_, index, &size);
+        charge(size);
         return Value(std::string(text, size));
     }
     case LUA_TFUNCTION:
@@ -70,6 +78,7 @@ Table Reader::readTable(int index, int depth) {
         if (lua_type(state_, -2) != LUA_TSTRING) continue;
         std::size_t size = 0;
         const char* name = lua_tolstring(state_, -2, &size);
+        charge(size + sizeof(std::string));
         table.members.emplace_back(std::string(name, size), read(-1, depth + 1));
     }
     std::sort(table.members.begin(), table.members.end(), [](const auto& a, const auto& b) {
@@ -97,6 +106,15 @@ void pushTable(lua_State* state, const Table& table) {
 
 Value toValue(lua_State* state, int index) {
     return Reader(state).read(index, 0);
+}
+
+Values toValues(lua_State* state, int first) {
+    Reader reader(state);
+    Values values;
+    const int count = lua_gettop(state);
+    for (int i = first; i <= count; ++i)
+        values.push_back(reader.read(i, 0));
+    return values;
 }
 
 void pushValue(lua_State* state, const Value& value) {

@@ -26,10 +26,7 @@ vlCommon::Result<Values> callGuarded(const NativeFunction& function, const Value
 int callNative(lua_State* state) {
     const auto& native = *static_cast<NamedFunction*>(lua_touserdata(state, lua_upvalueindex(1)));
     budgetOf(state).check(state);
-    Values arguments;
-    const int count = lua_gettop(state);
-    for (int i = 1; i <= count; ++i)
-        arguments.push_back(toValue(state, i));
+    const Values arguments = toValues(state, 1);
     const auto result = callGuarded(native.function, arguments);
     budgetOf(state).check(state);
     if (!result) raiseError(state, result.error().message);
@@ -72,9 +69,7 @@ int invoke(lua_State* state) {
     for (const Value& argument : invocation.arguments)
         pushValue(state, argument);
     lua_call(state, static_cast<int>(invocation.arguments.size()), LUA_MULTRET);
-    const int count = lua_gettop(state);
-    for (int i = 1; i <= count; ++i)
-        invocation.returned.push_back(toValue(state, i));
+    invocation.returned = toValues(state, 1);
     return 0;
 }
 

@@ -114,6 +114,7 @@ TEST_F(InterpreterTest, TheTimeEndsWhatDoesNotEndItself) {
                  "local t = table.pack(('x'):rep(2e5):byte(1, -1)) while true do table.sort(t) end",
                  "for _ in ('x'):rep(1e6):gmatch('()') do load(('x = 1 '):rep(1000)) end",
                  "load(function() return 'x = 1 ' end)",
+                 "while true do coroutine.resume(coroutine.running()) end",
                  "repeat until string.format('%99.99f', 1e300) == ''",
                  "local t = setmetatable({}, {__index = function(t, i) return i end}) "
                  "for i in ipairs(t) do end",
@@ -172,6 +173,7 @@ TEST_F(InterpreterTest, InstructionsAreCounted) {
 }
 
 TEST_F(InterpreterTest, MemoryIsBoundedAndWhatFilledItGoes) {
+    interpreter_.setLimits({.instructions = 0, .time = milliseconds(60000), .memory = memory});
     EXPECT_THAT(failure("local t = {} for i = 1, 1e9 do t[i] = {i} end"),
                 HasSubstr("needs more than 16 MiB of memory"));
     EXPECT_THAT(failure("return ('x'):rep(1 << 30)"), HasSubstr("not enough memory"));
@@ -184,8 +186,18 @@ TEST_F(InterpreterTest, MemoryIsBoundedAndWhatFilledItGoes) {
                 HasSubstr("all global values of scripts were dropped"));
     EXPECT_EQ(valueOf("keep"), "nil");
     EXPECT_EQ(valueOf("('x'):rep(3)"), "xxx");
-    EXPECT_TRUE(run("for i = 1, 1000 do local s = ('x'):rep(1e5) .. i end").succeeded)
+    EXPECT_TRUE(run("for i = 1, 300 do local s = ('x'):rep(1e5) .. i end").succeeded)
             << "what is garbage does not count";
+}
+
+TEST_F(InterpreterTest, WhatIsHandedOverIsBoundedToo) {
+    EXPECT_THAT(failure("local s, t = ('x'):rep(1e6), {} for i = 1, 1e4 do t[i] = s end return t"),
+                HasSubstr("too large to be handed over"));
+    // Adding to a full interpreter is the program's own business.
+    run("all = {} for i = 1, 1e9 do all[i] = {i} if collectgarbage('count') > 16000 then break end "
+        "end");
+    for (int i = 0; i < 10000; ++i)
+        interpreter_.addFunction("many.f" + std::to_string(i), {});
 }
 
 TEST_F(InterpreterTest, RecursionIsBounded) {

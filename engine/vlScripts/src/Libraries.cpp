@@ -125,7 +125,8 @@ int print(lua_State* state) {
 
 int resumeWatched(lua_State* state, lua_State* coroutine) {
     Budget& budget = budgetOf(state);
-    budget.check(state);
+    // Each resumption begins to count anew: what it did not get to count is charged here.
+    budget.check(state, 16);
     lua_pushvalue(state, lua_upvalueindex(1));
     lua_insert(state, 1);
     {
@@ -134,7 +135,8 @@ int resumeWatched(lua_State* state, lua_State* coroutine) {
     }
     // One that a hook's error has ended keeps its hooks switched off for ever: closing it later
     // would run its pending handlers without them.
-    if (budget.ending() != Budget::Ending::none) setContext(coroutine, nullptr);
+    if (budget.ending() != Budget::Ending::none && lua_status(coroutine) > LUA_YIELD)
+        setContext(coroutine, nullptr);
     budget.check(state);
     return lua_gettop(state);
 }
@@ -190,8 +192,8 @@ int watchLength(lua_State* state) {
     return callPreceded(state);
 }
 
-int watchRange(lua_State* state) {
-    const int first = lua_type(state, 2) == LUA_TSTRING || lua_isnoneornil(state, 2) ? 3 : 2;
+/// The arguments there and behind say from where to where; without them, it is the whole table.
+int watchRange(lua_State* state, int first) {
     const lua_Integer from = luaL_optinteger(state, first, 1);
     const lua_Integer to = lua_isnoneornil(state, first + 1) ? luaL_len(state, 1)
                                                              : luaL_checkinteger(state, first + 1);
@@ -201,6 +203,12 @@ int watchRange(lua_State* state) {
         raiseError(state, "the range is too long for this");
     budgetOf(state).check(state);
     return callPreceded(state);
+}
+int watchJoined(lua_State* state) {
+    return watchRange(state, 3);
+}
+int watchMoved(lua_State* state) {
+    return watchRange(state, 2);
 }
 
 int isLess(lua_State* state) {
@@ -242,8 +250,8 @@ void confineTables(lua_State* state) {
     precede(state, "insert", watchLength);
     precede(state, "remove", watchLength);
     precede(state, "sort", sort);
-    precede(state, "concat", watchRange);
-    precede(state, "move", watchRange);
+    precede(state, "concat", watchJoined);
+    precede(state, "move", watchMoved);
     watch(state, std::array{"pack", "unpack"});
     lua_pop(state, 1);
 }

@@ -217,9 +217,7 @@ int callMethod(lua_State* state) {
     const auto* method = findNamed(kind.methods, wanted);
     if (method == nullptr) raiseUnknown(state, kind, wanted);
     const std::string name = nameAt(state, 1);
-    Values arguments;
-    for (int i = 2; i <= lua_gettop(state); ++i)
-        arguments.push_back(toValue(state, i));
+    const Values arguments = toValues(state, 2);
     const auto result = guarded([&] { return method->call(name, arguments); });
     budgetOf(state).check(state);
     if (!result) {

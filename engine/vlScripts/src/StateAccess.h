@@ -75,6 +75,8 @@ void openObjects(lua_State* state);
 void pushValue(lua_State* state, const Value& value);
 /// Raises for what cannot cross.
 Value toValue(lua_State* state, int index);
+/// From that place of the stack to its top.
+Values toValues(lua_State* state, int first);
 /// Numbers and objects as userdata; null for anything else.
 const Numbers* numbersAt(lua_State* state, int index);
 void pushNumbers(lua_State* state, const Numbers& numbers);

@@ -184,7 +184,10 @@ template <class T> struct Conversion<vlGraphics::Handle<T>> {
 };
 
 template <class V> struct Conversion<std::vector<V>> {
-    static String type() { return "list of " + Conversion<V>::type(); }
+    static String type() {
+        const String each = Conversion<V>::type();
+        return "list of " + each.substr(0, each.find(" or nil"));
+    }
     static Value write(const std::vector<V>& values) {
         vlScripts::Table table;
         for (const V& value : values)

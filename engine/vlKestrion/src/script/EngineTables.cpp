@@ -89,6 +89,7 @@ String describeEngineKinds() {
         }
         text += "\n";
     }
+    text.pop_back();
     return text;
 }
 

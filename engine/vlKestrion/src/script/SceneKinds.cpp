@@ -220,6 +220,8 @@ EngineKind cameraKind() {
                         return camera.getSettings().fieldOfView * degreesPerRadian;
                     },
                     [](Camera& camera, float value) {
+                        // In radians, 180 degrees would round to a little less than they are.
+                        if (!(value < 180)) return false;
                         return changeSetting(&Settings::fieldOfView)(camera,
                                                                      value / degreesPerRadian);
                     })
