@@ -36,8 +36,7 @@ public:
     std::optional<ContainerType> getType(const vlWinUi::Window& container) const;
     bool isContainer(vlMemory::StringView name) const { return containers_.contains(name); }
 
-    /// Ends the container with what it shows; it is to be gone from its layout's tracks by then or
-    /// soon.
+    /// Ends the container with what it shows. The cell that it was in stays, empty.
     void eraseContainer(vlWinUi::Window& container);
     /// Ends every interface and container that is placed in the component.
     void eraseInside(const vlWinUi::Component& component);

@@ -91,7 +91,8 @@ bool Native::askForMenu(const QWidget* at) {
 bool Native::handleKeys(QEvent& event) {
     if (keyFilter && event.type() == QEvent::KeyPress) {
         const auto filter = keyFilter;
-        if (filter(keyOf(static_cast<QKeyEvent&>(event), true))) return true;
+        const QPointer<QObject> self = this;
+        if (filter(keyOf(static_cast<QKeyEvent&>(event), true)) || self.isNull()) return true;
     }
     if (!menuKey || !isMenuKey(event)) return false;
     event.accept();
@@ -100,9 +101,7 @@ bool Native::handleKeys(QEvent& event) {
 }
 
 bool Native::eventFilter(QObject* watched, QEvent* event) {
-    const QPointer<QObject> alive = this;
     if (watched == widget && handleKeys(*event)) return true;
-    if (alive.isNull()) return true;
     if (!click || !isClick(event->type())) return false;
     auto* part = static_cast<QWidget*>(watched);
     if (!part->isEnabled()) return false;
