@@ -125,8 +125,9 @@ bool StartUp::run(const CommandLine& commandLine) {
     mainWindow.show();
     // So that the first frame has the size that the viewport keeps.
     vlWinUi::System::settle();
-    EngineHandler::getInstance().start(std::make_unique<EngineFrameRenderer>(),
-                                       LeavingClock::fromEnvironment());
+    EngineHandler& handler = EngineHandler::getInstance();
+    handler.setScriptEnvironment(&vlKestrion::System::getInstance()->getScriptEnvironment());
+    handler.start(std::make_unique<EngineFrameRenderer>(), LeavingClock::fromEnvironment());
     if (!commandLine.project.empty()) OpenProject::open(commandLine.project);
     return true;
 }

@@ -22,7 +22,7 @@ void EngineHandler::start(std::unique_ptr<FrameRenderer> renderer,
     clock_ = std::move(clock);
     thread_ = std::thread([this, framesPerSecond] {
         vlCommon::ThreadBorder::claimEngine();
-        GraphicsLoop(windows_, *renderer_, *clock_, framesPerSecond).run(stopToken_);
+        GraphicsLoop(*this, *renderer_, *clock_, framesPerSecond).run(stopToken_);
     });
 }
 
@@ -62,6 +62,11 @@ bool EngineHandler::isEveryPictureCurrent() const {
         const PictureState now{renderer_->getChangeCount(), entry.window->getRevision()};
         return entry.update ? entry.drawn.has_value() : entry.drawn == now;
     });
+}
+
+void EngineHandler::setScriptEnvironment(vlScripts::Environment* environment) {
+    vlCommon::assertGraphicsThread();
+    scriptEnvironment_ = environment;
 }
 
 EngineHandler::Registration* EngineHandler::find(const RenderWindow& window) {

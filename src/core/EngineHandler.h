@@ -1,6 +1,7 @@
 #pragma once
 #include "core/FrameRenderer.h"
 #include "core/RenderWindow.h"
+#include "core/RenderingScript.h"
 #include "core/StopToken.h"
 #include "core/TurnClock.h"
 #include "core/WindowOverlay.h"
@@ -56,11 +57,20 @@ public:
     bool isEveryPictureCurrent() const;
     void setOverlay(const RenderWindow& window, std::unique_ptr<WindowOverlay> overlay);
 
+    /// The engine's, where scripts run; null before and after the engine's life. Whoever owns the
+    /// engine; not owned.
+    void setScriptEnvironment(vlScripts::Environment* environment);
+    vlScripts::Environment* getScriptEnvironment() const { return scriptEnvironment_; }
+    /// Runs in every turn, after the messages and before the windows.
+    RenderingScript& getRenderingScript() { return renderingScript_; }
+
 private:
     Registration* find(const RenderWindow& window);
 
     std::thread thread_;
     std::vector<Registration> windows_;
+    vlScripts::Environment* scriptEnvironment_ = nullptr;
+    RenderingScript renderingScript_;
     StopToken stopToken_;
     std::unique_ptr<FrameRenderer> renderer_;
     std::unique_ptr<TurnClock> clock_;

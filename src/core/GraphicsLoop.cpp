@@ -9,11 +9,11 @@ namespace vlEditor {
 using std::chrono::ceil;
 using std::chrono::milliseconds;
 
-GraphicsLoop::GraphicsLoop(std::vector<EngineHandler::Registration>& windows,
+GraphicsLoop::GraphicsLoop(EngineHandler& handler,
                            FrameRenderer& renderer,
                            TurnClock& clock,
                            double framesPerSecond)
-    : windows_(windows), renderer_(renderer), clock_(clock),
+    : handler_(handler), renderer_(renderer), clock_(clock),
       framePeriod_(std::chrono::duration_cast<TurnClock::Duration>(
               std::chrono::duration<double>(1.0 / framesPerSecond))),
       nextFrame_(clock.now() + framePeriod_) {
@@ -27,8 +27,9 @@ void GraphicsLoop::run(StopToken& token) {
 
 std::size_t GraphicsLoop::turn() {
     MessageOrchestrator::getInstance().drainGraphics();
+    handler_.getRenderingScript().run(handler_.getScriptEnvironment());
     std::size_t drawnCount = 0;
-    for (EngineHandler::Registration& entry : windows_) {
+    for (EngineHandler::Registration& entry : handler_.getWindows()) {
         if (wantsFrame(entry) && draw(entry)) ++drawnCount;
     }
     return drawnCount;

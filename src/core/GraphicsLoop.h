@@ -2,18 +2,17 @@
 #include "core/EngineHandler.h"
 
 #include <chrono>
-#include <vector>
 
 namespace vlEditor {
 
-/** The graphics thread's work. Each turn runs the messages that have come, then draws the windows
- *  whose picture is out of date or that want to be drawn always. */
+/** The graphics thread's work. Each turn runs the messages that have come, then the rendering
+ *  script, then draws the windows whose picture is out of date or that want to be drawn always. */
 class GraphicsLoop {
 public:
     /// A turn that drew nothing is followed by this rest.
     static constexpr std::chrono::milliseconds idleRest{32};
 
-    GraphicsLoop(std::vector<EngineHandler::Registration>& windows,
+    GraphicsLoop(EngineHandler& handler,
                  FrameRenderer& renderer,
                  TurnClock& clock,
                  double framesPerSecond);
@@ -30,7 +29,7 @@ private:
     EngineHandler::PictureState stateFor(const RenderWindow& window) const;
     bool draw(EngineHandler::Registration& entry);
 
-    std::vector<EngineHandler::Registration>& windows_;
+    EngineHandler& handler_;
     FrameRenderer& renderer_;
     TurnClock& clock_;
     TurnClock::Duration framePeriod_;

@@ -1,5 +1,11 @@
+#include "core/EditorLogger.h"
 #include "core/GraphicsLoop.h"
+#include "core/LogMessage.h"
 #include "core/MessageOrchestrator.h"
+#include "core/RenderingScriptMessage.h"
+#include "core/ScriptSubmitMessage.h"
+
+#include <vlScripts/Environment.h>
 
 #include <gmock/gmock.h>
 
@@ -87,7 +93,7 @@ protected:
     EngineHandler handler;
     FakeRenderer renderer;
     FakeClock clock;
-    GraphicsLoop loop{handler.getWindows(), renderer, clock, 50};
+    GraphicsLoop loop{handler, renderer, clock, 50};
 };
 
 TEST_F(GraphicsLoopTest, DrawsEachNewWindowOnceAndThenRests) {
@@ -226,6 +232,90 @@ TEST(EngineHandlerTest, StartsRunsMessagesAndEndsOnce) {
     }
     EXPECT_FALSE(handler.isRunning());
     EXPECT_THAT(steps.steps, ElementsAre("endWork"));
+}
+
+/// Scripts that change the fake engine.
+class ScriptedLoopTest : public GraphicsLoopTest {
+protected:
+    ScriptedLoopTest() {
+        environment.interpreter().addFunction("change", [this](auto) {
+            ++renderer.changes;
+            renderer.steps.emplace_back("script");
+            return vlCommon::Result<vlScripts::Values>();
+        });
+        global().setScriptEnvironment(&environment);
+    }
+    ~ScriptedLoopTest() override {
+        MessageOrchestrator::getInstance().discard();
+        EditorLogger::destroyInstance();
+        EngineHandler::destroyInstance();
+    }
+    /// Messages look for the one instance.
+    static EngineHandler& global() { return EngineHandler::getInstance(); }
+    static const std::deque<std::string>& lines() {
+        MessageOrchestrator::getInstance().drainUi();
+        return EditorLogger::getInstance().getKeptLines();
+    }
+    template <class M> static void post(const char* name, const char* text) {
+        M message;
+        message.name = name;
+        message.text = text;
+        postToGraphics(std::move(message));
+    }
+    std::size_t turn() { return scripted.turn(); }
+
+    vlScripts::Environment environment;
+    GraphicsLoop scripted{(global().registerWindow(one), global()), renderer, clock, 50};
+};
+
+TEST_F(ScriptedLoopTest, TheRenderingScriptRunsInEachTurnBeforeTheDrawing) {
+    post<RenderingScriptMessage>("spin", "change()");
+    EXPECT_EQ(turn(), 1U);
+    EXPECT_THAT(renderer.steps, ElementsAre("script", "tick", "begin", "compositor", "end"));
+    EXPECT_EQ(turn(), 1U) << "what the script changed is drawn";
+    EXPECT_EQ(global().getRenderingScript().getName(), "spin");
+    post<RenderingScriptMessage>("spin", "change(");
+    EXPECT_EQ(turn(), 1U) << "one that does not compile leaves the earlier one";
+    EXPECT_THAT(lines().back(), testing::StartsWith("[Editor] spin:1: "));
+    post<RenderingScriptMessage>("", "");
+    EXPECT_EQ(turn(), 0U);
+    EXPECT_EQ(global().getRenderingScript().get(), nullptr);
+}
+
+TEST_F(ScriptedLoopTest, AFailingRenderingScriptSaysSoInEachTurnAndNeverStopsTheDrawing) {
+    post<RenderingScriptMessage>("bad", "error('no')");
+    EXPECT_EQ(turn(), 1U);
+    turn();
+    EXPECT_THAT(lines(), ElementsAre("[Editor] bad:1: no", "[Editor] bad:1: no"));
+    post<RenderingScriptMessage>("endless", "while true do pcall(change) end");
+    EXPECT_EQ(turn(), 1U);
+    EXPECT_EQ(lines().back(), "[Editor] endless:1: stopped after 8 ms");
+}
+
+TEST_F(ScriptedLoopTest, EachSubmittedScriptRunsAsItWas) {
+    environment.interpreter().addFunction("see", [this](auto given) {
+        renderer.steps.push_back(given[0].asText() == nullptr ? "?" : *given[0].asText());
+        return vlCommon::Result<vlScripts::Values>();
+    });
+    vlScripts::Script command("VLEDITOR_COMMAND");
+    for (const char* text : {"see('first')", "see('second')"}) {
+        command.unload();
+        command.setSources(text);
+        ASSERT_TRUE(command.load().has_value());
+        postToGraphics(ScriptSubmitMessage(command.getCompiled()));
+    }
+    post<ScriptSubmitMessage>("typed", "see('third') error({})");
+    post<ScriptSubmitMessage>("typed", "see(");
+    global().unregisterWindow(one);
+    turn();
+    EXPECT_THAT(renderer.steps, ElementsAre("first", "second", "third"));
+    ASSERT_EQ(lines().size(), 2U);
+    EXPECT_EQ(lines()[0], "[CommandLineInterpreter] typed:1: the error is no text but a table");
+    EXPECT_THAT(lines()[1], testing::StartsWith("[CommandLineInterpreter] typed:1: "));
+    global().setScriptEnvironment(nullptr);
+    post<ScriptSubmitMessage>("late", "see('late')");
+    turn();
+    EXPECT_THAT(lines().back(), testing::HasSubstr("there is no engine"));
 }
 
 } // namespace

@@ -1,7 +1,11 @@
+#include "script/EngineTables.h"
+
 #include <vlGraphics/System.h>
 #include <vlKestrion/Material.h>
 #include <vlKestrion/ProjectLoader.h>
 #include <vlKestrion/System.h>
+#include <vlScripts/Environment.h>
+#include <vlScripts/ScriptManager.h>
 
 namespace vlKestrion {
 
@@ -16,7 +20,10 @@ std::unique_ptr<System>& instance() {
 
 System::System()
     : materials_(std::make_unique<MaterialManager>()),
-      projectLoader_(std::make_unique<ProjectLoader>()) {
+      projectLoader_(std::make_unique<ProjectLoader>()),
+      scripts_(std::make_unique<vlScripts::ScriptManager>()),
+      scriptEnvironment_(std::make_unique<vlScripts::Environment>()) {
+    addEngineTables(scriptEnvironment_->interpreter());
 }
 
 System::~System() = default;

@@ -7,6 +7,7 @@
 #include <vlKestrion/ModelImporter.h>
 #include <vlKestrion/ProjectLoader.h>
 #include <vlKestrion/System.h>
+#include <vlScripts/Environment.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -43,6 +44,22 @@ TEST_F(SystemTest, StartsAndStopsAsOftenAsItIsAsked) {
     EXPECT_EQ(vlGraphics::System::getInstance(), nullptr);
     ASSERT_TRUE(System::initialize({}).has_value());
     EXPECT_NE(System::getInstance(), nullptr);
+}
+
+TEST_F(SystemTest, ScriptsReachTheRunningEngine) {
+    ASSERT_TRUE(started_);
+    vlScripts::CompilationResult compilation;
+    const auto script = vlScripts::CompiledScript::compile(
+            "test",
+            "assert(engine.timeMs() >= 0) "
+            "assert(engine.texture('VORLANE_DEFAULT_TEXTURE').width == 8) "
+            "local sampler = engine.sampler('VORLANE_DEFAULT_SAMPLER') "
+            "for field, value in pairs(sampler) do end "
+            "for _, texture in ipairs(engine.textures()) do texture:load() end",
+            compilation);
+    vlScripts::Environment& environment = System::getInstance()->getScriptEnvironment();
+    EXPECT_TRUE(script != nullptr && environment.execute(*script))
+            << environment.getLastExecutionResult().message;
 }
 
 TEST_F(SystemTest, EveryKindOfImportedMaterialCompiles) {

@@ -4,12 +4,17 @@
 
 #include <memory>
 
+namespace vlScripts {
+class Environment;
+class ScriptManager;
+} // namespace vlScripts
+
 namespace vlKestrion {
 
 class MaterialManager;
 class ProjectLoader;
 
-/** The engine's life as a whole: the libraries below, materials and projects. Both operations
+/** The engine's life as a whole: the libraries below, materials, scripts and projects. Both operations
  * belong to the thread that owns the engine then. */
 class System final {
 public:
@@ -26,11 +31,15 @@ public:
     System& operator=(const System&) = delete;
 
     ProjectLoader& getProjectLoader() { return *projectLoader_; }
+    /// Where scripts meet the engine, with the engine's tables in it.
+    vlScripts::Environment& getScriptEnvironment() { return *scriptEnvironment_; }
 
 private:
     System();
     std::unique_ptr<MaterialManager> materials_;
     std::unique_ptr<ProjectLoader> projectLoader_;
+    std::unique_ptr<vlScripts::ScriptManager> scripts_;
+    std::unique_ptr<vlScripts::Environment> scriptEnvironment_;
 };
 
 } // namespace vlKestrion
