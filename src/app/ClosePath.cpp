@@ -1,6 +1,7 @@
 #include "app/ClosePath.h"
 
 #include "app/Configuration.h"
+#include "app/LayoutFile.h"
 #include "app/MainWindow.h"
 #include "core/EngineHandler.h"
 
@@ -19,6 +20,7 @@ bool ClosePath::close(vlWinUi::Component& component) {
     engine.release();
     engine.join();
     Configuration::save();
+    if (LayoutFile::isEnabled()) LayoutFile::save(MainWindow::getInstance().describe());
     vlWinUi::System::prepareForShutdown();
     return true;
 }

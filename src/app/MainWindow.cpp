@@ -3,6 +3,7 @@
 #include "app/ClosePath.h"
 #include "app/Icon.h"
 #include "app/Themes.h"
+#include "app/ViewTabs.h"
 #include "core/EditorLogger.h"
 #include "interfaces/CommonWindowInit.h"
 
@@ -48,6 +49,24 @@ void MainWindow::show() {
     window_->load();
 }
 
+WindowLayout MainWindow::describe() const {
+    WindowLayout layout;
+    layout.rectangle = window_->getRectangle();
+    layout.maximized = window_->isMaximized();
+    layout.tabs = ViewTabs::describe(*tabs_);
+    const auto selected = tabs_->getSelected();
+    if (selected && *selected < layout.tabs.size())
+        layout.selectedTab = static_cast<std::uint32_t>(*selected);
+    return layout;
+}
+
+void MainWindow::apply(const WindowLayout& layout) {
+    if (layout.rectangle) window_->setRectangle(*layout.rectangle);
+    window_->setMaximized(layout.maximized);
+    ViewTabs::create(*tabs_, layout.tabs);
+    tabs_->select(layout.selectedTab);
+}
+
 void MainWindow::appendLine(const std::string& line) {
     window_->setStatusText(line);
 }
@@ -76,6 +95,9 @@ void MainWindow::fillViewMenu(vlWinUi::Menu& menu) {
         }).setShortcut("F11");
     menu.addItem("Switch To Dark Theme", Themes::activateDark);
     menu.addItem("Switch To Light Theme", Themes::activateLight);
+    menu.addItem("Reset Layout", [this] {
+            ViewTabs::reset(*tabs_);
+        }).setToolTip("Closes all tabs and brings back the one that the editor begins with");
 }
 
 } // namespace vlEditor

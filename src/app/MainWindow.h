@@ -1,4 +1,5 @@
 #pragma once
+#include "app/WindowLayout.h"
 #include "core/LogWindow.h"
 
 #include <vlCommon/SingletonClass.h>
@@ -20,6 +21,9 @@ public:
     void create();
     void show();
     vlWinUi::TabWindow& getTabs() { return *tabs_; }
+    /// As the person has made it, and as it was at an earlier time; before show().
+    WindowLayout describe() const;
+    void apply(const WindowLayout& layout);
 
     void appendLine(const std::string& line) override;
 

@@ -3,13 +3,16 @@
 #include "app/AllMessages.h"
 #include "app/ClosePath.h"
 #include "app/Configuration.h"
+#include "app/LayoutFile.h"
 #include "app/LeavingClock.h"
 #include "app/MainWindow.h"
+#include "app/ViewTabs.h"
 #include "core/EditorLogger.h"
 #include "core/EngineHandler.h"
 #include "core/MessageOrchestrator.h"
 #include "interfaces/CommonWindowInit.h"
 #include "interfaces/InterfaceContainerCreator.h"
+#include "interfaces/PickListDialog.h"
 #include "interfaces/PickLists.h"
 #include "project/OpenProject.h"
 #include "scene/GraphInterface.h"
@@ -33,8 +36,6 @@
 
 namespace vlEditor {
 namespace {
-
-constexpr float sceneColumnWidth = 300;
 
 bool refuse(const std::string& line) {
     std::cerr << "vlEditor: " << line << '\n';
@@ -80,20 +81,13 @@ bool prepareEngine() {
     return made ? true : refuse(made.error().message);
 }
 
-void createFirstView() {
-    vlWinUi::TabWindow& tabs = MainWindow::getInstance().getTabs();
-    if (tabs.getTabCount() > 0) return;
-    auto& containers = InterfaceContainerCreator::getInstance();
-    vlWinUi::Window& scene = containers.createContainer();
-    vlWinUi::Window& engine = containers.createContainer();
-    vlWinUi::GridLayout layout(2, 1);
-    layout.setInternalBorders(4, 4);
-    layout.setFixedSizeColumn(0, sceneColumnWidth);
-    layout.addComponent(scene, 0, 0);
-    layout.addComponent(engine, 1, 0);
-    tabs.addTab("Scene")->setLayout(std::move(layout));
-    containers.createInterface(scene, ContainerType::graph);
-    containers.createInterface(engine, ContainerType::engineWindow);
+void createViews(const CommandLine& commandLine) {
+    MainWindow& mainWindow = MainWindow::getInstance();
+    LayoutFile::setEnabled(commandLine.keepsLayout);
+    if (const auto kept = LayoutFile::load())
+        mainWindow.apply(*kept);
+    else
+        ViewTabs::createFirst(mainWindow.getTabs());
 }
 
 void registerInterfaces() {
@@ -119,9 +113,9 @@ bool StartUp::run(const CommandLine& commandLine) {
     PickLists::getInstance().createFirstGroup();
     Configuration::load();
     registerInterfaces();
-    createFirstView();
+    createViews(commandLine);
     PickLists::getInstance().createSecondGroup();
-    mainWindow.getTabs().addTab("+");
+    CommonWindowInit::addNewTabTab(mainWindow.getTabs());
     mainWindow.show();
     // So that the first frame has the size that the viewport keeps.
     vlWinUi::System::settle();
@@ -129,6 +123,8 @@ bool StartUp::run(const CommandLine& commandLine) {
     handler.setScriptEnvironment(&vlKestrion::System::getInstance()->getScriptEnvironment());
     handler.start(std::make_unique<EngineFrameRenderer>(), LeavingClock::fromEnvironment());
     if (!commandLine.project.empty()) OpenProject::open(commandLine.project);
+    // While the graphics thread already works: nobody can ask for one before the event loop runs.
+    PickListDialog::createAll();
     return true;
 }
 

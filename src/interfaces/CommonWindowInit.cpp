@@ -1,10 +1,12 @@
 #include "interfaces/CommonWindowInit.h"
 
+#include "interfaces/ContainerFocus.h"
 #include "interfaces/InterfaceContainerCreator.h"
-#include "interfaces/RenameDialog.h"
+#include "interfaces/InterfaceContainerManipulator.h"
 
 #include <vlWinUi/ComponentManager.h>
 #include <vlWinUi/ContextMenu.h>
+#include <vlWinUi/System.h>
 
 namespace vlEditor {
 namespace {
@@ -30,14 +32,8 @@ void openTabMenu(vlWinUi::TabWindow& tabs, std::size_t index, vlWinUi::Point scr
             if (const auto tab = window->indexOf(*page)) act(*window, *tab);
         };
     };
-    menu.addItem("Rename", withTab([](vlWinUi::TabWindow& window, std::size_t tab) {
-                     RenameDialog::open(window.getTabLabel(tab),
-                                        window,
-                                        [&window, tab](const std::string& label) {
-                                            if (label != newTabLabel && tab < window.getTabCount())
-                                                window.renameTab(tab, label);
-                                        });
-                 }));
+    menu.addItem("Rename",
+                 withTab([](vlWinUi::TabWindow& window, std::size_t tab) { window.editTab(tab); }));
     menu.addItem("Close", withTab(CommonWindowInit::closeTab));
     menu.open(screen);
 }
@@ -51,10 +47,49 @@ void openTabsMenu(const std::string& tabsName, vlWinUi::Point screen) {
         if (tabs == nullptr) return;
         const auto selected = tabs->getSelected();
         if (selected && !isNewTab(*tabs, *selected)) {
-            CommonWindowInit::addContainer(*tabs->getPage(*selected));
+            ContainerFocus::focus(CommonWindowInit::addContainer(*tabs->getPage(*selected)));
         }
     });
     menu.open(screen);
+}
+
+void openSelectedTabMenu(vlWinUi::TabWindow& tabs) {
+    const auto selected = tabs.getSelected();
+    if (!selected || isNewTab(tabs, *selected)) return;
+    const vlWinUi::Rectangle tab = tabs.getTabRectangle(*selected);
+    openTabMenu(tabs, *selected, {tab.x, tab.y + tab.height});
+}
+
+bool mayBeCalled(const std::string& label) {
+    if (label != newTabLabel) return true;
+    vlWinUi::System::showHint("A tab cannot be called \"+\": that one makes new tabs.");
+    return false;
+}
+
+void newTab(vlWinUi::TabWindow& tabs) {
+    ContainerFocus::focusIn(CommonWindowInit::createNewTab(tabs, true));
+}
+
+void closeSelected(vlWinUi::TabWindow& tabs) {
+    if (const auto selected = tabs.getSelected()) CommonWindowInit::closeTab(tabs, *selected);
+}
+
+void moveSelected(vlWinUi::TabWindow& tabs, bool right) {
+    const auto from = tabs.getSelected();
+    if (!from || isNewTab(tabs, *from) || (!right && *from == 0)) return;
+    const std::size_t to = right ? *from + 1 : *from - 1;
+    if (to < tabs.getTabCount() && !isNewTab(tabs, to)) tabs.moveTab(*from, to);
+}
+
+void addKeys(vlWinUi::TabWindow& tabs) {
+    tabs.addShortcut("Ctrl+T", [&tabs] { newTab(tabs); });
+    tabs.addShortcut("Ctrl+W", [&tabs] { closeSelected(tabs); });
+    tabs.addShortcut("Ctrl+Tab", [&tabs] { tabs.cycle(true); });
+    tabs.addShortcut("Ctrl+Shift+Tab", [&tabs] { tabs.cycle(false); });
+    tabs.addShortcut("Ctrl+Shift+PgUp", [&tabs] { moveSelected(tabs, false); });
+    tabs.addShortcut("Ctrl+Shift+PgDown", [&tabs] { moveSelected(tabs, true); });
+    tabs.setMenuKeyCallback([&tabs] { openSelectedTabMenu(tabs); });
+    ContainerFocus::setUp(tabs);
 }
 
 } // namespace
@@ -62,9 +97,13 @@ void openTabsMenu(const std::string& tabsName, vlWinUi::Point screen) {
 void CommonWindowInit::setUpTabs(vlWinUi::TabWindow& tabs) {
     tabs.setTabSwitchCallback([&tabs](std::size_t, std::size_t to) {
         if (!isNewTab(tabs, to)) return true;
-        createNewTab(tabs, true);
+        newTab(tabs);
         return false;
     });
+    tabs.setTabRenameCallback(
+            [](std::size_t, const std::string& label) { return mayBeCalled(label); });
+    tabs.setTabCloseCallback([&tabs](std::size_t index) { closeTab(tabs, index); });
+    addKeys(tabs);
     tabs.setTabClickCallback(
             [&tabs](std::optional<std::size_t> index, const vlWinUi::ClickEvent& event) {
                 if (event.button != vlWinUi::ClickEvent::RIGHT || event.pressed) return;
@@ -78,26 +117,30 @@ void CommonWindowInit::setUpTabs(vlWinUi::TabWindow& tabs) {
 vlWinUi::Window& CommonWindowInit::createNewTab(vlWinUi::TabWindow& tabs, bool select) {
     const std::size_t at = tabs.indexOf(newTabLabel).value_or(tabs.getTabCount());
     vlWinUi::Window& page = *tabs.insertTab(at, "New Tab");
-    vlWinUi::GridLayout layout(1, 1);
-    layout.setInternalBorders(4, 4);
-    layout.addComponent(InterfaceContainerCreator::getInstance().createContainer(), 0, 0);
-    page.setLayout(std::move(layout));
+    page.setLayout(InterfaceContainerManipulator::layoutWith(
+            InterfaceContainerCreator::getInstance().createContainer()));
     if (select) tabs.select(at);
     return page;
 }
 
 vlWinUi::Window& CommonWindowInit::addContainer(vlWinUi::Window& page) {
-    vlWinUi::GridLayout& layout = *page.getLayout();
-    const unsigned column = layout.getColumnCount();
-    layout.insertColumn(column);
-    vlWinUi::Window& container = InterfaceContainerCreator::getInstance().createContainer();
-    layout.addComponent(container, column, 0, 1, layout.getRowCount());
-    layout.update();
-    return container;
+    return InterfaceContainerManipulator::addContainerAtEnd(page);
+}
+
+void CommonWindowInit::addNewTabTab(vlWinUi::TabWindow& tabs) {
+    tabs.addTab(newTabLabel);
+    tabs.setTabFixed(tabs.getTabCount() - 1);
+    tabs.setTabToolTip(tabs.getTabCount() - 1, "New tab (Ctrl+T)");
 }
 
 void CommonWindowInit::closeTab(vlWinUi::TabWindow& tabs, std::size_t index) {
     if (index >= tabs.getTabCount() || isNewTab(tabs, index)) return;
+    std::size_t others = 0;
+    for (std::size_t i = 0; i < tabs.getTabCount(); ++i)
+        if (i != index && !isNewTab(tabs, i)) ++others;
+    // With "+" alone there would be nothing to look at; the new one comes right of this one.
+    if (others == 0) createNewTab(tabs, false);
+    if (tabs.getSelected() == index && index == 0) tabs.select(1);
     InterfaceContainerCreator::getInstance().eraseInside(*tabs.getPage(index));
     tabs.removeTab(index);
 }

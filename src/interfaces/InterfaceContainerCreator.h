@@ -9,6 +9,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace vlEditor {
@@ -31,15 +32,25 @@ public:
     /// Null when the container is empty, or is none.
     Interface* getInterface(const vlWinUi::Window& container) const;
 
+    /// What it shows; nothing when it is empty, or is none.
+    std::optional<ContainerType> getType(const vlWinUi::Window& container) const;
+    bool isContainer(vlMemory::StringView name) const { return containers_.contains(name); }
+
+    /// Ends the container with what it shows. The cell that it was in stays, empty.
+    void eraseContainer(vlWinUi::Window& container);
     /// Ends every interface and container that is placed in the component.
     void eraseInside(const vlWinUi::Component& component);
     void eraseAll();
 
 private:
+    struct Content {
+        std::unique_ptr<Interface> shown;
+        ContainerType type{};
+    };
     static constexpr std::size_t typeCount = viewMenuEntries.size();
 
     std::array<Creator, typeCount + 1> creators_; ///< by number
-    std::map<std::string, std::unique_ptr<Interface>> containers_;
+    std::map<std::string, Content, std::less<>> containers_;
     unsigned nextNumber_ = 0;
 };
 

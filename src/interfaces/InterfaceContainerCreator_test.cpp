@@ -1,10 +1,6 @@
-#include "core/EditorLogger.h"
-#include "interfaces/CommonWindowInit.h"
-#include "interfaces/InterfaceContainerCreator.h"
+#include "interfaces/ContainerTest.h"
 
-#include <vlCommon/ThreadBorder.h>
-#include <vlWinUi/ComponentManager.h>
-#include <vlWinUi/System.h>
+#include <vlWinUi/EditBox.h>
 #include <vlWinUi/ToolBar.h>
 
 #include <gmock/gmock.h>
@@ -13,64 +9,9 @@ namespace vlEditor {
 namespace {
 
 using testing::ElementsAre;
-using vlWinUi::ComponentManager;
+using ContainerCreatorTest = ContainerTest;
 
-int liveInterfaces = 0;
-
-class FakeInterface final : public Interface {
-public:
-    FakeInterface()
-        : Interface(*ComponentManager::createOrRetrieve<vlWinUi::Window>("FAKE_" +
-                                                                         std::to_string(next_++))) {
-        ++liveInterfaces;
-    }
-    ~FakeInterface() override { --liveInterfaces; }
-    std::string title() const override { return "Fake"; }
-
-private:
-    inline static int next_ = 0;
-};
-
-class ContainerTest : public testing::Test {
-protected:
-    ContainerTest() {
-        vlCommon::ThreadBorder::claimUi();
-        vlWinUi::SystemOptions options;
-        options.headless = true;
-        EXPECT_TRUE(vlWinUi::System::initialize(options));
-        containers().setCreator(ContainerType::graph,
-                                [] { return std::make_unique<FakeInterface>(); });
-        tabs = ComponentManager::createOrRetrieve<vlWinUi::TabWindow>("TABS");
-        CommonWindowInit::setUpTabs(*tabs);
-        tabs->addTab("Scene");
-        tabs->addTab("+");
-    }
-    ~ContainerTest() override {
-        InterfaceContainerCreator::destroyInstance();
-        EXPECT_EQ(liveInterfaces, 0);
-        EditorLogger::destroyInstance();
-        vlWinUi::System::kill();
-    }
-
-    static InterfaceContainerCreator& containers() {
-        return InterfaceContainerCreator::getInstance();
-    }
-    std::vector<std::string> labels() const {
-        std::vector<std::string> texts;
-        for (std::size_t i = 0; i < tabs->getTabCount(); ++i) {
-            texts.push_back(tabs->getTabLabel(i));
-        }
-        return texts;
-    }
-    static std::string lastLine() {
-        const auto& lines = EditorLogger::getInstance().getKeptLines();
-        return lines.empty() ? "" : lines.back();
-    }
-
-    vlWinUi::TabWindow* tabs = nullptr;
-};
-
-TEST_F(ContainerTest, NamesNeverComeAgain) {
+TEST_F(ContainerCreatorTest, NamesNeverComeAgain) {
     EXPECT_EQ(containers().createContainer().getComponentName(), "CONTAINER_0");
     CommonWindowInit::createNewTab(*tabs, true);
     EXPECT_NE(ComponentManager::get("CONTAINER_1"), nullptr);
@@ -79,7 +20,7 @@ TEST_F(ContainerTest, NamesNeverComeAgain) {
     EXPECT_EQ(containers().createContainer().getComponentName(), "CONTAINER_2");
 }
 
-TEST_F(ContainerTest, TheViewMenuListsEveryKindInItsOrder) {
+TEST_F(ContainerCreatorTest, TheViewMenuListsEveryKindInItsOrder) {
     containers().createContainer();
     auto* bar = ComponentManager::get<vlWinUi::ToolBar>("CONTAINER_0_LBAR");
     vlWinUi::Menu* menu = bar->findMenu("View");
@@ -89,7 +30,7 @@ TEST_F(ContainerTest, TheViewMenuListsEveryKindInItsOrder) {
     EXPECT_EQ(menu->getItem(16).getLabel(), "Scripts View");
 }
 
-TEST_F(ContainerTest, AViewReplacesTheOneBefore) {
+TEST_F(ContainerCreatorTest, AViewReplacesTheOneBefore) {
     vlWinUi::Window& container = containers().createContainer();
     vlWinUi::Menu& menu =
             *ComponentManager::get<vlWinUi::ToolBar>("CONTAINER_0_LBAR")->findMenu("View");
@@ -98,10 +39,10 @@ TEST_F(ContainerTest, AViewReplacesTheOneBefore) {
     EXPECT_EQ(ComponentManager::get("CONTAINER_0_TITLE")->getText(), "Fake");
     menu.find("Graph Interaction View")->trigger();
     EXPECT_EQ(ComponentManager::get(first), nullptr);
-    EXPECT_EQ(liveInterfaces, 1);
+    EXPECT_EQ(FakeInterface::live, 1);
 }
 
-TEST_F(ContainerTest, AnUnavailableOrUnknownViewLeavesTheContainerAsItWas) {
+TEST_F(ContainerCreatorTest, AnUnavailableOrUnknownViewLeavesTheContainerAsItWas) {
     vlWinUi::Window& container = containers().createContainer();
     ASSERT_TRUE(containers().createInterface(container, ContainerType::graph));
     const Interface* shown = containers().getInterface(container);
@@ -115,26 +56,53 @@ TEST_F(ContainerTest, AnUnavailableOrUnknownViewLeavesTheContainerAsItWas) {
     EXPECT_EQ(containers().getInterface(container), shown);
 }
 
-TEST_F(ContainerTest, ANewTabStandsBeforeThePlus) {
+TEST_F(ContainerCreatorTest, ANewTabStandsBeforeThePlus) {
     CommonWindowInit::createNewTab(*tabs, true);
     EXPECT_THAT(labels(), ElementsAre("Scene", "New Tab", "+"));
     EXPECT_EQ(tabs->getSelected(), 1U);
 }
 
-TEST_F(ContainerTest, ClosingATabEndsItsViewsAndNoOthers) {
-    vlWinUi::Window& page = CommonWindowInit::createNewTab(*tabs, true);
-    CommonWindowInit::addContainer(page);
+TEST_F(ContainerCreatorTest, ClosingATabEndsItsViewsAndNoOthers) {
+    vlWinUi::Window& made = CommonWindowInit::createNewTab(*tabs, true);
+    CommonWindowInit::addContainer(made);
     vlWinUi::Window& elsewhere = containers().createContainer();
     for (const char* name : {"CONTAINER_0", "CONTAINER_1", "CONTAINER_2"}) {
         auto* container = ComponentManager::get<vlWinUi::Window>(name);
         ASSERT_TRUE(containers().createInterface(*container, ContainerType::graph));
     }
     CommonWindowInit::closeTab(*tabs, 2); // the plus
-    EXPECT_EQ(liveInterfaces, 3);
+    EXPECT_EQ(FakeInterface::live, 3);
     CommonWindowInit::closeTab(*tabs, 1);
-    EXPECT_EQ(liveInterfaces, 1);
+    EXPECT_EQ(FakeInterface::live, 1);
     EXPECT_NE(containers().getInterface(elsewhere), nullptr);
     EXPECT_THAT(labels(), ElementsAre("Scene", "+"));
+}
+
+TEST_F(ContainerCreatorTest, AClosedLastTabGivesWayToANewOneAndPlusIsNeverSelected) {
+    CommonWindowInit::closeTab(*tabs, 0);
+    EXPECT_THAT(labels(), ElementsAre("New Tab", "+"));
+    EXPECT_EQ(tabs->getSelected(), 0U);
+    CommonWindowInit::closeTab(*tabs, 0);
+    EXPECT_EQ(InterfaceContainerManipulator::getContainers(*tabs->getPage(0)).size(), 1U);
+    EXPECT_NE(ComponentManager::get("CONTAINER_1"), nullptr);
+    CommonWindowInit::createNewTab(*tabs, false);
+    CommonWindowInit::closeTab(*tabs, 0);
+    EXPECT_EQ(tabs->getSelected(), 0U);
+    tabs->cycle(true);
+    EXPECT_EQ(tabs->getSelected(), 0U);
+}
+
+TEST_F(ContainerCreatorTest, ATabIsNotCalledLikeTheOneThatMakesTabs) {
+    tabs->setVisible(true);
+    for (const auto& [typed, expected] : {std::pair("+", "Scene"), std::pair("Lights", "Lights")}) {
+        tabs->editTab(0);
+        auto* edit = ComponentManager::get<vlWinUi::EditBox>("TABS_RENAME");
+        ASSERT_NE(edit, nullptr);
+        edit->setText(typed);
+        tabs->editTab(0);
+        EXPECT_EQ(tabs->getTabLabel(0), expected);
+        edit->setText("");
+    }
 }
 
 } // namespace

@@ -99,6 +99,8 @@ std::unique_ptr<Interface> EngineWindowInterfaceCreator::create() {
     layout.addComponent(createScreenButton(base, surface), 1, 1);
     layout.addComponent(createCompositorBox(base, surface), 2, 1);
     root.setLayout(std::move(layout));
+    // A native window is not clipped by what scrolls it.
+    root.setScrolling(false);
     return std::make_unique<EngineWindowInterface>(root);
 }
 

@@ -58,7 +58,10 @@ ProgramRun::ProgramRun(const fs::path& folder,
     : out_(folder / "stdout.txt"), err_(folder / "stderr.txt") {
     std::vector<std::string> words{VL_EDITOR_PROGRAM};
     words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<std::string> variables = mergedEnvironment(environment);
+    // What one run keeps of its window must not change the next test's.
+    std::map<std::string, std::string> changes = environment;
+    changes.emplace("XDG_CONFIG_HOME", (folder / "config").string());
+    std::vector<std::string> variables = mergedEnvironment(std::move(changes));
     const std::vector<char*> argv = pointersTo(words);
     const std::vector<char*> envp = pointersTo(variables);
     const int out = open(out_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);

@@ -34,7 +34,8 @@ public:
     };
 
     /// `environment` adds to and replaces what this process has; an empty value removes the
-    /// variable.
+    /// variable. Settings are kept in the folder "config" of the run's own unless it says
+    /// otherwise.
     ProgramRun(const std::filesystem::path& folder,
                const std::vector<std::string>& arguments,
                const std::map<std::string, std::string>& environment = {});

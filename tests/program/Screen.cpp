@@ -123,6 +123,27 @@ void Screen::click(int x, int y, int button) const {
           std::to_string(button));
 }
 
+void Screen::doubleClick(int x, int y) const {
+    shell("xdotool mousemove " + std::to_string(x) + " " + std::to_string(y) +
+          " click --repeat 2 --delay 60 1");
+}
+
+void Screen::drag(int fromX, int fromY, int toX, int toY) const {
+    constexpr int steps = 6;
+    const auto move = [&](int step) {
+        return "mousemove " + std::to_string(fromX + (toX - fromX) * step / steps) + " " +
+               std::to_string(fromY + (toY - fromY) * step / steps) + " ";
+    };
+    std::string command = "xdotool " + move(0) + "mousedown 1 ";
+    for (int step = 1; step <= steps; ++step)
+        command += move(step) + "sleep 0.02 ";
+    shell(command + "mouseup 1");
+}
+
+void Screen::type(const std::string& text) const {
+    shell("xdotool type '" + text + "'");
+}
+
 void Screen::key(const std::string& name) const {
     shell("xdotool key " + name);
 }

@@ -30,6 +30,10 @@ public:
     /// The whole screen, RGBA8.
     vlImages::Image picture() const;
     void click(int x, int y, int button = 1) const;
+    void doubleClick(int x, int y) const;
+    /// With the left button, in a few steps.
+    void drag(int fromX, int fromY, int toX, int toY) const;
+    void type(const std::string& text) const;
     /// A key by xdotool's name, such as "Return" or "ctrl+s".
     void key(const std::string& name) const;
     void resize(const Window& window, int width, int height) const;

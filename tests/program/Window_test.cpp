@@ -19,8 +19,9 @@ namespace {
 class Editor {
 public:
     explicit Editor(
-            std::vector<std::string> arguments = {source("samples/gallery/gallery.vls").string()})
-        : run_(folder_.path(), arguments) {
+            std::vector<std::string> arguments = {source("samples/gallery/gallery.vls").string()},
+            const std::map<std::string, std::string>& environment = {})
+        : run_(folder_.path(), arguments, environment) {
         opened_ = eventually([this] {
             window_ = screen_.find("Vorlane Editor").value_or(Screen::Window());
             return window_.id != 0 || !run_.isRunning();
@@ -86,11 +87,11 @@ TEST(EditorWindow, ShowsTheSceneInBothThemesAndLeavesByTheMenu) {
     };
     EXPECT_LT(bar().r, 80);
     keep(editor.screen().picture(), "editor_dark");
-    editor.viewItem(1);
+    editor.viewItem(2);
     EXPECT_TRUE(eventually([&] { return bar().r > 200; }));
     EXPECT_TRUE(editor.showsScene());
     keep(editor.screen().picture(), "editor_light");
-    editor.viewItem(2);
+    editor.viewItem(3);
     EXPECT_TRUE(eventually([&] { return bar().r < 80; }));
     editor.leaveByMenu();
     editor.expectLeft();
@@ -134,6 +135,70 @@ TEST(EditorWindow, ClosesATabWhoseViewportDraws) {
     EXPECT_TRUE(editor.process().isRunning());
     editor.leaveByMenu();
     editor.expectLeft();
+}
+
+TEST(EditorWindow, KeepsWhatAPersonMakesOfTabsAndContainers) {
+    const Folder home;
+    const std::map<std::string, std::string> settings{{"XDG_CONFIG_HOME", home.path().string()}};
+    const std::vector<std::string> gallery{source("samples/gallery/gallery.vls").string()};
+    const auto kept = [&] { return textOf(home.path() / "vlEditor" / "layout.json"); };
+    {
+        Editor editor(gallery, settings);
+        ASSERT_TRUE(editor.isOpen()) << editor.process().err();
+        ASSERT_TRUE(editor.showsScene());
+        const Screen& screen = editor.screen();
+        const int x = editor.window().x;
+        const int y = editor.window().y;
+        // The viewport moves into a panel and gets smaller, while it draws.
+        screen.click(x + 700, y + 76, 3);
+        for (int i = 0; i < 6; ++i)
+            screen.key("Down");
+        screen.key("Return");
+        const auto viewEndsAt = [&](int height) {
+            return eventually([&] {
+                const auto picture = screen.picture();
+                return colorCount(picture, x + 400, y + 100, 300, height - 40) > 60 &&
+                       colorCount(picture, x + 400, y + height + 150, 300, 100) < 30;
+            });
+        };
+        EXPECT_TRUE(viewEndsAt(300));
+        screen.drag(x + 304, y + 300, x + 384, y + 300);
+        screen.doubleClick(x + 30, y + 40);
+        screen.type("Gallery");
+        screen.key("Return");
+        screen.key("ctrl+t");
+        // The new container's menu, by the keyboard alone: "Add container left".
+        screen.key("shift+F10");
+        for (int i = 0; i < 4; ++i)
+            screen.key("Down");
+        screen.key("Return");
+        // A signal would overtake the keys.
+        screen.key("ctrl+q");
+        editor.expectLeft();
+        for (const char* part : {"\"Gallery\"", "\"New Tab\"", "\"size\": 380.0", "\"rows\": true"})
+            EXPECT_THAT(kept(), HasSubstr(part));
+    }
+    const std::string before = kept();
+    std::size_t empty = 0;
+    for (std::size_t at = before.find("\"view\": \"\""); at != std::string::npos;
+         at = before.find("\"view\": \"\"", at + 1))
+        ++empty;
+    EXPECT_EQ(empty, 3U) << before;
+    Editor editor(gallery, settings);
+    ASSERT_TRUE(editor.isOpen()) << editor.process().err();
+    editor.screen().key("ctrl+Tab");
+    EXPECT_TRUE(eventually([&] {
+        return colorCount(editor.screen().picture(),
+                          editor.window().x + 420,
+                          editor.window().y + 120,
+                          500,
+                          180) > 60;
+    }));
+    keep(editor.screen().picture(), "editor_containers");
+    editor.screen().key("ctrl+Tab");
+    editor.screen().key("ctrl+q");
+    editor.expectLeft();
+    EXPECT_EQ(kept(), before);
 }
 
 TEST(EditorWindow, OpensDespiteABrokenProject) {

@@ -37,7 +37,9 @@ CellLayout::CellLayout(QWidget* parent) : QLayout(parent) {
     setSizeConstraint(SetNoConstraint);
 }
 
-CellLayout::~CellLayout() = default;
+CellLayout::~CellLayout() {
+    dropBorders();
+}
 
 void CellLayout::show(const GridLayout& grid) {
     std::vector<QPointer<QWidget>> before;
@@ -61,6 +63,8 @@ void CellLayout::show(const GridLayout& grid) {
         Component* component = Native::componentOf(widget);
         if (!kept && component != nullptr) component->native().takeOutOfView();
     }
+    dropBorders();
+    if (grid_.isDraggable()) makeBorders();
     invalidate();
 }
 
@@ -125,6 +129,7 @@ void CellLayout::setGeometry(const QRect& area) {
         // Past the item, which would hold one-line widgets to their smallest height.
         cell.item->widget()->setGeometry(within(cells, *cell.item));
     }
+    placeBorders(area, x, y);
 }
 
 QSize CellLayout::minimumSize() const {

@@ -1,9 +1,12 @@
+#include "Call.h"
 #include "Native.h"
 #include "Text.h"
 
 #include <vlCommon/ThreadBorder.h>
 #include <vlWinUi/Component.h>
 
+#include <QShortcut>
+#include <QStyle>
 #include <QWidget>
 
 namespace vlWinUi {
@@ -74,6 +77,15 @@ std::string Component::getToolTip() const {
     return fromQt(native_->widget->toolTip());
 }
 
+void Component::setMarked(bool marked) {
+    QWidget& shown = *native_->widget;
+    if (shown.property("marked").toBool() == marked) return;
+    shown.setProperty("marked", marked);
+    shown.style()->unpolish(&shown);
+    shown.style()->polish(&shown);
+    shown.update();
+}
+
 void Component::setAccessibleName(vlMemory::StringView name) {
     native_->widget->setAccessibleName(toQt(name));
 }
@@ -91,6 +103,36 @@ void Component::focusWindow() {
 
 bool Component::hasFocus() const {
     return native_->widget->hasFocus();
+}
+
+bool Component::focusInside() {
+    vlCommon::assertUiThread();
+    QWidget* outer = native_->widget;
+    for (QWidget* at = outer->nextInFocusChain(); at != outer; at = at->nextInFocusChain()) {
+        if (!outer->isAncestorOf(at) || !at->isVisible() || !at->isEnabled()) continue;
+        if ((at->focusPolicy() & Qt::TabFocus) == 0) continue;
+        at->setFocus(Qt::TabFocusReason);
+        return true;
+    }
+    return false;
+}
+
+void Component::setKeyFilter(std::function<bool(const KeyEvent&)> filter) {
+    native_->keyFilter = std::move(filter);
+}
+
+void Component::setMenuKeyCallback(std::function<void()> callback) {
+    native_->menuKey = std::move(callback);
+}
+
+void Component::addShortcut(vlMemory::StringView keys, std::function<void()> callback) {
+    vlCommon::assertUiThread();
+    auto* shortcut =
+            new QShortcut(QKeySequence(toQt(keys), QKeySequence::PortableText), native_->widget);
+    QObject::connect(shortcut,
+                     &QShortcut::activated,
+                     native_.get(),
+                     [callback = std::move(callback)] { call(callback); });
 }
 
 void Component::setClickCallback(std::function<void(const ClickEvent&)> callback) {

@@ -118,8 +118,10 @@ TEST_F(ComponentManagerTest, TheDefaultPlacementFitsTheScreen) {
 using TabWindowTest = test::WinUiTest;
 
 /// Where a person would click a tab.
-void clickTab(TabWindow& tabs, int x) {
-    test::click(tabs, x, 10);
+void clickTab(TabWindow& tabs, std::size_t index) {
+    const Rectangle tab = tabs.getTabRectangle(index);
+    const Point origin = tabs.getPositionInScreen();
+    test::click(tabs, tab.x - origin.x + 12, tab.y - origin.y + tab.height / 2);
 }
 
 TEST_F(TabWindowTest, ASwitchIsAskedForAndMayBeRefused) {
@@ -135,10 +137,10 @@ TEST_F(TabWindowTest, ASwitchIsAskedForAndMayBeRefused) {
         EXPECT_EQ(to, 1U);
         return allow;
     });
-    clickTab(tabs, 90);
+    clickTab(tabs, 1);
     EXPECT_EQ(tabs.getSelected(), 0U);
     allow = true;
-    clickTab(tabs, 90);
+    clickTab(tabs, 1);
     EXPECT_EQ(tabs.getSelected(), 1U);
     EXPECT_EQ(asked, 2);
     tabs.select(0);
@@ -156,7 +158,7 @@ TEST_F(TabWindowTest, TheRefusedTabMayMakeAndSelectANewOne) {
         tabs.select(to);
         return false;
     });
-    clickTab(tabs, 80);
+    clickTab(tabs, 1);
     ASSERT_EQ(tabs.getTabCount(), 3U);
     EXPECT_EQ(tabs.getTabLabel(2), "+");
     EXPECT_EQ(tabs.getSelected(), 1U);

@@ -45,7 +45,7 @@ MenuItem& ContextMenu::addItem(vlMemory::StringView label, std::function<void()>
 
 void ContextMenu::open(Point screen) {
     vlCommon::assertUiThread();
-    widgetAs<QMenu>(*this).popup(QPoint(screen.x, screen.y));
+    getMenu().open(screen);
 }
 
 void ContextMenu::close() {

@@ -10,6 +10,7 @@
 namespace vlWinUi {
 
 ElidedLabel::ElidedLabel() : QWidget(nullptr) {
+    setAttribute(Qt::WA_StyledBackground);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
 }
 

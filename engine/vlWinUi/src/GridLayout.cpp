@@ -139,8 +139,9 @@ void GridLayout::setInternalBorders(unsigned width, unsigned height) {
     borderHeight_ = height;
 }
 
-void GridLayout::ignoreInternalBorder(unsigned x, unsigned y) {
-    if (!isInternalBorderIgnored(x, y)) borderless_.emplace_back(x, y);
+void GridLayout::ignoreInternalBorder(unsigned x, unsigned y, bool ignored) {
+    std::erase(borderless_, std::pair(x, y));
+    if (ignored) borderless_.emplace_back(x, y);
 }
 
 bool GridLayout::isInternalBorderIgnored(unsigned x, unsigned y) const {

@@ -61,6 +61,11 @@ std::uint32_t scanCodeOf(const QKeyEvent& event, const KeyCode* known) {
     return found == std::end(EXTENDED) ? 0 : (*found)[1];
 }
 
+std::string typedBy(const QKeyEvent& event) {
+    const QString text = event.text();
+    return !text.isEmpty() && text.front().isPrint() ? text.toStdString() : std::string();
+}
+
 } // namespace
 
 int qtKeyOf(std::uint32_t virtualKey) {
@@ -79,6 +84,7 @@ KeyEvent keyOf(const QKeyEvent& event, bool pressed) {
             .shift = event.modifiers().testFlag(Qt::ShiftModifier),
             .control = event.modifiers().testFlag(Qt::ControlModifier),
             .alt = event.modifiers().testFlag(Qt::AltModifier),
+            .text = typedBy(event),
     };
 }
 

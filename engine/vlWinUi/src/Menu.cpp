@@ -109,6 +109,16 @@ MenuItem* Menu::find(vlMemory::StringView label) {
     return found == state_->items.end() ? nullptr : found->get();
 }
 
+void Menu::open(Point screen) {
+    vlCommon::assertUiThread();
+    if (QMenu* menu = state_->menu) menu->popup(QPoint(screen.x, screen.y));
+}
+
+bool Menu::isOpen() const {
+    const QMenu* menu = state_->menu;
+    return menu != nullptr && menu->isVisible();
+}
+
 void Menu::setOpenCallback(std::function<void()> callback) {
     state_->opening = std::move(callback);
 }

@@ -1,9 +1,12 @@
 #include "Native.h"
 
 #include "Call.h"
+#include "KeyCodes.h"
 #include "Text.h"
 
+#include <QContextMenuEvent>
 #include <QHash>
+#include <QKeyEvent>
 #include <QMouseEvent>
 
 namespace vlWinUi {
@@ -67,7 +70,38 @@ void Native::listenTo(QWidget* part) {
     part->installEventFilter(this);
 }
 
+bool Native::isMenuKey(const QEvent& event) {
+    if (event.type() == QEvent::ContextMenu)
+        return static_cast<const QContextMenuEvent&>(event).reason() == QContextMenuEvent::Keyboard;
+    if (event.type() != QEvent::KeyPress) return false;
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    return key.key() == Qt::Key_F10 && key.modifiers() == Qt::ShiftModifier;
+}
+
+bool Native::askForMenu(const QWidget* at) {
+    for (; at != nullptr; at = at->parentWidget()) {
+        const Native* native = natives().value(at, nullptr);
+        if (native == nullptr || !native->menuKey) continue;
+        call(native->menuKey);
+        return true;
+    }
+    return false;
+}
+
+bool Native::handleKeys(QEvent& event) {
+    if (keyFilter && event.type() == QEvent::KeyPress) {
+        const auto filter = keyFilter;
+        const QPointer<QObject> self = this;
+        if (filter(keyOf(static_cast<QKeyEvent&>(event), true)) || self.isNull()) return true;
+    }
+    if (!menuKey || !isMenuKey(event)) return false;
+    event.accept();
+    call(menuKey);
+    return true;
+}
+
 bool Native::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == widget && handleKeys(*event)) return true;
     if (!click || !isClick(event->type())) return false;
     auto* part = static_cast<QWidget*>(watched);
     if (!part->isEnabled()) return false;

@@ -29,14 +29,22 @@ struct Native : QObject {
     void updateToolTip();
 
     static Component* componentOf(const QObject* widget);
-
+    /// Hands the menu key to the nearest component at or around the widget that wants it.
+    static bool askForMenu(const QWidget* at);
+    static bool isMenuKey(const QEvent& event);
     QWidget* widget; ///< never null: what it is placed in goes after it
     Component* component = nullptr;
     std::function<void(const ClickEvent&)> click;
+    std::function<bool(const KeyEvent&)> keyFilter;
+    std::function<void()> menuKey;
     std::unique_ptr<GridLayout> layout;
     std::string toolTip;
     std::string disabledReason;
     int quiet = 0; ///< more than 0: code is changing the widget
+
+private:
+    /// True when the key is not to go on, perhaps because the component is gone.
+    bool handleKeys(QEvent& event);
 };
 
 ClickEvent clickOf(const QMouseEvent& event, bool pressed);

@@ -31,6 +31,7 @@ struct Registry {
     const Theme* activeTheme = nullptr;
     Style* style = nullptr; ///< the application's; not owned
     std::function<bool(Component&)> close;
+    std::function<void(Component*)> focus;
 };
 
 } // namespace vlWinUi

@@ -1,5 +1,7 @@
 #include "ScrollPanel.h"
 
+#include "SurfaceNative.h"
+
 #include <QApplication>
 #include <QLayout>
 #include <QScrollBar>
@@ -32,6 +34,11 @@ ScrollPanel::ScrollPanel()
 
 QSize ScrollPanel::contentMinimum() const {
     return content_->layout() == nullptr ? QSize(0, 0) : content_->layout()->minimumSize();
+}
+
+void ScrollPanel::setScrolling(bool scrolling) {
+    scrolling_ = scrolling;
+    updateGeometry();
 }
 
 bool ScrollPanel::event(QEvent* event) {
@@ -72,6 +79,7 @@ void ScrollPanel::arrange() {
 void ScrollPanel::scroll() {
     content_->move(across_->isHidden() ? 0 : -across_->value(),
                    down_->isHidden() ? 0 : -down_->value());
+    SurfaceNative::clipInside(*content_);
 }
 
 void ScrollPanel::reveal(const QWidget* focused) {

@@ -17,7 +17,9 @@ public:
     QSize contentMinimum() const;
     /// Scrolls until the widget inside is in view.
     void reveal(const QWidget* focused);
-    QSize minimumSizeHint() const override { return {24, 24}; }
+    /// False: it asks for what the content needs.
+    void setScrolling(bool scrolling);
+    QSize minimumSizeHint() const override { return scrolling_ ? QSize(24, 24) : contentMinimum(); }
     QSize sizeHint() const override { return contentMinimum(); }
 
 protected:
@@ -34,6 +36,7 @@ private:
     QWidget* content_;
     QScrollBar* across_;
     QScrollBar* down_;
+    bool scrolling_ = true;
 };
 
 } // namespace vlWinUi

@@ -38,4 +38,8 @@ void Static::setEmphasised(bool emphasised) {
     widgetAs<ElidedLabel>(*this).setFont(font);
 }
 
+void Static::setFocusable(bool focusable) {
+    native().widget->setFocusPolicy(focusable ? Qt::StrongFocus : Qt::NoFocus);
+}
+
 } // namespace vlWinUi

@@ -84,6 +84,8 @@ void Style::drawPrimitive(PrimitiveElement element,
         return drawCheckBox(*option, *painter);
     case PE_IndicatorBranch:
         return drawBranch(*option, *painter);
+    case PE_IndicatorTabClose:
+        return drawCross(*option, *painter);
     case PE_IndicatorMenuCheckMark:
         return drawTick(*painter, option->rect, enabled ? shades_->text : shades_->disabled);
     case PE_FrameFocusRect:
@@ -105,6 +107,28 @@ void Style::drawCheckBox(const QStyleOption& option, QPainter& painter) const {
     if (!enabled) border = shades_->border;
     drawBox(painter, option.rect, fill, border);
     if (on) drawTick(painter, option.rect, enabled ? shades_->accentText : shades_->disabled);
+}
+
+/// Of a tab: quiet until the mouse is on it.
+void Style::drawCross(const QStyleOption& option, QPainter& painter) const {
+    const bool hovered =
+            option.state.testFlag(State_Raised) ||
+            (option.state.testFlag(State_MouseOver) && option.state.testFlag(State_Enabled));
+    const QRectF area = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (hovered) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(shades_->raisedHover);
+        painter.drawRoundedRect(area, RADIUS, RADIUS);
+    }
+    painter.setPen(
+            QPen(hovered ? shades_->text : shades_->muted, 1.3, Qt::SolidLine, Qt::RoundCap));
+    const QPointF middle = area.center();
+    constexpr qreal reach = 3.2;
+    painter.drawLine(middle - QPointF(reach, reach), middle + QPointF(reach, reach));
+    painter.drawLine(middle - QPointF(reach, -reach), middle + QPointF(reach, -reach));
+    painter.restore();
 }
 
 void Style::drawBranch(const QStyleOption& option, QPainter& painter) const {
@@ -187,6 +211,8 @@ int Style::pixelMetric(PixelMetric metric,
     case PM_CheckBoxLabelSpacing:
         return 7;
     case PM_SmallIconSize:
+    case PM_TabCloseIndicatorWidth:
+    case PM_TabCloseIndicatorHeight:
         return 16;
     default:
         return QProxyStyle::pixelMetric(metric, option, widget);

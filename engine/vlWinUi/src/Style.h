@@ -43,6 +43,7 @@ public:
 
 private:
     void drawCheckBox(const QStyleOption& option, QPainter& painter) const;
+    void drawCross(const QStyleOption& option, QPainter& painter) const;
     void drawBranch(const QStyleOption& option, QPainter& painter) const;
     void drawComboBox(const QStyleOptionComplex& option, QPainter& painter) const;
 

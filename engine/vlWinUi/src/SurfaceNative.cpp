@@ -11,6 +11,8 @@
 #include <QPlatformSurfaceEvent>
 #include <QWheelEvent>
 
+#include <vector>
+
 namespace vlWinUi {
 
 /** The native window that is drawn into from outside. */
@@ -37,6 +39,29 @@ void PictureWidget::paintEvent(QPaintEvent*) {
     painter.drawImage(QPoint(0, 0), picture_);
 }
 
+namespace {
+
+std::vector<SurfaceNative*>& nativeWindows() {
+    static std::vector<SurfaceNative*> all;
+    return all;
+}
+
+} // namespace
+
+void SurfaceNative::clipInside(const QWidget& scrolled) {
+    for (SurfaceNative* native : nativeWindows()) {
+        if (native->windowGuard == nullptr || !scrolled.isAncestorOf(native->widget)) continue;
+        if (!native->widget->isVisible()) continue;
+        const QRect whole = native->widget->rect();
+        const QRect shown = native->widget->visibleRegion().boundingRect();
+        const bool cut = shown != whole;
+        // An empty region would be none at all.
+        const QRect rest = shown.isEmpty() ? QRect(0, 0, 1, 1) : shown;
+        if (cut || native->clipped) native->window->setMask(cut ? QRegion(rest) : QRegion());
+        native->clipped = cut;
+    }
+}
+
 std::unique_ptr<SurfaceNative> SurfaceNative::make() {
     // Other platforms also hand out X interfaces that lead nowhere: the name is what counts.
     if (QGuiApplication::platformName() != "xcb")
@@ -52,10 +77,13 @@ SurfaceNative::SurfaceNative(QWidget* shown, SurfaceWindow* drawnInto)
     widget->setMinimumSize(1, 1);
     if (window == nullptr) return;
     window->installEventFilter(this);
+    window->setProperty(WIDGET, QVariant::fromValue(static_cast<QObject*>(widget)));
     window->create();
+    nativeWindows().push_back(this);
 }
 
 SurfaceNative::~SurfaceNative() {
+    std::erase(nativeWindows(), this);
     if (windowGuard != nullptr) windowGuard->removeEventFilter(this);
 }
 
@@ -110,8 +138,12 @@ void SurfaceNative::handle(QEvent& event) {
         call(wheeled,
              static_cast<float>(static_cast<QWheelEvent&>(event).angleDelta().y()) / 120.0F);
         break;
+    case QEvent::ContextMenu:
+        if (isMenuKey(event)) askForMenu(widget);
+        break;
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
+        if (isMenuKey(event) && askForMenu(widget)) break;
         call(key, keyOf(static_cast<QKeyEvent&>(event), event.type() == QEvent::KeyPress));
         break;
     case QEvent::PlatformSurface:

@@ -12,7 +12,13 @@ class SurfaceWindow;
 
 /** What a Surface stands on: an X window in a container, or a widget that shows pictures. */
 struct SurfaceNative final : Native {
+    /// The native window's property that says which widget it is in.
+    static constexpr const char* WIDGET = "vlWidget";
+
     static std::unique_ptr<SurfaceNative> make();
+    /// What scrolls has moved: native windows inside, which it does not clip, show only what lies
+    /// within all that is around them.
+    static void clipInside(const QWidget& scrolled);
     explicit SurfaceNative(QWidget* shown, SurfaceWindow* drawnInto);
     ~SurfaceNative() override;
 
@@ -24,6 +30,7 @@ struct SurfaceNative final : Native {
     QPointer<QObject> windowGuard;
     SurfaceWindow* window = nullptr; ///< null for pictures
     bool exposed = false;
+    bool clipped = false;
     QSize size; ///< physical pixels, as last told
 
     std::function<void(bool)> exposeChanged;

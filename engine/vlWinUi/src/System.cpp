@@ -137,6 +137,7 @@ void System::kill() {
     Wakeup::getInstance().close();
     Invoker::getInstance().close();
     Registry::slot()->close = nullptr;
+    Registry::slot()->focus = nullptr;
     Registry::slot()->components.clear();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     Registry::slot().reset();

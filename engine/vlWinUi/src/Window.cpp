@@ -1,4 +1,5 @@
 #include "Log.h"
+#include "ScrollPanel.h"
 #include "Text.h"
 #include "WindowNative.h"
 
@@ -29,6 +30,28 @@ void Window::setRectangle(const Rectangle& rectangle) {
     if (!native.placed) return;
     native.placed = false;
     native.place();
+}
+
+Rectangle Window::getRectangle() const {
+    const QWidget& widget = *native().widget;
+    const bool filled = widget.isMaximized() || widget.isFullScreen();
+    const QRect at = filled ? widget.normalGeometry() : widget.geometry();
+    return {at.x(), at.y(), at.width(), at.height()};
+}
+
+void Window::setMaximized(bool maximized) {
+    vlCommon::assertUiThread();
+    QWidget& widget = *native().widget;
+    if (widget.isWindow() && widget.isMaximized() != maximized)
+        widget.setWindowState(widget.windowState() ^ Qt::WindowMaximized);
+}
+
+bool Window::isMaximized() const {
+    return native().widget->isMaximized();
+}
+
+void Window::setScrolling(bool scrolling) {
+    nativeAs<WindowNative>(*this).panel->setScrolling(scrolling);
 }
 
 void Window::setVisibleOnLoad(bool visible) {

@@ -48,7 +48,9 @@ void WindowNative::place() {
     size = size.expandedTo(widget->minimumSize());
     const QRect around = front != nullptr && front->isVisible() ? front->geometry() : screen;
     QPoint at(rectangle.x, rectangle.y);
-    if (at.isNull()) at = around.center() - QPoint(size.width() / 2, size.height() / 2);
+    // Where a screen was that is not there any more, nobody would find it.
+    if (at.isNull() || QGuiApplication::screenAt(at + QPoint(size.width() / 2, 10)) == nullptr)
+        at = around.center() - QPoint(size.width() / 2, size.height() / 2);
     widget->setGeometry(QRect(at, size));
     if (front == nullptr) return;
     widget->winId();

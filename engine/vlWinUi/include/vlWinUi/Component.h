@@ -4,6 +4,7 @@
 #include <vlWinUi/ComponentType.h>
 #include <vlWinUi/Geometry.h>
 #include <vlWinUi/GridLayout.h>
+#include <vlWinUi/KeyEvent.h>
 
 #include <any>
 #include <functional>
@@ -55,12 +56,28 @@ public:
     void setToolTip(vlMemory::StringView text);
     /// The tooltip that is shown now.
     std::string getToolTip() const;
+    /// Underlined in the accent colour, as the one of several that counts now. For Static and
+    /// ToolBar.
+    void setMarked(bool marked);
     /// What a screen reader calls a component that has no text of its own.
     void setAccessibleName(vlMemory::StringView name);
+
+    /// Sees each key that is pressed while the component itself has the keyboard focus, before the
+    /// component does; true takes the key away from it.
+    void setKeyFilter(std::function<bool(const KeyEvent&)> filter);
+    /// The menu key or Shift+F10, in the component or in something inside it that has no menu of
+    /// its own.
+    void setMenuKeyCallback(std::function<void()> callback);
+    /// Keys ("Ctrl+T") that work anywhere in the component's window, as long as the component
+    /// lives.
+    void addShortcut(vlMemory::StringView keys, std::function<void()> callback);
 
     /// Gives it the keyboard focus, and brings its window to the front.
     void focusWindow();
     bool hasFocus() const;
+    /// Gives the keyboard focus to the first thing inside, in the order of the tab key, that takes
+    /// it. False when there is none.
+    bool focusInside();
 
     /// Presses and releases of any mouse button over the component itself.
     void setClickCallback(std::function<void(const ClickEvent&)> callback);

@@ -1,5 +1,6 @@
 #pragma once
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -66,9 +67,19 @@ public:
     void setInternalBorders(unsigned width, unsigned height);
     unsigned getInternalBorderWidth() const { return borderWidth_; }
     unsigned getInternalBorderHeight() const { return borderHeight_; }
-    /// What is placed with its top left corner in this cell fills its cells wholly.
-    void ignoreInternalBorder(unsigned x, unsigned y);
+    /// What is placed with its top left corner in this cell fills its cells wholly, or, with false,
+    /// does not any more.
+    void ignoreInternalBorder(unsigned x, unsigned y, bool ignored = true);
     bool isInternalBorderIgnored(unsigned x, unsigned y) const;
+
+    /// Lets the person drag the borders between columns and between rows. The two neighbours keep
+    /// their sum, and none becomes too small for what is in it. A fixed one stays fixed at its new
+    /// size; the others change weights, and keep the sum of these. A double click frees both and
+    /// halves their room. Off unless set.
+    void setDraggable(bool draggable) { draggable_ = draggable; }
+    bool isDraggable() const { return draggable_; }
+    /// The person has changed sizes, once for each drag.
+    void setDragCallback(std::function<void()> callback) { dragged_ = std::move(callback); }
 
     /// Shows the changes made since it was handed over.
     void update();
@@ -76,6 +87,7 @@ public:
 private:
     friend class Component;
     friend class ComponentManager;
+    friend class CellLayout;
 
     void renameComponent(const std::string& name, const std::string& newName);
 
@@ -85,6 +97,8 @@ private:
     std::vector<std::pair<unsigned, unsigned>> borderless_;
     unsigned borderWidth_ = 2;
     unsigned borderHeight_ = 2;
+    bool draggable_ = false;
+    std::function<void()> dragged_;
     Component* owner_ = nullptr; // once handed over
 };
 

@@ -14,6 +14,12 @@ public:
     static void setCloseCallback(std::function<bool(Component&)> callback);
     /// As if the person had closed it.
     static void requestClose(Component& component);
+
+    /// The component with the keyboard focus, or the innermost one around what has it. Null when
+    /// the program has no focus.
+    static Component* getFocused();
+    /// Told when that changes.
+    static void setFocusCallback(std::function<void(Component* focused)> callback);
 };
 
 } // namespace vlWinUi

@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <string>
 
 namespace vlWinUi {
 
@@ -15,6 +16,7 @@ struct KeyEvent {
     bool shift = false;
     bool control = false;
     bool alt = false;
+    std::string text; ///< what it types, UTF-8; control characters are left out
 };
 
 } // namespace vlWinUi

@@ -1,5 +1,6 @@
 #pragma once
 #include <vlMemory/String.h>
+#include <vlWinUi/Geometry.h>
 #include <vlWinUi/MenuItem.h>
 
 #include <cstddef>
@@ -31,6 +32,9 @@ public:
     MenuItem& getItem(std::size_t index);
     /// Null when no item of this menu has that label.
     MenuItem* find(vlMemory::StringView label);
+    /// Returns at once; the menu closes by a choice or a click beside it.
+    void open(Point screen);
+    bool isOpen() const;
     /// Before each opening: to enable, disable and rename items.
     void setOpenCallback(std::function<void()> callback);
 

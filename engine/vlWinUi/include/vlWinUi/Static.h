@@ -27,6 +27,8 @@ public:
     void setAlignment(Alignment alignment);
     /// Drawn stronger, as a title.
     void setEmphasised(bool emphasised);
+    /// The tab key and clicks give it the keyboard focus; false unless set.
+    void setFocusable(bool focusable);
 
 private:
     friend class ComponentFactory;

@@ -7,7 +7,9 @@
 namespace vlWinUi {
 
 /** Pages behind tabs; one is in view. A page is a Window that the tab window makes (its name, then
- *  "_TAB_" and a number that is never used again). UI thread only. */
+ *  "_TAB_" and a number that is never used again). The person may move tabs by dragging, rename
+ * them in place by a double click or F2 (the edit is the EditBox of the tab window's name, then
+ * "_RENAME") and ask for their end by their cross or the middle button. UI thread only. */
 class TabWindow final : public Component {
 public:
     static constexpr ComponentType TYPE = ComponentType::TabWindow;
@@ -26,6 +28,16 @@ public:
     Window* detachTab(std::size_t index);
     void renameTab(std::size_t index, vlMemory::StringView label);
     void setTabToolTip(std::size_t index, vlMemory::StringView text);
+    /// The person can neither move, rename nor close it, has no other tab pass it, and the keyboard
+    /// and the wheel step over it.
+    void setTabFixed(std::size_t index);
+    bool isTabFixed(std::size_t index) const;
+    /// Before the tab that is at `to` now, or behind it when it comes from the left.
+    void moveTab(std::size_t from, std::size_t to);
+    /// Starts renaming in the tab itself: Enter and leaving accept, Escape refuses. Nothing for a
+    /// fixed tab.
+    void editTab(std::size_t index);
+    bool isEditing() const;
 
     std::size_t getTabCount() const;
     std::string getTabLabel(std::size_t index) const;
@@ -36,6 +48,10 @@ public:
     /// Without a callback.
     void select(std::size_t index);
     std::optional<std::size_t> getSelected() const;
+    /// To the next tab that is not fixed, from the last one to the first, as a person does.
+    void cycle(bool forward);
+    /// Where the tab itself is on the screen, for menus and automation.
+    Rectangle getTabRectangle(std::size_t index) const;
 
     /// Asked before a person's switch takes place, with the two tabs' indices; false refuses it. It
     /// may add, select and remove tabs itself.
@@ -43,6 +59,12 @@ public:
     /// Any button, on a tab; nothing when beside the tabs.
     void setTabClickCallback(
             std::function<void(std::optional<std::size_t> index, const ClickEvent&)> callback);
+    /// Asked before the person's new label is taken; false refuses it. An empty one is refused
+    /// without asking.
+    void
+    setTabRenameCallback(std::function<bool(std::size_t index, const std::string& label)> callback);
+    /// The cross or the middle button. The tab is still there; without a callback it stays.
+    void setTabCloseCallback(std::function<void(std::size_t index)> callback);
 
 private:
     friend class ComponentFactory;

@@ -18,6 +18,14 @@ public:
     /// All zero: centred, 1280 by 800 or 85 % of the screen if that is less. Kept until it is
     /// shown.
     void setRectangle(const Rectangle& rectangle);
+    /// Of a top-level window, without its frame; the one that it goes back to while it is maximised
+    /// or full screen.
+    Rectangle getRectangle() const;
+    void setMaximized(bool maximized);
+    bool isMaximized() const;
+    /// What does not fit scrolls, unless this is false: then the window asks those around it for
+    /// the room that its content needs. True unless set.
+    void setScrolling(bool scrolling);
     /// Whether load() shows it; true unless set.
     void setVisibleOnLoad(bool visible);
     /// Places a top-level window for the first time, and shows it if it is visible on load.
