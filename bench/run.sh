@@ -31,11 +31,14 @@ one() {
 }
 entities=("$bin/entities")
 messages=("$bin/messages")
+log_burst=("$bin/log_burst")
 if few; then
     entities+=(--rounds 3 --frames 8)
     messages+=(--benchmark_repetitions=3 --benchmark_min_time=0.05)
+    log_burst+=(3)
 fi
 one messages "${messages[@]}"
+one log "${log_burst[@]}"
 one entities "${entities[@]}"
 one start "$bench/startup.sh" "$bin"
 one import "$bench/import.sh" "$bin"

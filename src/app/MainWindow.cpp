@@ -2,6 +2,7 @@
 
 #include "app/ClosePath.h"
 #include "app/Icon.h"
+#include "app/JobStatus.h"
 #include "app/Themes.h"
 #include "app/ViewTabs.h"
 #include "core/EditorLogger.h"
@@ -42,6 +43,7 @@ void MainWindow::create() {
     layout.addComponent(bar, 0, 0);
     layout.addComponent(*tabs_, 0, 1);
     window_->setLayout(std::move(layout));
+    JobStatus::create(*window_);
     EditorLogger::getInstance().addWindow(*this);
 }
 

@@ -6,6 +6,8 @@
 #include "core/EngineHandler.h"
 #include "core/MessageOrchestrator.h"
 #include "core/MessageRegistry.h"
+#include "core/WorkerPool.h"
+#include "interfaces/CommandInterpreter.h"
 #include "interfaces/InterfaceContainerCreator.h"
 #include "interfaces/PickLists.h"
 #include "scene/GraphElementUiDataTracker.h"
@@ -24,6 +26,9 @@ namespace {
 void endEngine() {
     EngineHandler::getInstance();
     EngineHandler::destroyInstance();
+    // A job that runs may reach for the pool to its end.
+    WorkerPool::getInstance().stop();
+    WorkerPool::destroyInstance();
     // The contexts go while their windows still exist.
     EngineWindowEngineDataTracker::destroyInstance();
     GraphManager::destroyInstance();
@@ -33,6 +38,7 @@ void endEngine() {
 
 void endInterfaces() {
     InterfaceContainerCreator::destroyInstance();
+    CommandInterpreter::destroyInstance();
     MainWindow::destroyInstance();
     // Nobody is left to run what the interfaces have posted at their end.
     MessageOrchestrator::getInstance().discard();

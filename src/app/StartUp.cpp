@@ -10,8 +10,10 @@
 #include "core/EditorLogger.h"
 #include "core/EngineHandler.h"
 #include "core/MessageOrchestrator.h"
+#include "core/WorkerPool.h"
 #include "interfaces/CommonWindowInit.h"
 #include "interfaces/InterfaceContainerCreator.h"
+#include "interfaces/LogInterfaceCreator.h"
 #include "interfaces/PickListDialog.h"
 #include "interfaces/PickLists.h"
 #include "project/OpenProject.h"
@@ -37,6 +39,9 @@
 namespace vlEditor {
 namespace {
 
+// A burst of messages then leaves room for the person's clicks and for drawing.
+constexpr std::chrono::milliseconds longestDrain{8};
+
 bool refuse(const std::string& line) {
     std::cerr << "vlEditor: " << line << '\n';
     return false;
@@ -59,6 +64,7 @@ bool startWindowSystem(const CommandLine& commandLine) {
 // What both threads reach for exists before there are two.
 void createShared() {
     MessageOrchestrator::getInstance();
+    WorkerPool::getInstance();
     EditorLogger::getInstance().attach();
     EngineSurfaceTable::getInstance();
     registerAllMessages(MessageRegistry::getInstance());
@@ -66,7 +72,7 @@ void createShared() {
 
 void installCallbacks() {
     vlWinUi::System::setRunCallback([] {
-        MessageOrchestrator::getInstance().drainUi();
+        MessageOrchestrator::getInstance().drainUiFor(longestDrain);
         return true;
     });
     vlWinUi::InputSystem::setCloseCallback(ClosePath::close);
@@ -93,6 +99,7 @@ void createViews(const CommandLine& commandLine) {
 void registerInterfaces() {
     auto& containers = InterfaceContainerCreator::getInstance();
     containers.setCreator(ContainerType::engineWindow, EngineWindowInterfaceCreator::create);
+    containers.setCreator(ContainerType::log, LogInterfaceCreator::create);
     containers.setCreator(ContainerType::graph, GraphInterface::create);
 }
 

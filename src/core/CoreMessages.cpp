@@ -3,6 +3,7 @@
 #include "core/LogMessage.h"
 #include "core/RenderingScriptMessage.h"
 #include "core/ScriptSubmitMessage.h"
+#include "core/WorkerJobsMessage.h"
 
 namespace vlEditor {
 
@@ -10,6 +11,7 @@ void registerCoreMessages(MessageRegistry& registry) {
     registry.add<LogMessage>(MessageQueue::ui);
     registry.add<ScriptSubmitMessage>(MessageQueue::graphics);
     registry.add<RenderingScriptMessage>(MessageQueue::graphics);
+    registry.add<WorkerJobsMessage>(MessageQueue::ui);
 }
 
 } // namespace vlEditor

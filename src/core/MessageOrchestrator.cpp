@@ -21,17 +21,37 @@ void MessageOrchestrator::postToGraphics(std::unique_ptr<Message> message) {
 }
 
 void MessageOrchestrator::drainUi() {
+    drainUiUntil(std::chrono::steady_clock::time_point::max());
+}
+
+void MessageOrchestrator::drainUiFor(std::chrono::steady_clock::duration longest) {
+    drainUiUntil(std::chrono::steady_clock::now() + longest);
+}
+
+void MessageOrchestrator::drainUiUntil(std::chrono::steady_clock::time_point deadline) {
     vlCommon::assertUiThread();
-    if (uiProcessing_.empty()) {
+    const bool goesOn = !uiProcessing_.empty();
+    if (!goesOn) {
         const std::lock_guard guard(uiLock_);
         uiIncoming_.swap(uiProcessing_);
     }
-    while (!uiProcessing_.empty()) {
-        // Off the list before it runs: a dialog inside it drains from here on.
-        const std::unique_ptr<Message> message(uiProcessing_.front());
-        uiProcessing_.pop_front();
-        message->runOnUiThread();
-    }
+    const bool unbounded = deadline == std::chrono::steady_clock::time_point::max();
+    while (!uiProcessing_.empty() && (unbounded || std::chrono::steady_clock::now() < deadline))
+        runNextUi();
+    // The wake-up that came for what is left has brought this drain.
+    if (!uiProcessing_.empty() || (goesOn && hasIncomingUi())) vlWinUi::System::notifyEvent();
+}
+
+bool MessageOrchestrator::hasIncomingUi() {
+    const std::lock_guard guard(uiLock_);
+    return !uiIncoming_.empty();
+}
+
+void MessageOrchestrator::runNextUi() {
+    // Off the list before it runs: a dialog inside it drains from here on.
+    const std::unique_ptr<Message> message(uiProcessing_.front());
+    uiProcessing_.pop_front();
+    message->runOnUiThread();
 }
 
 void MessageOrchestrator::drainGraphics() {

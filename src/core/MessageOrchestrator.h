@@ -4,6 +4,7 @@
 #include <vlCommon/SingletonClass.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <memory>
@@ -25,6 +26,9 @@ public:
 
     /// UI thread. A message may run an event loop of its own (a dialog), which drains again.
     void drainUi();
+    /// Likewise, but once that long has passed the rest waits for the next drain, for which the
+    /// event loop is woken: a burst of messages leaves it its turns.
+    void drainUiFor(std::chrono::steady_clock::duration longest);
     /// Graphics thread.
     void drainGraphics();
 
@@ -37,6 +41,10 @@ public:
     void discard();
 
 private:
+    void drainUiUntil(std::chrono::steady_clock::time_point deadline);
+    bool hasIncomingUi();
+    void runNextUi();
+
     std::deque<Message*> uiIncoming_;
     std::deque<Message*> uiProcessing_;
     std::vector<Message*> graphicsIncoming_;

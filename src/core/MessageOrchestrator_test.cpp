@@ -1,5 +1,8 @@
 #include "core/MessageOrchestrator.h"
 
+#include <vlCommon/ThreadBorder.h>
+#include <vlWinUi/System.h>
+
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -77,6 +80,48 @@ TEST_F(MessageOrchestratorTest, ADialogInsideAMessageRunsTheRestOnceAndInOrder) 
     postUi(note(2));
     queues.drainUi();
     EXPECT_EQ(ran, (std::vector{1, 2, 3, 4, 5}));
+}
+
+TEST_F(MessageOrchestratorTest, ABoundedDrainStopsInTimeAndTheNextOneGoesOn) {
+    for (const int value : {1, 2, 3})
+        postUi(note(value));
+    queues.drainUiFor(std::chrono::seconds(-1));
+    EXPECT_TRUE(ran.empty());
+    postUi([this] { postUi(note(5)); });
+    postUi(note(4));
+    queues.drainUiFor(std::chrono::hours(1));
+    EXPECT_EQ(ran, (std::vector{1, 2, 3}));
+    queues.drainUiFor(std::chrono::hours(1));
+    EXPECT_EQ(ran, (std::vector{1, 2, 3, 4}));
+    queues.drainUiFor(std::chrono::hours(1));
+    EXPECT_EQ(ran, (std::vector{1, 2, 3, 4, 5}));
+}
+
+// The wake-up for what came meanwhile was spent on the drain inside the dialog.
+TEST_F(MessageOrchestratorTest, WhatComesWhileADialogDrainsIsNotLeftAsleep) {
+    vlCommon::ThreadBorder::claimUi();
+    vlWinUi::SystemOptions options;
+    options.headless = true;
+    ASSERT_TRUE(vlWinUi::System::initialize(options));
+    auto& shared = MessageOrchestrator::getInstance();
+    const auto post = [&](std::function<void()> call) {
+        shared.postToUi(std::make_unique<CallMessage>(std::move(call)));
+    };
+    vlWinUi::System::setRunCallback([&] {
+        shared.drainUiFor(std::chrono::hours(1));
+        return true;
+    });
+    post([&] {
+        ran.push_back(1);
+        post(note(3));
+        vlWinUi::System::processEvents();
+        ran.push_back(20);
+    });
+    post(note(2));
+    for (int turn = 0; turn < 4; ++turn)
+        vlWinUi::System::processEvents();
+    vlWinUi::System::kill();
+    EXPECT_EQ(ran, (std::vector{1, 2, 20, 3}));
 }
 
 TEST_F(MessageOrchestratorTest, AMessageIsDeletedRightAfterItsRun) {

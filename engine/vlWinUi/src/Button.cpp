@@ -5,11 +5,15 @@
 #include <vlCommon/ThreadBorder.h>
 #include <vlWinUi/Button.h>
 
+#include <QEvent>
 #include <QPushButton>
 #include <QShortcut>
+#include <QStyle>
 
 namespace vlWinUi {
 namespace {
+
+constexpr int ROOM_BESIDE_TEXT = 24; ///< as the style sheet has it, pixels
 
 struct ButtonNative final : Native {
     ButtonNative() : Native(new QPushButton) {
@@ -17,6 +21,20 @@ struct ButtonNative final : Native {
         connect(&button(), &QPushButton::clicked, this, [this] { call(clicked); });
     }
     QPushButton& button() { return *static_cast<QPushButton*>(widget); }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Resize) fitText();
+        return Native::eventFilter(watched, event);
+    }
+    /// Where the cell is too narrow, the room beside the text goes before the text does.
+    void fitText() {
+        const int text = button().fontMetrics().horizontalAdvance(button().text());
+        const bool snug = button().width() < text + ROOM_BESIDE_TEXT;
+        if (button().property("snug").toBool() == snug) return;
+        button().setProperty("snug", snug);
+        button().style()->unpolish(&button());
+        button().style()->polish(&button());
+    }
 
     std::function<void()> clicked;
 };
@@ -29,6 +47,7 @@ Button::Button(std::string name)
 
 void Button::setText(vlMemory::StringView text) {
     widgetAs<QPushButton>(*this).setText(labelToQt(text));
+    nativeAs<ButtonNative>(*this).fitText();
 }
 
 std::string Button::getText() const {

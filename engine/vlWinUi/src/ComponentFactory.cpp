@@ -9,6 +9,7 @@
 #include <vlWinUi/GroupBox.h>
 #include <vlWinUi/ListBox.h>
 #include <vlWinUi/MultiLineEdit.h>
+#include <vlWinUi/ProgressBar.h>
 #include <vlWinUi/Slider.h>
 #include <vlWinUi/Static.h>
 #include <vlWinUi/Surface.h>
@@ -40,6 +41,7 @@ const ComponentFactory::Entry& ComponentFactory::find(ComponentType type) {
             entry<ContextMenu>("CONTEXT_MENU"),
             entry<Surface>("SURFACE"),
             entry<FileExplorer>("FILE_EXPLORER"),
+            entry<ProgressBar>("PROGRESS_BAR"),
     };
     const auto* found = std::ranges::find(ENTRIES, type, &Entry::type);
     assert(found != std::end(ENTRIES));

@@ -48,6 +48,10 @@ void ContextMenu::open(Point screen) {
     getMenu().open(screen);
 }
 
+void ContextMenu::openAbove(Point screen) {
+    open({screen.x, screen.y - widgetAs<QMenu>(*this).sizeHint().height()});
+}
+
 void ContextMenu::close() {
     widgetAs<QMenu>(*this).hide();
 }

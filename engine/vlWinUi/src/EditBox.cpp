@@ -25,14 +25,24 @@ struct EditBoxNative final : Native {
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         const QPointer<QObject> self = this;
-        if (event->type() == QEvent::KeyPress)
-            call(keyDown, keyOf(*static_cast<QKeyEvent*>(event), true).virtualKey);
+        if (event->type() == QEvent::KeyPress) {
+            const auto& key = *static_cast<QKeyEvent*>(event);
+            if (key.key() == Qt::Key_Tab && key.modifiers() == Qt::NoModifier && takesTab())
+                return true;
+            call(keyDown, keyOf(key, true).virtualKey);
+        }
         if (!self.isNull() && event->type() == QEvent::FocusOut && std::exchange(touched, false))
             call(edited);
         return self.isNull() || Native::eventFilter(watched, event);
     }
 
+    bool takesTab() const {
+        const auto copy = tab;
+        return copy && copy();
+    }
+
     std::function<void(std::uint32_t)> keyDown;
+    std::function<bool()> tab;
     std::function<void()> changed;
     std::function<void()> edited;
     bool touched = false;
@@ -97,6 +107,20 @@ void EditBox::setProblem(vlMemory::StringView text) {
 
 void EditBox::selectAll() {
     widgetAs<QLineEdit>(*this).selectAll();
+}
+
+std::string EditBox::getTextBeforeCursor() const {
+    const auto& edit = widgetAs<QLineEdit>(*this);
+    return fromQt(edit.text().left(edit.cursorPosition()));
+}
+
+void EditBox::insertAtCursor(vlMemory::StringView text) {
+    vlCommon::assertUiThread();
+    widgetAs<QLineEdit>(*this).insert(toQt(text));
+}
+
+void EditBox::setTabCallback(std::function<bool()> callback) {
+    nativeAs<EditBoxNative>(*this).tab = std::move(callback);
 }
 
 void EditBox::setKeyDownCallback(std::function<void(std::uint32_t)> callback) {

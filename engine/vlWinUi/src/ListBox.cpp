@@ -1,94 +1,126 @@
 #include "Call.h"
 #include "ListModel.h"
+#include "ListView.h"
 #include "Native.h"
-#include "PlaceHolder.h"
 #include "Text.h"
 
 #include <vlCommon/ThreadBorder.h>
 #include <vlWinUi/ListBox.h>
-
-#include <QListView>
-#include <QScrollBar>
-#include <QSortFilterProxyModel>
 
 #include <algorithm>
 
 namespace vlWinUi {
 namespace {
 
-class ListView final : public QListView {
-public:
-    QString placeHolder;
-
-    QSize minimumSizeHint() const override { return {40, 40}; }
-    QSize sizeHint() const override { return {160, 120}; }
-
-protected:
-    void paintEvent(QPaintEvent* event) override {
-        QListView::paintEvent(event);
-        if (model()->rowCount() == 0) paintPlaceHolder(*this, placeHolder);
-    }
-};
-
 struct ListBoxNative final : Native {
     ListBoxNative();
     ListView& view() const { return *static_cast<ListView*>(widget); }
-
-    std::optional<std::size_t> rowOf(const QModelIndex& shown) const;
-    void showSelection();
-    /// Runs a change of the entries without a callback, and keeps the selection and the newest
-    /// line.
-    template <class F> void change(F apply) {
-        const Quiet guard(quiet);
-        const QScrollBar& bar = *view().verticalScrollBar();
-        const bool atEnd = bar.value() >= bar.maximum();
-        apply();
-        if (follow && atEnd) followSoon();
+    /// With all that was appended.
+    ListModel& model() {
+        flush();
+        return *model_;
     }
-    /// Once for all lines that come together: each scrolling lays the whole list out anew.
-    void followSoon();
 
-    ListModel* model = nullptr;
-    QSortFilterProxyModel* shown = nullptr;
-    QPersistentModelIndex selection; ///< in the model, so that it outlives a filter
-    bool follow = false;
-    bool followQueued = false;
+    void append(ListEntry entry);
+    void select(std::optional<std::size_t> entry);
+    void showSelection();
+    void noteSelection();
+    std::vector<std::size_t> selectedEntries() const;
+
+    std::optional<std::size_t> selection; ///< of the entries, so that it outlives a filter
+    std::size_t mostEntries = 0;
     std::function<void(std::optional<std::size_t>)> selected;
     std::function<void(std::size_t)> activated;
+
+private:
+    void flush();
+    /// Makes room for what is waiting.
+    void dropOldest();
+
+    ListModel* model_ = nullptr;
+    // Appended, and not in the model yet.
+    std::deque<ListEntry> waiting_;
+    unsigned repetitions_ = 0; ///< of the model's last entry
+    bool flushQueued_ = false;
 };
 
 ListBoxNative::ListBoxNative() : Native(new ListView) {
-    model = new ListModel(&view());
-    shown = new QSortFilterProxyModel(&view());
-    shown->setSourceModel(model);
-    shown->setFilterCaseSensitivity(Qt::CaseInsensitive);
-    view().setModel(shown);
-    view().setUniformItemSizes(true);
-    view().setEditTriggers(QAbstractItemView::NoEditTriggers);
-    view().setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    view().setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    model_ = new ListModel(&view());
+    view().setModel(model_);
     listenTo(view().viewport());
     connect(view().selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
-        if (quiet > 0) return;
-        const auto rows = view().selectionModel()->selectedIndexes();
-        const auto row = rowOf(rows.isEmpty() ? QModelIndex() : rows.first());
-        selection = row ? model->index(static_cast<int>(*row)) : QModelIndex();
-        call(selected, row);
+        if (quiet == 0) noteSelection();
     });
     connect(&view(), &QListView::activated, this, [this](const QModelIndex& index) {
-        if (const auto row = rowOf(index)) call(activated, *row);
+        if (const auto entry = model_->entryOf(index)) call(activated, *entry);
     });
 }
 
-std::optional<std::size_t> ListBoxNative::rowOf(const QModelIndex& index) const {
-    const QModelIndex source = shown->mapToSource(index);
-    if (!source.isValid()) return std::nullopt;
-    return static_cast<std::size_t>(source.row());
+void ListBoxNative::append(ListEntry entry) {
+    const auto same = [&](const ListEntry& last) {
+        return last.label == entry.label && last.emphasis == entry.emphasis;
+    };
+    const auto& shown = model_->entries();
+    if (waiting_.empty() && !shown.empty() && same(shown.back())) {
+        repetitions_ += entry.count;
+    } else if (!waiting_.empty() && same(waiting_.back())) {
+        waiting_.back().count += entry.count;
+    } else {
+        waiting_.push_back(std::move(entry));
+        if (mostEntries > 0 && waiting_.size() > mostEntries) waiting_.pop_front();
+    }
+    if (std::exchange(flushQueued_, true)) return;
+    QMetaObject::invokeMethod(
+            this, [this] { flush(); }, Qt::QueuedConnection);
+}
+
+void ListBoxNative::flush() {
+    if (!std::exchange(flushQueued_, false)) return;
+    const Quiet guard(quiet);
+    const auto& entries = model_->entries();
+    if (repetitions_ > 0) {
+        const std::size_t last = entries.size() - 1;
+        model_->setCount(last, entries[last].count + std::exchange(repetitions_, 0));
+    }
+    if (waiting_.empty()) return;
+    const bool full = mostEntries > 0 && entries.size() + waiting_.size() > mostEntries;
+    if (full && !view().isFollowing())
+        view().keepPlace([this] { dropOldest(); });
+    else if (full)
+        dropOldest();
+    model_->append(std::exchange(waiting_, {}));
+}
+
+void ListBoxNative::dropOldest() {
+    const std::size_t count = model_->entries().size() + waiting_.size() - mostEntries;
+    model_->removeFirst(count);
+    if (selection)
+        selection = *selection < count ? std::nullopt : std::optional(*selection - count);
+}
+
+void ListBoxNative::noteSelection() {
+    const auto entries = selectedEntries();
+    selection = entries.empty() ? std::nullopt : std::optional(entries.front());
+    call(selected, selection);
+}
+
+std::vector<std::size_t> ListBoxNative::selectedEntries() const {
+    std::vector<std::size_t> entries;
+    for (const QModelIndex& row : view().selectionModel()->selectedIndexes())
+        entries.push_back(*model_->entryOf(row));
+    std::ranges::sort(entries);
+    entries.erase(std::ranges::unique(entries).begin(), entries.end());
+    return entries;
+}
+
+void ListBoxNative::select(std::optional<std::size_t> entry) {
+    selection = entry && *entry < model().entries().size() ? entry : std::nullopt;
+    showSelection();
 }
 
 void ListBoxNative::showSelection() {
     const Quiet guard(quiet);
-    const QModelIndex at = shown->mapFromSource(selection);
+    const QModelIndex at = selection ? model_->rowOf(*selection) : QModelIndex();
     QItemSelectionModel& marked = *view().selectionModel();
     if (!at.isValid()) {
         marked.clear();
@@ -98,13 +130,8 @@ void ListBoxNative::showSelection() {
     view().scrollTo(at);
 }
 
-void ListBoxNative::followSoon() {
-    if (std::exchange(followQueued, true)) return;
-    const auto scroll = [this] {
-        followQueued = false;
-        view().scrollToBottom();
-    };
-    QMetaObject::invokeMethod(this, scroll, Qt::QueuedConnection);
+ListBoxNative& listOf(const ListBox& list) {
+    return nativeAs<ListBoxNative>(const_cast<ListBox&>(list));
 }
 
 } // namespace
@@ -124,37 +151,56 @@ std::string ListBox::getText() const {
 
 void ListBox::addEntry(vlMemory::StringView label, std::any data) {
     vlCommon::assertUiThread();
-    auto& native = nativeAs<ListBoxNative>(*this);
-    native.change([&] { native.model->append({std::string(label), std::move(data)}); });
+    const Quiet guard(native().quiet);
+    std::deque<ListEntry> entries;
+    entries.push_back({std::string(label), std::move(data)});
+    listOf(*this).model().append(std::move(entries));
 }
 
 bool ListBox::removeEntry(vlMemory::StringView label) {
     vlCommon::assertUiThread();
-    const auto row = find(label);
-    if (!row) return false;
-    auto& native = nativeAs<ListBoxNative>(*this);
-    native.change([&] {
-        native.model->remove(*row);
-        native.showSelection();
-    });
+    const auto index = find(label);
+    if (!index) return false;
+    auto& native = listOf(*this);
+    const Quiet guard(native.quiet);
+    native.model().remove(*index);
+    if (native.selection == index) native.selection.reset();
+    if (native.selection && *native.selection > *index) --*native.selection;
+    native.showSelection();
     return true;
 }
 
 bool ListBox::renameEntry(vlMemory::StringView label, vlMemory::StringView newLabel) {
     vlCommon::assertUiThread();
-    const auto row = find(label);
-    if (!row) return false;
-    auto& native = nativeAs<ListBoxNative>(*this);
-    native.change([&] { native.model->rename(*row, std::string(newLabel)); });
+    const auto index = find(label);
+    if (!index) return false;
+    auto& native = listOf(*this);
+    const Quiet guard(native.quiet);
+    native.model().rename(*index, std::string(newLabel));
+    native.showSelection();
     return true;
 }
 
 void ListBox::setEntries(std::vector<ListEntry> entries) {
     vlCommon::assertUiThread();
-    auto& native = nativeAs<ListBoxNative>(*this);
+    auto& native = listOf(*this);
     const std::string before = getText();
-    native.change([&] { native.model->reset(std::move(entries)); });
+    {
+        const Quiet guard(native.quiet);
+        native.model().reset(
+                {std::make_move_iterator(entries.begin()), std::make_move_iterator(entries.end())});
+        native.selection.reset();
+    }
     if (!before.empty()) selectByLabel(before);
+}
+
+void ListBox::append(ListEntry entry) {
+    vlCommon::assertUiThread();
+    listOf(*this).append(std::move(entry));
+}
+
+void ListBox::setMostEntries(std::size_t count) {
+    listOf(*this).mostEntries = count;
 }
 
 void ListBox::clear() {
@@ -162,24 +208,24 @@ void ListBox::clear() {
 }
 
 std::size_t ListBox::getEntryCount() const {
-    return nativeAs<ListBoxNative>(*this).model->entries().size();
+    return listOf(*this).model().entries().size();
 }
 
 const ListEntry& ListBox::getEntry(std::size_t index) const {
-    return nativeAs<ListBoxNative>(*this).model->entries().at(index);
+    return listOf(*this).model().entries().at(index);
 }
 
 std::optional<std::size_t> ListBox::find(vlMemory::StringView label) const {
-    const auto& entries = nativeAs<ListBoxNative>(*this).model->entries();
+    const auto& entries = listOf(*this).model().entries();
     const auto found = std::ranges::find(entries, label, &ListEntry::label);
     if (found == entries.end()) return std::nullopt;
     return static_cast<std::size_t>(found - entries.begin());
 }
 
 std::optional<std::size_t> ListBox::getSelectedIndex() const {
-    const QPersistentModelIndex& selection = nativeAs<ListBoxNative>(*this).selection;
-    if (!selection.isValid()) return std::nullopt;
-    return static_cast<std::size_t>(selection.row());
+    // What was appended may have dropped the entry that is selected.
+    static_cast<void>(listOf(*this).model());
+    return listOf(*this).selection;
 }
 
 const ListEntry* ListBox::getSelectedEntry() const {
@@ -189,10 +235,7 @@ const ListEntry* ListBox::getSelectedEntry() const {
 
 void ListBox::select(std::optional<std::size_t> index) {
     vlCommon::assertUiThread();
-    auto& native = nativeAs<ListBoxNative>(*this);
-    const bool inside = index && *index < getEntryCount();
-    native.selection = inside ? native.model->index(static_cast<int>(*index)) : QModelIndex();
-    native.showSelection();
+    listOf(*this).select(index);
 }
 
 bool ListBox::selectByLabel(vlMemory::StringView label) {
@@ -201,36 +244,79 @@ bool ListBox::selectByLabel(vlMemory::StringView label) {
     return index.has_value();
 }
 
+void ListBox::setMultiSelection(bool several) {
+    listOf(*this).view().setSelectionMode(several ? QAbstractItemView::ExtendedSelection
+                                                  : QAbstractItemView::SingleSelection);
+}
+
+std::vector<std::size_t> ListBox::getSelectedIndices() const {
+    static_cast<void>(listOf(*this).model());
+    return listOf(*this).selectedEntries();
+}
+
+void ListBox::selectAll() {
+    vlCommon::assertUiThread();
+    auto& native = listOf(*this);
+    static_cast<void>(native.model());
+    const Quiet guard(native.quiet);
+    native.view().selectAll();
+}
+
+std::string ListBox::getSelectedText() const {
+    static_cast<void>(listOf(*this).model());
+    return fromQt(listOf(*this).view().selectedText());
+}
+
+void ListBox::copySelection() {
+    vlCommon::assertUiThread();
+    listOf(*this).view().copySelection();
+}
+
 void ListBox::setSelectionCallback(std::function<void(std::optional<std::size_t>)> callback) {
-    nativeAs<ListBoxNative>(*this).selected = std::move(callback);
+    listOf(*this).selected = std::move(callback);
 }
 
 void ListBox::setActivationCallback(std::function<void(std::size_t)> callback) {
-    nativeAs<ListBoxNative>(*this).activated = std::move(callback);
+    listOf(*this).activated = std::move(callback);
 }
 
 void ListBox::setFilter(vlMemory::StringView text) {
     vlCommon::assertUiThread();
-    auto& native = nativeAs<ListBoxNative>(*this);
+    auto& native = listOf(*this);
     const Quiet guard(native.quiet);
-    native.shown->setFilterFixedString(toQt(text));
+    native.model().setFilter(toQt(text));
     native.showSelection();
 }
 
 std::size_t ListBox::getShownCount() const {
-    return static_cast<std::size_t>(nativeAs<ListBoxNative>(*this).shown->rowCount());
+    return listOf(*this).model().shownCount();
+}
+
+void ListBox::setCompact(bool compact) {
+    listOf(*this).view().setCompact(compact);
 }
 
 void ListBox::setFollowEnd(bool follow) {
-    auto& native = nativeAs<ListBoxNative>(*this);
-    native.follow = follow;
-    if (follow) native.view().scrollToBottom();
+    listOf(*this).view().setFollowEnd(follow);
+}
+
+bool ListBox::isFollowingEnd() const {
+    return listOf(*this).view().isFollowing();
+}
+
+void ListBox::setHeader(Component& header, unsigned height) {
+    vlCommon::assertUiThread();
+    listOf(*this).view().setHeader(*header.native().widget, static_cast<int>(height));
+}
+
+void ListBox::setMenuCallback(std::function<void(Point)> callback) {
+    listOf(*this).view().menuWanted = [callback = std::move(callback)](QPoint at) {
+        call(callback, Point{at.x(), at.y()});
+    };
 }
 
 void ListBox::setPlaceHolder(vlMemory::StringView text) {
-    auto& view = nativeAs<ListBoxNative>(*this).view();
-    view.placeHolder = toQt(text);
-    view.viewport()->update();
+    listOf(*this).view().setPlaceHolder(toQt(text));
 }
 
 } // namespace vlWinUi

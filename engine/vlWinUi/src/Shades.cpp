@@ -59,6 +59,8 @@ Shades::Shades(const Theme& theme) {
     muted = mix(text, background, dark ? 0.3F : 0.2F);
     disabled = mix(text, background, 0.55F);
     problem = dark ? QColor(214, 92, 84) : QColor(186, 48, 42);
+    error = dark ? QColor(240, 122, 112) : QColor(172, 34, 30);
+    warning = dark ? QColor(222, 176, 84) : QColor(128, 82, 0);
 }
 
 QPalette Shades::palette() const {

@@ -31,6 +31,8 @@ struct Shades {
     QColor muted;    ///< place-holders and captions
     QColor disabled; ///< text of what is disabled
     QColor problem;  ///< around a wrong content
+    QColor error;    ///< text of what went wrong
+    QColor warning;  ///< text of what may go wrong
 };
 
 /// How well one can be read on the other, 1 to 21.

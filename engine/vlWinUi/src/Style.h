@@ -13,6 +13,8 @@ public:
     Style();
 
     void setShades(const Shades& shades) { shades_ = shades; }
+    /// Of the active theme, of which there is one from the library's start on.
+    const Shades& getShades() const { return *shades_; }
 
     void drawPrimitive(PrimitiveElement element,
                        const QStyleOption* option,

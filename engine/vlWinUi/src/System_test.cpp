@@ -177,7 +177,8 @@ TEST_F(SystemTest, TextIsReadableInBothThemes) {
             EXPECT_GE(contrast(shades.text, ground), 4.5) << ground.name().toStdString();
             EXPECT_GE(contrast(shades.muted, ground), 3.0) << ground.name().toStdString();
         }
-        EXPECT_GE(contrast(shades.muted, shades.field), 4.5);
+        for (const QColor& color : {shades.muted, shades.error, shades.warning})
+            EXPECT_GE(contrast(color, shades.field), 4.5) << color.name().toStdString();
         EXPECT_GE(contrast(shades.accentText, shades.accent), 4.5);
         EXPECT_LT(contrast(shades.disabled, shades.background),
                   contrast(shades.muted, shades.background));

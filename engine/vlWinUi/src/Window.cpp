@@ -124,6 +124,12 @@ std::string Window::getStatusText() const {
     return fromQt(nativeAs<WindowNative>(*this).statusText);
 }
 
+void Window::addStatusComponent(Component& component, unsigned width) {
+    vlCommon::assertUiThread();
+    nativeAs<WindowNative>(*this).addToStatusBar(*component.native().widget,
+                                                 static_cast<int>(width));
+}
+
 void Window::setResizeCallback(std::function<void(unsigned, unsigned)> callback) {
     nativeAs<WindowNative>(*this).resized = std::move(callback);
 }

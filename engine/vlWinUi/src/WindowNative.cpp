@@ -19,6 +19,7 @@ namespace {
 
 constexpr QSize DEFAULT_SIZE(1280, 800);
 constexpr double SCREEN_SHARE = 0.85;
+constexpr int STATUS_HEIGHT = 22;
 
 } // namespace
 
@@ -59,21 +60,45 @@ void WindowNative::place() {
 }
 
 void WindowNative::setStatus(const QString& text) {
+    makeStatusBar();
     statusText = text;
-    if (status == nullptr) {
-        status = new ElidedLabel;
-        status->setObjectName("vlStatusLine");
-        status->setAttribute(Qt::WA_StyledBackground);
-        status->setFixedHeight(22);
-        status->setContentsMargins(8, 0, 8, 0);
-        widget->layout()->addWidget(status);
-    }
-    if (hint.isEmpty()) status->setText(statusText);
+    showStatusSoon();
 }
 
 void WindowNative::setHint(const QString& text) {
     hint = text;
-    if (status != nullptr) status->setText(hint.isEmpty() ? statusText : hint);
+    if (statusBar != nullptr) showStatusSoon();
+}
+
+void WindowNative::addToStatusBar(QWidget& part, int width) {
+    makeStatusBar();
+    part.setFixedSize(width, STATUS_HEIGHT - 4);
+    statusBar->layout()->addWidget(&part);
+}
+
+void WindowNative::makeStatusBar() {
+    if (statusBar != nullptr) return;
+    statusBar = new QWidget;
+    statusBar->setObjectName("vlStatusBar");
+    statusBar->setAttribute(Qt::WA_StyledBackground);
+    statusBar->setFixedHeight(STATUS_HEIGHT);
+    status = new ElidedLabel;
+    status->setObjectName("vlStatusLine");
+    auto* row = new QHBoxLayout(statusBar);
+    row->setContentsMargins(8, 1, 8, 0);
+    row->setSpacing(8);
+    row->addWidget(status, 1);
+    widget->layout()->addWidget(statusBar);
+}
+
+void WindowNative::showStatusSoon() {
+    if (std::exchange(statusQueued, true)) return;
+    const auto show = [this] {
+        statusQueued = false;
+        QString line = hint.isEmpty() ? statusText : hint;
+        status->setText(line.replace('\n', ' '));
+    };
+    QMetaObject::invokeMethod(this, show, Qt::QueuedConnection);
 }
 
 bool WindowNative::handleKey(QKeyEvent& event) {

@@ -23,20 +23,25 @@ struct WindowNative final : Native {
     void place();
     void setStatus(const QString& text);
     void setHint(const QString& text);
+    void addToStatusBar(QWidget& part, int width);
 
     ScrollPanel* panel = nullptr;
-    ElidedLabel* status = nullptr; ///< null until first used
+    QWidget* statusBar = nullptr; ///< null until first used, as is the label in it
+    ElidedLabel* status = nullptr;
     QString statusText;
     QString hint;
     Rectangle rectangle;
     bool visibleOnLoad = true;
     bool placed = false;
+    bool statusQueued = false;
     QPointer<QWidget> owner;
     std::function<void(unsigned, unsigned)> resized;
     std::function<void()> left;
     std::function<void(const KeyEvent&)> key;
 
 private:
+    void makeStatusBar();
+    void showStatusSoon();
     bool handleKey(class QKeyEvent& event);
 };
 

@@ -20,6 +20,7 @@ enum class ComponentType {
     ContextMenu,
     Surface,
     FileExplorer,
+    ProgressBar,
 };
 
 /// The type's word in layout texts and log lines ("GROUP_BOX").

@@ -17,6 +17,8 @@ public:
     MenuItem& addItem(vlMemory::StringView label, std::function<void()> callback);
     /// Returns at once; the menu closes by a choice or a click beside it.
     void open(Point screen);
+    /// Likewise, with its lower left corner there, where the screen has room for it.
+    void openAbove(Point screen);
     void close();
 
 private:

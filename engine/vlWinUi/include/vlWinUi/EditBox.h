@@ -20,9 +20,14 @@ public:
     /// Marks the content as wrong and says why in the tooltip; an empty text clears the mark.
     void setProblem(vlMemory::StringView text);
     void selectAll();
+    std::string getTextBeforeCursor() const;
+    /// In place of what is selected; the cursor stands behind it.
+    void insertAtCursor(vlMemory::StringView text);
 
     /// Virtual key codes: 13 Enter, 27 Escape, 38 up, 40 down.
     void setKeyDownCallback(std::function<void(std::uint32_t virtualKey)> callback);
+    /// Tab was pressed. False lets it move the focus on, as it does without a callback.
+    void setTabCallback(std::function<bool()> callback);
     /// At each edit.
     void setChangeCallback(std::function<void()> callback);
     /// The keyboard focus left the field, after an edit.

@@ -7,9 +7,10 @@
 
 namespace vlWinUi {
 
-/** A list of lines of which at most one is selected; a hundred thousand lines are fine. Typing
- * jumps to the line that begins so. The selection stays with its entry while others come and go. UI
- * thread only. */
+/** A list of lines of which at most one is selected unless several may be; a hundred thousand lines
+ * are fine. Typing jumps to the line that begins so, and Ctrl+C copies what is selected. The
+ * selection stays with its entry while others come and go. A label of several lines is shown as
+ * such; one that is too long ends in an ellipsis and is whole in the tooltip. UI thread only. */
 class ListBox final : public Component {
 public:
     static constexpr ComponentType TYPE = ComponentType::ListBox;
@@ -23,6 +24,11 @@ public:
     bool removeEntry(vlMemory::StringView label);
     bool renameEntry(vlMemory::StringView label, vlMemory::StringView newLabel);
     void setEntries(std::vector<ListEntry> entries);
+    /// Adds a line as a log does: one like the last only raises that one's count. What comes in one
+    /// turn of the event loop is shown together, while the methods here know of it at once.
+    void append(ListEntry entry);
+    /// How many entries append() leaves: the oldest go first. 0, as at first, leaves all.
+    void setMostEntries(std::size_t count);
     void clear();
     std::size_t getEntryCount() const;
     const ListEntry& getEntry(std::size_t index) const;
@@ -36,17 +42,35 @@ public:
     void select(std::optional<std::size_t> index);
     /// False, with the selection unchanged, when no entry has that label.
     bool selectByLabel(vlMemory::StringView label);
+    /// Lets the person select several lines, with Shift, Ctrl and Ctrl+A.
+    void setMultiSelection(bool several);
+    /// In their order; those that the filter hides are not selected.
+    std::vector<std::size_t> getSelectedIndices() const;
+    void selectAll();
+    /// The selected lines, a line feed between each two.
+    std::string getSelectedText() const;
+    /// To the clipboard, which stays as it is when nothing is selected.
+    void copySelection();
     /// The person chose; not called for what code selects.
     void setSelectionCallback(std::function<void(std::optional<std::size_t> index)> callback);
     /// Double click or Enter on an entry.
     void setActivationCallback(std::function<void(std::size_t index)> callback);
 
-    /// Shows only the lines that contain the text, whatever the case; an empty text shows all.
+    /// Shows only the entries that contain the text, whatever the case; an empty text shows all.
     void setFilter(vlMemory::StringView text);
     /// The entries that the filter leaves.
     std::size_t getShownCount() const;
+    /// Rows as close as lines of text, to read rather than to click; to be set before entries come.
+    void setCompact(bool compact);
     /// Keeps the newest line in view as long as the person has not scrolled up; for logs.
     void setFollowEnd(bool follow);
+    /// False once the person has scrolled up, until the end is in view again.
+    bool isFollowingEnd() const;
+    /// Places a component above the lines, inside the list's frame and as wide as they are, in
+    /// pixels of height.
+    void setHeader(Component& header, unsigned height);
+    /// The person asked for a menu, by mouse or keyboard.
+    void setMenuCallback(std::function<void(Point screen)> callback);
     /// Text shown while there is no entry.
     void setPlaceHolder(vlMemory::StringView text);
 

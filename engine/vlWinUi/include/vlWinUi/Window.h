@@ -40,9 +40,12 @@ public:
     /// Stays in front of the given window, and is hidden and minimised with it.
     void setOwnerWindow(Window& owner);
 
-    /// A line at the window's bottom that stays; the first call makes the status bar.
+    /// A line at the window's bottom that stays; the first call, here or below, makes the status
+    /// bar. What is set many times in one turn of the event loop is shown once.
     void setStatusText(vlMemory::StringView text);
     std::string getStatusText() const;
+    /// Places a component at the right end of the status bar, right of those placed before; pixels.
+    void addStatusComponent(Component& component, unsigned width);
 
     void setResizeCallback(std::function<void(unsigned width, unsigned height)> callback);
     void setMouseLeaveCallback(std::function<void()> callback);

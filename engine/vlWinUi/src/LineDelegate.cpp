@@ -1,0 +1,94 @@
+#include "LineDelegate.h"
+
+#include "ListModel.h"
+#include "Registry.h"
+#include "Style.h"
+
+#include <QAbstractItemView>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QToolTip>
+
+namespace vlWinUi {
+namespace {
+
+constexpr int SIDE_ROOM = 8;      ///< around the text of a row, pixels
+constexpr int BADGE_ROOM = 12;    ///< around the digits of a count, pixels
+constexpr int COMPACT_ROOM = 5;   ///< over and under the text, pixels
+constexpr int LONGEST_TIP = 4000; ///< characters
+
+const Shades& shades() {
+    return Registry::slot()->style->getShades();
+}
+
+QString badgeOf(const QModelIndex& index) {
+    const unsigned count = index.data(ListModel::CountRole).toUInt();
+    return count < 2 ? QString() : QStringLiteral("×%1").arg(count);
+}
+
+int roomForText(const QStyleOptionViewItem& option, const QString& badge) {
+    const int badgeWidth =
+            badge.isEmpty() ? 0 : option.fontMetrics.horizontalAdvance(badge) + BADGE_ROOM;
+    return option.rect.width() - badgeWidth - 2 * SIDE_ROOM;
+}
+
+} // namespace
+
+void LineDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
+    QStyledItemDelegate::initStyleOption(option, index);
+    const auto emphasis = static_cast<Emphasis>(index.data(ListModel::EmphasisRole).toInt());
+    const bool enabled = option->state.testFlag(QStyle::State_Enabled);
+    if (emphasis != Emphasis::None && enabled) {
+        const QColor color = emphasis == Emphasis::Error ? shades().error : shades().warning;
+        option->palette.setColor(QPalette::Text, color);
+    }
+    option->text = option->fontMetrics.elidedText(
+            option->text, Qt::ElideRight, roomForText(*option, badgeOf(index)));
+}
+
+void LineDelegate::paint(QPainter* painter,
+                         const QStyleOptionViewItem& option,
+                         const QModelIndex& index) const {
+    QStyledItemDelegate::paint(painter, option, index);
+    const QString badge = badgeOf(index);
+    if (badge.isEmpty()) return;
+    const int width = option.fontMetrics.horizontalAdvance(badge) + BADGE_ROOM;
+    const int inset = compact ? 1 : 4;
+    const QRectF box(option.rect.right() - width - 3,
+                     option.rect.top() + inset,
+                     width,
+                     option.rect.height() - 2 * inset);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(shades().border);
+    painter->drawRoundedRect(box, box.height() / 2, box.height() / 2);
+    painter->setPen(shades().text);
+    painter->drawText(box, Qt::AlignCenter, badge);
+    painter->restore();
+}
+
+QSize LineDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    const int height = compact ? QFontMetrics(option.font).height() + COMPACT_ROOM
+                               : QStyledItemDelegate::sizeHint(option, index).height();
+    return {1, height};
+}
+
+bool LineDelegate::helpEvent(QHelpEvent* event,
+                             QAbstractItemView* view,
+                             const QStyleOptionViewItem& option,
+                             const QModelIndex& index) {
+    if (event->type() != QEvent::ToolTip || !index.isValid())
+        return QStyledItemDelegate::helpEvent(event, view, option, index);
+    const QString text = index.data().toString();
+    if (option.fontMetrics.horizontalAdvance(text) <= roomForText(option, badgeOf(index)))
+        return false;
+    QString whole = index.data(ListModel::LabelRole).toString();
+    if (whole.size() > LONGEST_TIP) whole = whole.left(LONGEST_TIP) + QChar(0x2026);
+    // Only marked-up text is wrapped.
+    const QString wrapped = QStringLiteral("<p style='white-space:pre-wrap'>%1</p>");
+    QToolTip::showText(event->globalPos(), wrapped.arg(whole.toHtmlEscaped()), view);
+    return true;
+}
+
+} // namespace vlWinUi

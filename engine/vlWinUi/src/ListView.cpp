@@ -1,0 +1,121 @@
+#include "ListView.h"
+
+#include "Call.h"
+#include "LineDelegate.h"
+#include "PlaceHolder.h"
+
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace vlWinUi {
+namespace {
+
+constexpr int HEADER_GAP = 3; ///< between the header and the rows, pixels
+
+} // namespace
+
+ListView::ListView() : lines_(*new LineDelegate(this)) {
+    setItemDelegate(&lines_);
+    setUniformItemSizes(true);
+    setEditTriggers(NoEditTriggers);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    QScrollBar& bar = *verticalScrollBar();
+    connect(&bar, &QScrollBar::valueChanged, this, [this, &bar](int value) {
+        atEnd_ = value >= bar.maximum();
+    });
+    // Whatever moved the end: lines that came, a window that became smaller, a filter.
+    connect(&bar, &QScrollBar::rangeChanged, this, [this, &bar](int, int end) {
+        if (isFollowing()) bar.setValue(end);
+    });
+}
+
+void ListView::setPlaceHolder(const QString& text) {
+    placeHolder_ = text;
+    viewport()->update();
+}
+
+void ListView::setHeader(QWidget& header, int height) {
+    header_ = &header;
+    headerHeight_ = height;
+    header.setParent(this);
+    setViewportMargins(0, height, 0, 0);
+    placeHeader();
+    header.show();
+}
+
+void ListView::setCompact(bool compact) {
+    lines_.compact = compact;
+    scheduleDelayedItemsLayout();
+}
+
+void ListView::setFollowEnd(bool follow) {
+    follow_ = follow;
+    if (follow) scrollToBottom();
+    atEnd_ = true;
+}
+
+void ListView::keepPlace(const std::function<void()>& change) {
+    const QPersistentModelIndex anchor = indexAt(QPoint(1, 1));
+    const int top = visualRect(anchor).top();
+    change();
+    doItemsLayout();
+    QScrollBar& bar = *verticalScrollBar();
+    bar.setValue(anchor.isValid() ? bar.value() + visualRect(anchor).top() - top : 0);
+}
+
+QString ListView::selectedText() const {
+    QModelIndexList rows = selectedIndexes();
+    std::ranges::sort(rows, {}, &QModelIndex::row);
+    QStringList lines;
+    for (const QModelIndex& row : rows)
+        lines.append(row.data().toString());
+    return lines.join('\n');
+}
+
+void ListView::copySelection() const {
+    const QString text = selectedText();
+    if (!text.isEmpty()) QGuiApplication::clipboard()->setText(text);
+}
+
+void ListView::paintEvent(QPaintEvent* event) {
+    QListView::paintEvent(event);
+    if (model()->rowCount() == 0) paintPlaceHolder(*this, placeHolder_);
+}
+
+void ListView::resizeEvent(QResizeEvent* event) {
+    QListView::resizeEvent(event);
+    placeHeader();
+}
+
+void ListView::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Copy))
+        copySelection();
+    else
+        QListView::keyPressEvent(event);
+}
+
+void ListView::contextMenuEvent(QContextMenuEvent* event) {
+    if (!menuWanted) {
+        QListView::contextMenuEvent(event);
+        return;
+    }
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QRect current = visualRect(currentIndex()).intersected(viewport()->rect());
+    const QPoint below = viewport()->mapToGlobal(QPoint(8, std::max(current.bottom(), 8)));
+    call(menuWanted, byKey ? below : event->globalPos());
+}
+
+void ListView::placeHeader() {
+    if (!header_) return;
+    const QRect rows = viewport()->geometry();
+    const int height = headerHeight_ - HEADER_GAP;
+    header_->setGeometry(rows.x(), rows.y() - headerHeight_, rows.width(), height);
+}
+
+} // namespace vlWinUi
