@@ -14,8 +14,8 @@ namespace vlKestrion {
 class MaterialManager;
 class ProjectLoader;
 
-/** The engine's life as a whole: the libraries below, materials, scripts and projects. Both operations
- * belong to the thread that owns the engine then. */
+/** The engine's life as a whole: the libraries below, materials, scripts and projects. Both
+ * operations belong to the thread that owns the engine then. */
 class System final {
 public:
     /// Fails with one line when the device cannot be had; nothing stays behind then. Does nothing
