@@ -25,7 +25,7 @@ end
 
 -- The components that views and containers are made of, as far as they are there.
 local function components()
-    local found = {}
+    local found = {bar}
     local function add(name) if ui.exists(name) then found[#found + 1] = name end end
     for number = 0, 60 do
         local container = "CONTAINER_" .. number
