@@ -25,7 +25,7 @@ end
 
 -- The components that views and containers are made of, as far as they are there.
 local function components()
-    local found = {}
+    local found = {bar}
     local function add(name) if ui.exists(name) then found[#found + 1] = name end end
     for number = 0, 60 do
         local container = "CONTAINER_" .. number
@@ -65,9 +65,9 @@ local actions = {
         if not try(ui.click, tabs, "right", any(ui.items(tabs))) then return end
         if not (ui.exists("EDITOR_TAB_MENU") and ui.visible("EDITOR_TAB_MENU")) then return end
         if try(ui.menu, "EDITOR_TAB_MENU", any {"Rename", "Close", "Close"}) and
-            ui.exists("EDITOR_RENAME_DIALOG") and ui.visible("EDITOR_RENAME_DIALOG") then
-            try(ui.type, "EDITOR_RENAME_DIALOG_EDIT", any {"", "Renamed", "+", "a & b"})
-            try(ui.key, "EDITOR_RENAME_DIALOG_EDIT", any {13, 27})
+            ui.exists(tabs .. "_RENAME") and ui.visible(tabs .. "_RENAME") then
+            try(ui.type, tabs .. "_RENAME", any {"", "Renamed", "+", "a & b"})
+            try(ui.key, tabs .. "_RENAME", any {13, 27})
         end
     end,
     function() try(editor.open, any {6, 6, 7, 13}) end,

@@ -3,24 +3,12 @@
 #include "app/automation/Answers.h"
 #include "core/EngineHandler.h"
 #include "core/MessageOrchestrator.h"
+#include "core/WorkerPool.h"
 
 #include <vlGraphics/Program.h>
 #include <vlWinUi/Automation.h>
 
 namespace vlEditor {
-namespace {
-
-std::function<bool()>& workersIdle() {
-    static std::function<bool()> areIdle;
-    return areIdle;
-}
-
-} // namespace
-
-void AutomationSyncMessage::setWorkersIdle(std::function<bool()> areIdle) {
-    workersIdle() = std::move(areIdle);
-}
-
 void AutomationSyncMessage::runOnGraphicsThread() {
     auto& programs = *vlGraphics::ProgramManager::getInstance();
     // Otherwise a frame does it, and there may be nothing to draw.
@@ -33,7 +21,7 @@ void AutomationSyncMessage::runOnGraphicsThread() {
 void AutomationSyncMessage::runOnUiThread() {
     // What the widgets themselves have still to do (layout, sizes) may post messages, too.
     vlWinUi::Automation::invoke([id = ticket, engine = engineAtRest] {
-        const bool atRest = engine && (!workersIdle() || workersIdle()());
+        const bool atRest = engine && WorkerPool::getInstance().pendingCount() == 0;
         const auto posted =
                 static_cast<std::int64_t>(MessageOrchestrator::getInstance().getPostedCount());
         Answers::getInstance().give(

@@ -2,8 +2,6 @@
 #include "core/Members.h"
 #include "core/Message.h"
 
-#include <functional>
-
 namespace vlEditor {
 
 /** Goes once through both threads and answers its ticket with three values: whether it found the
@@ -17,10 +15,6 @@ public:
     void runOnUiThread() override;
     void runOnGraphicsThread() override;
     bool isRoutine() const override { return true; }
-
-    /// What else must be done before the editor is at rest, as a worker's jobs: true when it is.
-    /// Asked on the UI thread; set by it before the first of these messages.
-    static void setWorkersIdle(std::function<bool()> areIdle);
 
     static constexpr auto members() {
         return std::tuple{Member{"ticket", &AutomationSyncMessage::ticket}};
