@@ -1,4 +1,5 @@
 #include "app/JobStatus.h"
+#include "core/EditorLogger.h"
 #include "core/MessageOrchestrator.h"
 #include "core/WorkerPool.h"
 
@@ -56,6 +57,7 @@ TEST(JobStatus, ShowsTheJobThatRunsAndCancelsIt) {
     EXPECT_FALSE(cancel->isVisible());
 
     WorkerPool::destroyInstance();
+    EditorLogger::destroyInstance();
     MessageOrchestrator::getInstance().discard();
     vlWinUi::System::kill();
 }
