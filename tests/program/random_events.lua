@@ -36,6 +36,9 @@ local function components()
         for _, part in ipairs {"", "_ENGINE", "_UPDATE", "_SCREEN", "_COMPOSITOR"} do
             add("ENGINE_WINDOW_" .. number .. part)
         end
+        for _, part in ipairs {"_LOG", "_FILTER", "_EDIT", "_LAUNCH"} do
+            add("COMMAND_LINE_" .. number .. part)
+        end
     end
     return found
 end
@@ -71,6 +74,31 @@ local actions = {
         end
     end,
     function() try(editor.open, any {6, 6, 7, 13}) end,
+    function()
+        local titles = {}
+        for _, name in ipairs(components()) do
+            if name:find("_TITLE$") and ui.visible(name) then titles[#titles + 1] = name end
+        end
+        local menu = "EDITOR_CONTAINER_TITLE_MENU"
+        if #titles == 0 or not try(ui.click, any(titles), "right") then return end
+        if not (ui.exists(menu) and ui.visible(menu)) then return end
+        if not try(ui.menu, menu, any(ui.items(menu))) then return end
+        local dialog = "EDITOR_RESIZE_CONTAINER"
+        if not (ui.exists(dialog) and ui.visible(dialog)) then return end
+        try(ui.type, dialog .. "_EDIT", any {"", "0", "180", "400", "99999", "x"})
+        try(ui.key, dialog .. "_EDIT", any {13, 27})
+    end,
+    function()
+        for _, name in ipairs(components()) do
+            if name:find("^COMMAND_LINE_.*_EDIT$") and ui.visible(name) then
+                try(ui.type, name, any {"print('a')", "engine.", "for", "while true do end",
+                                        "for i = 1, 500 do print(i) end", "error({})"})
+                try(ui.key, name, any {13, 13, 9, 27, 38, 40})
+                return
+            end
+        end
+    end,
+    function() try(ui.key, "VL_EDITOR_MAIN_WIN", any {117, 9, 33, 34}, any {"ctrl", "shift"}) end,
     function()
         local bars = {}
         for _, name in ipairs(components()) do
