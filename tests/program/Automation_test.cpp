@@ -72,6 +72,19 @@ TEST(Automation, ViewsTabsAndMenusWithoutADisplay) {
     keep(pictureOf(folder.path() / "views.png"), "views_headless");
 }
 
+TEST(Automation, ContainersTabsAndTheLogWithAWindow) {
+    const Folder folder;
+    expectGood(run(folder.path(), {"--run", source("tests/program/containers.lua").string()}));
+    keep(pictureOf(folder.path() / "containers.png"), "containers_window");
+}
+
+TEST(Automation, ContainersTabsAndTheLogWithoutADisplay) {
+    const Folder folder;
+    expectGood(run(folder.path(),
+                   {"--run", source("tests/program/containers.lua").string(), "--headless"},
+                   noDisplay));
+}
+
 TEST(Automation, TheViewportDrawsWithAWindowAndWithoutADisplay) {
     const std::string script = source("tests/program/viewport.lua").string();
     for (const bool headless : {false, true}) {

@@ -72,7 +72,11 @@ void Window::setVisible(bool visible) {
     auto& native = nativeAs<WindowNative>(*this);
     const bool topLevel = native.widget->isWindow();
     if (visible && topLevel) native.place();
+    // Not every window manager hands the keyboard back by itself.
+    const bool handsBack =
+            !visible && topLevel && native.owner != nullptr && native.widget->isActiveWindow();
     native.widget->setVisible(visible);
+    if (handsBack) native.owner->window()->activateWindow();
     if (!visible || !topLevel) return;
     native.widget->raise();
     native.widget->activateWindow();

@@ -84,6 +84,15 @@ Result<> press(const std::string& name, std::uint32_t virtualKey, const Automati
     return {};
 }
 
+/// A window that was not the active one becomes so in a turn of its own.
+Steps::Step focusStep(const std::string& name) {
+    return [name]() -> Result<> {
+        const auto window = focus(name);
+        if (!window) return tl::unexpected(window.error());
+        return {};
+    };
+}
+
 /// As an input method hands it over: at once, and through what the field allows.
 void commit(QWidget& field, const QString& text) {
     QInputMethodEvent event;
@@ -170,7 +179,8 @@ void Automation::click(vlMemory::StringView name,
 }
 
 void Automation::type(vlMemory::StringView name, vlMemory::StringView text, Done done) {
-    Steps::run({[name = std::string(name), text = toQt(text)] { return typeInto(name, text); }},
+    Steps::run({focusStep(std::string(name)),
+                [name = std::string(name), text = toQt(text)] { return typeInto(name, text); }},
                std::move(done));
 }
 
@@ -178,9 +188,10 @@ void Automation::key(vlMemory::StringView name,
                      std::uint32_t virtualKey,
                      const Labels& held,
                      Done done) {
-    Steps::run({[name = std::string(name), virtualKey, held] {
-                   return press(name, virtualKey, held);
-               }},
+    Steps::run({focusStep(std::string(name)),
+                [name = std::string(name), virtualKey, held] {
+                    return press(name, virtualKey, held);
+                }},
                std::move(done));
 }
 
