@@ -1,16 +1,12 @@
+#include "DevicelessTest.h"
 #include "TestFolder.h"
 
-#include <vlGraphics/Node.h>
-#include <vlGraphics/RenderQueue.h>
-#include <vlGraphics/Viewport.h>
 #include <vlKestrion/ModelImporter.h>
 #include <vlKestrion/ProjectLoader.h>
 #include <vlResources/ResourceManager.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <stdexcept>
 
 namespace vlKestrion {
 namespace {
@@ -21,21 +17,8 @@ using testing::IsEmpty;
 using vlMemory::String;
 using vlMemory::StringView;
 
-/// Ends the test where it is null.
-template <class T> T& existing(T* resource) {
-    if (resource == nullptr) throw std::runtime_error("there is no such resource");
-    return *resource;
-}
-
-/// An engine without a device.
-class ProjectLoaderTest : public testing::Test {
+class ProjectLoaderTest : public DevicelessTest {
 protected:
-    ~ProjectLoaderTest() override {
-        // Entities know their nodes and nodes their entities.
-        queues_.clear();
-        nodes_.clear();
-    }
-
     ProjectLoadResult load(const String& text) {
         return ProjectLoader().load(ProjectLoadQuery(folder_.write("p.vls", text)));
     }
@@ -45,20 +28,6 @@ protected:
     }
 
     TestFolder folder_;
-    vlGraphics::BlendStateManager blendStates_;
-    vlGraphics::DepthStencilStateManager depthStencilStates_;
-    vlGraphics::RasterStateManager rasterStates_;
-    vlGraphics::ViewportManager viewports_;
-    vlGraphics::SamplerManager samplers_;
-    vlGraphics::TextureManager textures_;
-    vlGraphics::MeshManager meshes_;
-    vlGraphics::ProgramManager programs_;
-    vlGraphics::ShaderManager shaders_;
-    vlGraphics::CameraManager cameras_;
-    vlGraphics::NodeManager nodes_;
-    vlGraphics::RenderQueueManager queues_;
-    vlGraphics::CompositorManager compositors_;
-    MaterialManager materials_;
 };
 
 TEST_F(ProjectLoaderTest, BuildsTheSceneBelowItsParents) {

@@ -1,21 +1,11 @@
+#include "DevicelessTest.h"
 #include "script/EngineTables.h"
-
-#include <vlGraphics/BlendState.h>
-#include <vlGraphics/Compositor.h>
-#include <vlGraphics/DepthStencilState.h>
-#include <vlGraphics/Mesh.h>
-#include <vlGraphics/Node.h>
-#include <vlGraphics/RasterState.h>
-#include <vlGraphics/RenderQueue.h>
-#include <vlGraphics/Viewport.h>
-#include <vlKestrion/Material.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <sstream>
-#include <stdexcept>
 
 namespace vlKestrion {
 namespace {
@@ -23,14 +13,8 @@ namespace {
 using testing::HasSubstr;
 using vlMemory::String;
 
-/// Ends the test where it is null.
-template <class T> T& existing(T* resource) {
-    if (resource == nullptr) throw std::runtime_error("there is no such resource");
-    return *resource;
-}
-
-/// An engine without a device, with something of every kind.
-class EngineTablesTest : public testing::Test {
+/// With something of every kind.
+class EngineTablesTest : public DevicelessTest {
 protected:
     EngineTablesTest() {
         addEngineTables(interpreter_);
@@ -50,11 +34,6 @@ protected:
         cameras_.createOrRetrieve("it");
         existing(existing(compositors_.createOrRetrieve("it")).addNode()).setName("glow");
         materials_.createOrRetrieve("it");
-    }
-    ~EngineTablesTest() override {
-        // Entities know their nodes and nodes their entities.
-        queues_.clear();
-        nodes_.clear();
     }
 
     vlScripts::ExecutionResult run(const String& text) {
@@ -79,20 +58,6 @@ protected:
         return result.message;
     }
 
-    vlGraphics::BlendStateManager blendStates_;
-    vlGraphics::DepthStencilStateManager depthStencilStates_;
-    vlGraphics::RasterStateManager rasterStates_;
-    vlGraphics::ViewportManager viewports_;
-    vlGraphics::SamplerManager samplers_;
-    vlGraphics::TextureManager textures_;
-    vlGraphics::MeshManager meshes_;
-    vlGraphics::ProgramManager programs_;
-    vlGraphics::ShaderManager shaders_;
-    vlGraphics::CameraManager cameras_;
-    vlGraphics::NodeManager nodes_;
-    vlGraphics::RenderQueueManager queues_;
-    vlGraphics::CompositorManager compositors_;
-    MaterialManager materials_;
     vlGraphics::RenderQueue* queue_ = nullptr;
     vlScripts::Interpreter interpreter_{{}};
 };
