@@ -6,7 +6,7 @@
 # Libraries whose tests open windows or present pictures; every room of the editor does, too.
 set(VL_DISPLAY_LIBRARIES vlWinUi vlGraphics vlKestrion)
 # Libraries in which threads meet.
-set(VL_THREADED_LIBRARIES vlCommon vlLog vlTasks vlEditor_core)
+set(VL_THREADED_LIBRARIES vlCommon vlLog vlTasks vlScripts vlEditor_core)
 
 add_custom_target(vl_asan_tests)
 add_custom_target(vl_tsan_tests)
