@@ -179,6 +179,17 @@ TEST_F(AutomationTest, ChoosesFromListsCombosTabsAndTrees) {
     EXPECT_FALSE(Automation::getItems("WINDOW"));
 }
 
+TEST_F(AutomationTest, ATabOutOfTheBarsRoomIsScrolledTo) {
+    auto& tabs = make<TabWindow>("TABS");
+    for (int i = 0; i < 40; ++i)
+        tabs.addTab("Tab " + std::to_string(i));
+    show({&tabs});
+    for (const char* label : {"Tab 39", "Tab 20", "Tab 0", "Tab 12"}) {
+        EXPECT_EQ(select("TABS", label), "");
+        EXPECT_EQ(tabs.getText(), label);
+    }
+}
+
 TEST_F(AutomationTest, MenusAreWalkedByTheirLabels) {
     auto& bar = make<ToolBar>("BAR");
     std::string chosen;
