@@ -11,6 +11,7 @@
 #include <vlWinUi/ListBox.h>
 #include <vlWinUi/MultiLineEdit.h>
 #include <vlWinUi/Notificator.h>
+#include <vlWinUi/Static.h>
 #include <vlWinUi/TabWindow.h>
 #include <vlWinUi/ToolBar.h>
 #include <vlWinUi/TreeView.h>
@@ -229,6 +230,25 @@ TEST_F(AutomationTest, AContextMenuIsChosenFromWhileItIsOpen) {
     EXPECT_EQ(click("TABS", Automation::Button::Right, "Second"), "");
     EXPECT_EQ(menu("MENU", {"Close"}), "");
     EXPECT_EQ(closed, 1);
+}
+
+TEST_F(AutomationTest, TheMenuKeyAsksForAMenu) {
+    auto& list = make<ListBox>("LIST");
+    auto& around = make<Window>("AROUND");
+    int ofList = 0;
+    int ofWindow = 0;
+    list.setMenuCallback([&](Point) { ++ofList; });
+    around.setMenuKeyCallback([&] { ++ofWindow; });
+    auto& label = make<Static>("LABEL");
+    label.setFocusable(true);
+    GridLayout grid(1, 1);
+    grid.addComponent(label, 0, 0);
+    around.setLayout(std::move(grid));
+    show({&list, &around});
+    EXPECT_EQ(key("LIST", 93), "");
+    EXPECT_EQ(ofList, 1);
+    EXPECT_EQ(key("LABEL", 93), "");
+    EXPECT_EQ(ofWindow, 1);
 }
 
 TEST_F(AutomationTest, AFileDialogGetsItsPath) {
