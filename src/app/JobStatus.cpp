@@ -24,7 +24,8 @@ void show(const std::vector<WorkerPool::JobState>& jobs) {
     if (!jobs.empty()) {
         const WorkerPool::JobState& job = jobs.front();
         const std::size_t waiting = jobs.size() - 1;
-        label->setText(job.label + (waiting == 0 ? "" : " (" + std::to_string(waiting) + " more)"));
+        // In front: the end of a long label is cut.
+        label->setText((waiting == 0 ? "" : "(+" + std::to_string(waiting) + ") ") + job.label);
         bar->setShare(job.share);
         bar->setText(job.label);
         cancel->setEnabled(!job.cancelled, "It is being cancelled.");

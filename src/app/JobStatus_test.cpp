@@ -45,7 +45,7 @@ TEST(JobStatus, ShowsTheJobThatRunsAndCancelsIt) {
     pool.addJob("Next", [](JobProgress&) {});
     reported.get_future().wait();
     MessageOrchestrator::getInstance().drainUi();
-    EXPECT_EQ(label->getText(), "Generating mesh 'rock' (1 more)");
+    EXPECT_EQ(label->getText(), "(+1) Generating mesh 'rock'");
     EXPECT_EQ(bar->getShare(), 0.25);
     EXPECT_TRUE(cancel->isVisible());
 

@@ -46,8 +46,14 @@ std::optional<WindowLayout> LayoutFile::load() {
     const std::string file = path();
     std::error_code ignored;
     if (!isEnabled() || file.empty() || !fs::exists(file, ignored)) return std::nullopt;
-    const auto refuse = [](const std::string& reason) {
-        EditorLogger::getInstance().log(reason + " The default window layout is used.", "Editor");
+    const auto refuse = [&](const std::string& reason) {
+        // It may be of a newer editor, or have one wrong letter: leaving must not write over it.
+        const std::string kept = file + ".refused";
+        std::error_code failed;
+        fs::rename(file, kept, failed);
+        const std::string where = failed ? std::string() : " It is kept as '" + kept + "'.";
+        EditorLogger::getInstance().log(reason + " The default window layout is used." + where,
+                                        "Editor");
         return std::nullopt;
     };
     const auto read = vlResources::ResourceManager::getInstance().readFile(file, largestFile);

@@ -145,6 +145,8 @@ TEST_F(WindowLayoutTest, ABrokenFileIsOneLineAndTheDefaultLayout) {
         EXPECT_FALSE(LayoutFile::load()) << text.substr(0, 200);
         EXPECT_EQ(lineCount(), ++lines) << text.substr(0, 200);
         EXPECT_THAT(EditorLogger::getInstance().getKeptLines().back(), HasSubstr("layout.json"));
+        EXPECT_FALSE(fs::exists(LayoutFile::path()));
+        EXPECT_EQ(fs::file_size(LayoutFile::path() + ".refused"), text.size());
     }
 }
 

@@ -38,17 +38,19 @@ void openTabMenu(vlWinUi::TabWindow& tabs, std::size_t index, vlWinUi::Point scr
     menu.open(screen);
 }
 
+void addBesideSelected(const vlWinUi::TabWindow& tabs) {
+    const auto selected = tabs.getSelected();
+    if (selected && !isNewTab(tabs, *selected))
+        ContainerFocus::focus(CommonWindowInit::addContainer(*tabs.getPage(*selected)));
+}
+
 void openTabsMenu(const std::string& tabsName, vlWinUi::Point screen) {
     auto& menu =
             *ComponentManager::createOrRetrieve<vlWinUi::ContextMenu>("TAB_MANIPULATION_CONTEXT");
     menu.getMenu().clear();
     menu.addItem("Add View Container", [tabsName] {
         const auto* tabs = ComponentManager::get<vlWinUi::TabWindow>(tabsName);
-        if (tabs == nullptr) return;
-        const auto selected = tabs->getSelected();
-        if (selected && !isNewTab(*tabs, *selected)) {
-            ContainerFocus::focus(CommonWindowInit::addContainer(*tabs->getPage(*selected)));
-        }
+        if (tabs != nullptr) addBesideSelected(*tabs);
     });
     menu.open(screen);
 }
@@ -83,6 +85,7 @@ void moveSelected(vlWinUi::TabWindow& tabs, bool right) {
 
 void addKeys(vlWinUi::TabWindow& tabs) {
     tabs.addShortcut("Ctrl+T", [&tabs] { newTab(tabs); });
+    tabs.addShortcut("Ctrl+Shift+T", [&tabs] { addBesideSelected(tabs); });
     tabs.addShortcut("Ctrl+W", [&tabs] { closeSelected(tabs); });
     tabs.addShortcut("Ctrl+Tab", [&tabs] { tabs.cycle(true); });
     tabs.addShortcut("Ctrl+Shift+Tab", [&tabs] { tabs.cycle(false); });

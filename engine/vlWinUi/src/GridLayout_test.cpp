@@ -27,6 +27,22 @@ struct GridLayoutTest : test::WinUiTest {
     }
 };
 
+TEST_F(GridLayoutTest, ColumnsOfNoWeightShareEqually) {
+    auto& window = make<Window>("WINDOW");
+    auto& left = make<ListBox>("LEFT");
+    auto& right = make<ListBox>("RIGHT");
+    GridLayout grid(2, 1);
+    grid.setInternalBorders(0, 0);
+    grid.setWeightColumn(0, 0);
+    grid.setWeightColumn(1, 0);
+    grid.addComponent(left, 0, 0);
+    grid.addComponent(right, 1, 0);
+    window.setLayout(std::move(grid));
+    resize(window, 700, 400);
+    EXPECT_EQ(placeOf(left).width, 350);
+    EXPECT_EQ(placeOf(right), (Rectangle{350, 0, 350, 400}));
+}
+
 TEST_F(GridLayoutTest, FixedTracksKeepTheirPixelsAndTheRestIsShared) {
     auto& window = make<Window>("WINDOW");
     auto& left = make<ListBox>("LEFT");

@@ -10,8 +10,9 @@ namespace vlWinUi {
 namespace {
 
 constexpr qreal RADIUS = 3.0;
-constexpr int ARROW_ROOM = 20;  ///< of a combo box, pixels
-constexpr int LINE_HEIGHT = 22; ///< of lists and trees, pixels
+constexpr int ARROW_ROOM = 20;      ///< of a combo box, pixels
+constexpr int COMBO_TEXT_INSET = 2; ///< left and right of its text together, pixels
+constexpr int LINE_HEIGHT = 22;     ///< of lists and trees, pixels
 
 /// An open arrow head; `angle` 0 points down, 90 left, 180 up, 270 right.
 void drawChevron(QPainter& painter, const QPointF& centre, qreal angle, const QColor& color) {
@@ -191,6 +192,21 @@ QIcon Style::standardIcon(StandardPixmap which,
     default:
         return QProxyStyle::standardIcon(which, option, widget);
     }
+}
+
+void Style::drawControl(ControlElement element,
+                        const QStyleOption* option,
+                        QPainter* painter,
+                        const QWidget* widget) const {
+    const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+    if (element != CE_ComboBoxLabel || combo == nullptr)
+        return QProxyStyle::drawControl(element, option, painter, widget);
+    // The base style cuts a letter in two where the room ends.
+    QStyleOptionComboBox shown = *combo;
+    const QRect room = subControlRect(CC_ComboBox, combo, SC_ComboBoxEditField, widget);
+    shown.currentText = combo->fontMetrics.elidedText(
+            combo->currentText, Qt::ElideRight, room.width() - COMBO_TEXT_INSET);
+    QProxyStyle::drawControl(element, &shown, painter, widget);
 }
 
 void Style::drawComplexControl(ComplexControl control,

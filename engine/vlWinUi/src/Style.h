@@ -20,6 +20,10 @@ public:
                        const QStyleOption* option,
                        QPainter* painter,
                        const QWidget* widget) const override;
+    void drawControl(ControlElement element,
+                     const QStyleOption* option,
+                     QPainter* painter,
+                     const QWidget* widget) const override;
     void drawComplexControl(ComplexControl control,
                             const QStyleOptionComplex* option,
                             QPainter* painter,

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <gmock/gmock.h>
 
@@ -97,6 +98,24 @@ TEST_F(TabBarTest, ATabIsRenamedInPlace) {
     EXPECT_THAT(labels(), ElementsAre("One", "Left & right", "Three", "+"));
     tabs->editTab(3);
     EXPECT_FALSE(tabs->isEditing());
+}
+
+TEST_F(TabBarTest, TheFieldForALongNameGrowsAsFarAsTheBar) {
+    tabs->editTab(1);
+    const unsigned narrow = edit().getWidth();
+    auto& line = *static_cast<QLineEdit*>(edit().native().widget);
+    line.insert("A name that needs far more room than the tab has");
+    EXPECT_GT(edit().getWidth(), 2 * narrow);
+    line.insert(QString(500, 'W'));
+    EXPECT_EQ(edit().getWidth(), static_cast<unsigned>(bar().width()));
+}
+
+TEST_F(TabBarTest, ABarWithoutRoomScrollsRatherThanCutItsLabels) {
+    const int whole = bar().tabRect(1).width();
+    for (int i = 0; i < 30; ++i)
+        tabs->insertTab(3, "New Tab");
+    System::processEvents();
+    EXPECT_EQ(bar().tabRect(1).width(), whole);
 }
 
 TEST_F(TabBarTest, RenamingEndsWithItsTabAndWithASwitch) {

@@ -20,11 +20,23 @@ namespace {
 constexpr const char* FIXED = "vlFixedTab";
 constexpr int LONGEST_LABEL = 200;  ///< characters that are taken
 constexpr int NARROWEST_FIELD = 90; ///< pixels
+constexpr int FIELD_ROOM = 24;      ///< around the text of the field, pixels
+constexpr int SHORTENED_TAB = 130;  ///< no tab is narrower for want of room, pixels
+
+/** Tabs that have no room scroll before their labels become unreadable. */
+class TabBar final : public QTabBar {
+protected:
+    QSize minimumTabSizeHint(int index) const override {
+        QSize size = tabSizeHint(index);
+        size.setWidth(std::min(size.width(), SHORTENED_TAB));
+        return size;
+    }
+};
 
 } // namespace
 
 TabWindowNative::TabWindowNative() : Native(new QWidget) {
-    bar = new QTabBar;
+    bar = new TabBar;
     bar->setExpanding(false);
     bar->setDrawBase(false);
     bar->setFocusPolicy(Qt::TabFocus);
@@ -214,15 +226,23 @@ void TabWindowNative::edit(int index) {
     EditBox* edit = makeField();
     if (edit == nullptr) return;
     edited = pageAt(index);
-    const QRect tab = bar->tabRect(index);
     edit->setText(labelFromQt(bar->tabText(index)));
     edit->selectAll();
-    const int width = std::max(NARROWEST_FIELD, tab.width() - 6);
-    const int left = std::clamp(tab.left() + 3, 0, std::max(0, bar->width() - width));
-    field->setGeometry(left, tab.top() + 3, width, tab.height() - 5);
+    placeField();
     field->raise();
     field->show();
     field->setFocus(Qt::OtherFocusReason);
+}
+
+void TabWindowNative::placeField() {
+    const int index = edited == nullptr ? -1 : indexOf(edited);
+    if (index < 0 || field == nullptr) return;
+    const QRect tab = bar->tabRect(index);
+    const QString text = toQt(static_cast<const EditBox*>(componentOf(field))->getText());
+    const int needed = field->fontMetrics().horizontalAdvance(text) + FIELD_ROOM;
+    const int width = std::min(std::max({NARROWEST_FIELD, tab.width() - 6, needed}), bar->width());
+    const int left = std::clamp(tab.left() + 3, 0, std::max(0, bar->width() - width));
+    field->setGeometry(left, tab.top() + 3, width, tab.height() - 5);
 }
 
 EditBox* TabWindowNative::makeField() {
@@ -235,6 +255,7 @@ EditBox* TabWindowNative::makeField() {
         if (key == 13) finishEdit(true);
         if (key == 27) finishEdit(false);
     });
+    edit->setChangeCallback([this] { placeField(); });
     field->setParent(bar);
     field->installEventFilter(this);
     return edit;

@@ -49,6 +49,8 @@ private:
     bool handleBarKey(int key);
     void dragTo(const QPoint& at);
     EditBox* makeField();
+    /// Over the tab, and as wide as its text needs.
+    void placeField();
     void finishEdit(bool accept);
 
     QPointer<QWidget> pressed; ///< the page of the tab that a button went down on

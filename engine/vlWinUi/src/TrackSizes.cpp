@@ -35,26 +35,30 @@ std::vector<double> TrackSizes::share(std::span<const Track> tracks, double tota
     std::vector<bool> settled(tracks.size());
     double rest = total;
     double weights = 0;
+    // All of no weight are as good as equal ones: their room would be nobody's otherwise.
+    const bool equal = std::ranges::none_of(
+            tracks, [](const Track& track) { return !track.fixed && track.weight > 0; });
+    const auto weight = [&](std::size_t i) { return equal ? 1.0 : tracks[i].weight; };
     for (std::size_t i = 0; i < tracks.size(); ++i) {
         settled[i] = tracks[i].fixed;
         sizes[i] = tracks[i].fixed ? tracks[i].size : tracks[i].minimum;
         if (settled[i])
             rest -= sizes[i];
         else
-            weights += tracks[i].weight;
+            weights += weight(i);
     }
     // A track whose share is too small takes its minimum, which leaves less to the others: repeat.
     for (bool changed = true; changed;) {
         changed = false;
         for (std::size_t i = 0; i < tracks.size(); ++i) {
-            if (settled[i] || rest * tracks[i].weight >= tracks[i].minimum * weights) continue;
+            if (settled[i] || rest * weight(i) >= tracks[i].minimum * weights) continue;
             settled[i] = changed = true;
             rest -= tracks[i].minimum;
-            weights -= tracks[i].weight;
+            weights -= weight(i);
         }
     }
     for (std::size_t i = 0; i < tracks.size(); ++i)
-        if (!settled[i] && weights > 0) sizes[i] = std::max(0.0, rest * tracks[i].weight / weights);
+        if (!settled[i] && weights > 0) sizes[i] = std::max(0.0, rest * weight(i) / weights);
     return sizes;
 }
 

@@ -11,6 +11,7 @@
 #include <vlWinUi/ListBox.h>
 #include <vlWinUi/MultiLineEdit.h>
 #include <vlWinUi/Notificator.h>
+#include <vlWinUi/Static.h>
 #include <vlWinUi/TabWindow.h>
 #include <vlWinUi/ToolBar.h>
 #include <vlWinUi/TreeView.h>
@@ -179,6 +180,17 @@ TEST_F(AutomationTest, ChoosesFromListsCombosTabsAndTrees) {
     EXPECT_FALSE(Automation::getItems("WINDOW"));
 }
 
+TEST_F(AutomationTest, ATabOutOfTheBarsRoomIsScrolledTo) {
+    auto& tabs = make<TabWindow>("TABS");
+    for (int i = 0; i < 40; ++i)
+        tabs.addTab("Tab " + std::to_string(i));
+    show({&tabs});
+    for (const char* label : {"Tab 39", "Tab 20", "Tab 0", "Tab 12"}) {
+        EXPECT_EQ(select("TABS", label), "");
+        EXPECT_EQ(tabs.getText(), label);
+    }
+}
+
 TEST_F(AutomationTest, MenusAreWalkedByTheirLabels) {
     auto& bar = make<ToolBar>("BAR");
     std::string chosen;
@@ -218,6 +230,25 @@ TEST_F(AutomationTest, AContextMenuIsChosenFromWhileItIsOpen) {
     EXPECT_EQ(click("TABS", Automation::Button::Right, "Second"), "");
     EXPECT_EQ(menu("MENU", {"Close"}), "");
     EXPECT_EQ(closed, 1);
+}
+
+TEST_F(AutomationTest, TheMenuKeyAsksForAMenu) {
+    auto& list = make<ListBox>("LIST");
+    auto& around = make<Window>("AROUND");
+    int ofList = 0;
+    int ofWindow = 0;
+    list.setMenuCallback([&](Point) { ++ofList; });
+    around.setMenuKeyCallback([&] { ++ofWindow; });
+    auto& label = make<Static>("LABEL");
+    label.setFocusable(true);
+    GridLayout grid(1, 1);
+    grid.addComponent(label, 0, 0);
+    around.setLayout(std::move(grid));
+    show({&list, &around});
+    EXPECT_EQ(key("LIST", 93), "");
+    EXPECT_EQ(ofList, 1);
+    EXPECT_EQ(key("LABEL", 93), "");
+    EXPECT_EQ(ofWindow, 1);
 }
 
 TEST_F(AutomationTest, AFileDialogGetsItsPath) {

@@ -1,6 +1,7 @@
 #include "automation/Events.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QPointer>
 
 #include <utility>
@@ -29,6 +30,16 @@ namespace {
 
 int eventTime = 0;
 Qt::MouseButtons heldButtons;
+
+/// What the plug-ins of the platforms make of the menu key themselves.
+void askForContextMenu() {
+    QWidget* focused = QApplication::focusWidget();
+    if (focused == nullptr || QApplication::activePopupWidget() != nullptr) return;
+    const QPoint middle = focused->rect().center();
+    QContextMenuEvent event(
+            QContextMenuEvent::Keyboard, middle, focused->mapToGlobal(middle), Qt::NoModifier);
+    QApplication::sendEvent(focused, &event);
+}
 
 } // namespace
 
@@ -77,6 +88,7 @@ void sendClick(const Spot& spot, Qt::MouseButton button) {
 void sendKey(QWindow& window, int qtKey, Qt::KeyboardModifiers held, const QString& text) {
     const QPointer<QWindow> guard = &window;
     qt_handleKeyEvent(&window, QEvent::KeyPress, qtKey, held, text, false, 1);
+    if (qtKey == Qt::Key_Menu) askForContextMenu();
     if (guard != nullptr)
         qt_handleKeyEvent(&window, QEvent::KeyRelease, qtKey, held, text, false, 1);
 }

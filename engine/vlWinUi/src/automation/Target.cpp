@@ -12,6 +12,7 @@
 #include <QMenu>
 #include <QStyleOptionButton>
 #include <QTabBar>
+#include <QToolButton>
 #include <QTreeView>
 #include <fmt/format.h>
 
@@ -56,11 +57,30 @@ QRect inView(const QWidget& widget, QRect part) {
     return part;
 }
 
+/// A bar that is too short has arrows at its end, which would take the click meant for a tab.
+void scrollToTab(const QTabBar& bar, int tab) {
+    QToolButton* left = nullptr;
+    QToolButton* right = nullptr;
+    for (auto* button : bar.findChildren<QToolButton*>()) {
+        if (!button->isVisible()) continue;
+        if (button->arrowType() == Qt::LeftArrow) left = button;
+        if (button->arrowType() == Qt::RightArrow) right = button;
+    }
+    if (left == nullptr || right == nullptr) return;
+    const auto middle = [&] { return bar.tabRect(tab).center().x(); };
+    for (int i = 0; i < bar.count() && middle() >= left->x() && right->isEnabled(); ++i)
+        right->click();
+    for (int i = 0; i < bar.count() && middle() < 0 && left->isEnabled(); ++i)
+        left->click();
+}
+
 Result<Spot> spotOnTab(const Component& component, vlMemory::StringView label) {
     auto* bar = component.native().widget->findChild<QTabBar*>();
-    for (int i = 0; i < bar->count(); ++i)
-        if (labelFromQt(bar->tabText(i)) == label)
-            return spotOn(component.getComponentName(), *bar, bar->tabRect(i));
+    for (int i = 0; i < bar->count(); ++i) {
+        if (labelFromQt(bar->tabText(i)) != label) continue;
+        scrollToTab(*bar, i);
+        return spotOn(component.getComponentName(), *bar, bar->tabRect(i));
+    }
     return refuse(component.getComponentName(), fmt::format("has no tab '{}'", label));
 }
 
