@@ -17,6 +17,8 @@ namespace {
 using vlWinUi::ComponentManager;
 
 constexpr float toolBarHeight = 27;
+constexpr unsigned leastWidth = 640;
+constexpr unsigned leastHeight = 360;
 constexpr unsigned menuWidth = 200;
 
 void addUnavailable(vlWinUi::Menu& menu, std::string_view label, std::string_view reason) {
@@ -29,6 +31,7 @@ void MainWindow::create() {
     window_ = ComponentManager::createOrRetrieve<vlWinUi::Window>(windowName);
     window_->setText("Vorlane Editor");
     window_->setRectangle({0, 0, 0, 0});
+    window_->setMinSize(leastWidth, leastHeight);
     window_->setVisibleOnLoad(true);
     window_->setIcon(Icon::size, Icon::size, Icon::pixels());
 

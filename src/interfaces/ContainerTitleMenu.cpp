@@ -46,7 +46,8 @@ void close(vlWinUi::Window& container) {
 } // namespace
 
 void ContainerTitleMenu::open(const std::string& container, vlWinUi::Point screen) {
-    if (ComponentManager::get<vlWinUi::Window>(container) == nullptr) return;
+    const auto* clicked = ComponentManager::get<vlWinUi::Window>(container);
+    if (clicked == nullptr) return;
     auto& menu = *ComponentManager::createOrRetrieve<vlWinUi::ContextMenu>(
             "EDITOR_CONTAINER_TITLE_MENU");
     menu.setText("Container");
@@ -63,6 +64,8 @@ void ContainerTitleMenu::open(const std::string& container, vlWinUi::Point scree
     addAdding(menu, "Add container right", container, ContainerSide::right);
     addAdding(menu, "Add container under", container, ContainerSide::under);
     menu.getMenu().addSeparator();
+    menu.addItem("Free fixed size", with(container, Manipulator::freeSizes))
+            .setEnabled(Manipulator::hasFixedSize(*clicked), "Nothing of it has a fixed size.");
     menu.addItem("Close container", with(container, close));
     menu.open(screen);
 }

@@ -283,6 +283,23 @@ void InterfaceContainerManipulator::setFixedHeight(Window& container, long pixel
     setFixedSize(container, Axis{false}, pixels);
 }
 
+bool InterfaceContainerManipulator::hasFixedSize(const Window& container) {
+    for (const Axis axis : {Axis{true}, Axis{false}}) {
+        const auto [grid, index] = trackOf(container, axis);
+        if (grid != nullptr && axis.track(*grid, index).fixedSize) return true;
+    }
+    return false;
+}
+
+void InterfaceContainerManipulator::freeSizes(Window& container) {
+    for (const Axis axis : {Axis{true}, Axis{false}}) {
+        const auto [grid, index] = trackOf(container, axis);
+        if (grid == nullptr || !axis.track(*grid, index).fixedSize) continue;
+        axis.setTrack(*grid, index, {std::nullopt, meanWeight(*grid, axis)});
+        grid->update();
+    }
+}
+
 unsigned InterfaceContainerManipulator::getColumnWidth(const Window& container) {
     return sizeOf(container, Axis{true});
 }

@@ -40,6 +40,9 @@ public:
     /// the others of it along.
     static void setFixedWidth(vlWinUi::Window& container, long pixels);
     static void setFixedHeight(vlWinUi::Window& container, long pixels);
+    static bool hasFixedSize(const vlWinUi::Window& container);
+    /// Its column and its row share the room with the others again, like the average of them.
+    static void freeSizes(vlWinUi::Window& container);
     /// In pixels, as they are on the screen.
     static unsigned getColumnWidth(const vlWinUi::Window& container);
     static unsigned getRowHeight(const vlWinUi::Window& container);

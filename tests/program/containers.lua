@@ -34,7 +34,9 @@ close(scene.width, 300 - 8, "the scene's width")
 
 ui.click("CONTAINER_1_TITLE", "right")
 same(ui.items(titleMenu), {"Set fixed pixel width", "Set fixed pixel height", "Add container above",
-    "Add container left", "Add container right", "Add container under", "Close container"}, "items")
+    "Add container left", "Add container right", "Add container under", "Free fixed size",
+    "Close container"}, "items")
+assert(not ui.enabled(titleMenu, "Free fixed size"))
 ui.menu(titleMenu, "Add container under")
 editor.sync()
 assert(ui.exists("CONTAINER_2"))
@@ -74,6 +76,8 @@ ui.type("EDITOR_RESIZE_CONTAINER_EDIT", "210")
 ui.key("EDITOR_RESIZE_CONTAINER_EDIT", 13)
 editor.sync()
 close(place("CONTAINER_1").height, 210 - 8, "the fixed height")
+title("CONTAINER_1", "Free fixed size")
+assert(place("CONTAINER_1").height > 250, "the height is still fixed")
 
 -- Closing gives the room back.
 for number = 5, 2, -1 do title("CONTAINER_" .. number, "Close container") end

@@ -12,7 +12,7 @@ public:
     static constexpr Limits defaultLimits{.instructions = 0,
                                           .time = std::chrono::milliseconds(2000),
                                           .memory = 64U << 20U,
-                                          .printedLines = 100};
+                                          .printedLines = 1000};
 
     explicit Environment(const Limits& limits = defaultLimits) : interpreter_(limits) {}
 
