@@ -3,6 +3,7 @@
 #include "core/GraphicsLoop.h"
 
 #include <vlCommon/ThreadBorder.h>
+#include <vlScripts/Environment.h>
 
 #include <algorithm>
 #include <cassert>
@@ -27,7 +28,10 @@ void EngineHandler::start(std::unique_ptr<FrameRenderer> renderer,
 }
 
 void EngineHandler::release() {
+    leaving_ = true;
     stopToken_.release();
+    // The environment was set before the thread started, and stays until its join.
+    if (isRunning() && scriptEnvironment_ != nullptr) scriptEnvironment_->interpreter().interrupt();
 }
 
 void EngineHandler::join() {

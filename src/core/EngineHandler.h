@@ -8,6 +8,7 @@
 
 #include <vlCommon/SingletonClass.h>
 
+#include <atomic>
 #include <memory>
 #include <optional>
 #include <thread>
@@ -39,8 +40,11 @@ public:
     void start(std::unique_ptr<FrameRenderer> renderer,
                std::unique_ptr<TurnClock> clock = std::make_unique<TurnClock>(),
                double framesPerSecond = 60);
-    /// The graphics thread ends after its current turn. May be called twice.
+    /// The graphics thread ends after its current turn, in which scripts end early. May be called
+    /// twice.
     void release();
+    /// Released: nothing long is to be begun any more. Any thread.
+    bool isLeaving() const { return leaving_; }
     /// Waits for its end; the engine is the UI thread's again. May be called twice, and without a
     /// start.
     void join();
@@ -72,6 +76,7 @@ private:
     vlScripts::Environment* scriptEnvironment_ = nullptr;
     RenderingScript renderingScript_;
     StopToken stopToken_;
+    std::atomic<bool> leaving_ = false; ///< for what runs within a turn; the token ends the loop
     std::unique_ptr<FrameRenderer> renderer_;
     std::unique_ptr<TurnClock> clock_;
 };

@@ -318,5 +318,22 @@ TEST_F(ScriptedLoopTest, EachSubmittedScriptRunsAsItWas) {
     EXPECT_THAT(lines().back(), testing::HasSubstr("there is no engine"));
 }
 
+TEST_F(ScriptedLoopTest, LeavingEndsTheScriptThatRunsAndBeginsNoOther) {
+    std::promise<void> begun;
+    environment.interpreter().setLimits({});
+    environment.interpreter().addFunction("begin", [&](auto) {
+        begun.set_value();
+        return vlCommon::Result<vlScripts::Values>();
+    });
+    global().unregisterWindow(one);
+    global().start(std::make_unique<FakeRenderer>());
+    post<ScriptSubmitMessage>("endless", "begin() while true do end");
+    post<ScriptSubmitMessage>("next", "while true do end");
+    begun.get_future().wait();
+    global().release();
+    global().join();
+    EXPECT_THAT(lines().back(), testing::HasSubstr("interrupted"));
+}
+
 } // namespace
 } // namespace vlEditor

@@ -16,6 +16,8 @@ void report(const std::string& why) {
 } // namespace
 
 void ScriptSubmitMessage::runOnGraphicsThread() {
+    // A person waits for the end, and many may be queued.
+    if (EngineHandler::getInstance().isLeaving()) return;
     vlScripts::Environment* environment = EngineHandler::getInstance().getScriptEnvironment();
     if (environment == nullptr) {
         report("script '" + name + "' cannot run: there is no engine");

@@ -12,7 +12,8 @@
 namespace vlEditor {
 
 void JobProgress::report(double share) {
-    share_ = std::clamp(share, 0.0, 1.0);
+    // Not-a-number (nothing of nothing) would pass through the clamp.
+    share_ = share > 0 ? std::min(share, 1.0) : 0.0;
     pool_.notice();
 }
 
@@ -36,16 +37,17 @@ void WorkerPool::add(std::unique_ptr<vlTasks::Task> task) {
 }
 
 void WorkerPool::run(JobProgress& progress, const LongJob& job) {
-    std::string reason;
+    std::optional<std::string> reason;
     try {
         if (!progress.isCancelled()) job(progress);
     } catch (const std::exception& error) {
-        reason = error.what();
+        reason.emplace(error.what());
     } catch (...) {
         reason = "it threw something that is no exception";
     }
-    if (!reason.empty())
-        postToUi(LogMessage(progress.label_ + " failed: " + reason));
+    if (reason)
+        postToUi(LogMessage(progress.label_ +
+                            " failed: " + (reason->empty() ? "it gave no reason" : *reason)));
     else if (progress.isCancelled())
         postToUi(LogMessage(progress.label_ + " was cancelled."));
     remove(progress);

@@ -135,12 +135,14 @@ TEST_F(WorkerPoolTest, AJobThatThrowsGivesALineAndTheNextOneRuns) {
     pool.addJob([] { throw std::runtime_error("no such mesh"); });
     pool.addJob("Reading 'a.obj'", [](JobProgress&) { throw std::runtime_error("line 3: bad"); });
     pool.addJob("Reading 'b.obj'", [](JobProgress&) { throw 7; });
+    pool.addJob("Reading 'c.obj'", [](JobProgress&) { throw std::runtime_error(""); });
     finish();
     EXPECT_THAT(lines(),
                 ElementsAre("[GraphicsThread] A task failed: no such mesh",
                             "[Editor] Reading 'a.obj' failed: line 3: bad",
                             "[Editor] Reading 'b.obj' failed: it threw something that is no "
-                            "exception"));
+                            "exception",
+                            "[Editor] Reading 'c.obj' failed: it gave no reason"));
 }
 
 TEST_F(WorkerPoolTest, StoppingCancelsTheRunningJobAndDropsTheOthers) {

@@ -227,7 +227,12 @@ ExecutionResult Interpreter::State::fail(lua_State* state, int status) {
 std::string Interpreter::State::textOfError(lua_State* state, int status) {
     const std::string where = context_->errorPosition.empty() ? "" : context_->errorPosition + ": ";
     if (status == LUA_ERRMEM) return where + "not enough memory";
-    if (lua_type(state, -1) == LUA_TSTRING) return lua_tostring(state, -1);
+    if (lua_type(state, -1) == LUA_TSTRING) {
+        // Names with a NUL byte in them would end it early.
+        std::size_t size = 0;
+        const char* text = lua_tolstring(state, -1, &size);
+        return {text, size};
+    }
     const std::string kind = luaL_typename(state, -1);
     const bool speaks = luaL_getmetafield(state, -1, "__tostring") != LUA_TNIL;
     if (speaks) {

@@ -92,6 +92,9 @@ int countGarbage(lua_State* state) {
     return 1;
 }
 
+/// What one print() hands to the log; it stands outside the memory that is watched.
+constexpr std::size_t longestPrint = 1U << 20U;
+
 void printLines(std::string_view text, Budget& budget) {
     for (std::size_t start = 0; start <= text.size();) {
         const std::size_t end = std::min(text.find('\n', start), text.size());
@@ -109,7 +112,7 @@ int print(lua_State* state) {
     Budget& budget = budgetOf(state);
     std::string text;
     const int count = lua_gettop(state);
-    for (int i = 1; i <= count; ++i) {
+    for (int i = 1; i <= count && text.size() < longestPrint; ++i) {
         std::size_t size = 0;
         const char* part = luaL_tolstring(state, i, &size);
         // What is too long for a line of the log is not worth copying.
@@ -181,14 +184,17 @@ int closeCoroutine(lua_State* state) {
 
 // Tables
 
-void requireLength(lua_State* state, lua_Integer length) {
-    if (length > longestTable) raiseError(state, "the table is too long for this");
+void requireLength(lua_State* state) {
+    luaL_checkany(state, 1);
+    if (luaL_len(state, 1) > longestTable) raiseError(state, "the table is too long for this");
+    // Lua's own function asks once more, and may be told another length.
+    if (luaL_getmetafield(state, 1, "__len") != LUA_TNIL)
+        raiseError(state, "a table that tells its own length is not for this");
 }
 
 int watchLength(lua_State* state) {
     budgetOf(state).check(state);
-    luaL_checkany(state, 1);
-    requireLength(state, luaL_len(state, 1));
+    requireLength(state);
     return callPreceded(state);
 }
 
@@ -205,6 +211,12 @@ int watchRange(lua_State* state, int first) {
     return callPreceded(state);
 }
 int watchJoined(lua_State* state) {
+    if (lua_isnoneornil(state, 4)) {
+        // Asked once only: the second answer may be another.
+        const lua_Integer length = luaL_len(state, 1);
+        lua_settop(state, 3);
+        lua_pushinteger(state, length);
+    }
     return watchRange(state, 3);
 }
 int watchMoved(lua_State* state) {
@@ -217,14 +229,40 @@ int isLess(lua_State* state) {
     return 1;
 }
 
+/// A comparison by a function that is none of a script's, so that no hook counts it.
+int comparesWatched(lua_State* state) {
+    budgetOf(state).check(state, 1);
+    lua_pushvalue(state, lua_upvalueindex(1));
+    lua_insert(state, 1);
+    lua_call(state, lua_gettop(state) - 1, 1);
+    return 1;
+}
+
 int sort(lua_State* state) {
-    luaL_checkany(state, 1);
-    requireLength(state, luaL_len(state, 1));
-    if (lua_isnoneornil(state, 2)) {
-        lua_settop(state, 1);
+    requireLength(state);
+    lua_settop(state, 2);
+    if (lua_isnil(state, 2)) {
         lua_pushcfunction(state, isLess);
+        lua_replace(state, 2);
+    } else if (lua_iscfunction(state, 2) != 0) {
+        lua_pushcclosure(state, comparesWatched, 1);
     }
     return callPreceded(state);
+}
+
+// Texts
+
+int repeat(lua_State* state) {
+    std::size_t length = 0;
+    std::size_t between = 0;
+    luaL_checklstring(state, 1, &length);
+    luaL_checkinteger(state, 2);
+    luaL_optlstring(state, 3, "", &between);
+    budgetOf(state).check(state);
+    if (length + between > 0) return callPreceded(state);
+    // Lua's own would count to the end, and memory never ends it.
+    lua_pushliteral(state, "");
+    return 1;
 }
 
 void openLibrary(lua_State* state, const char* name, lua_CFunction open) {
@@ -259,6 +297,7 @@ void confineTables(lua_State* state) {
 void confineTexts(lua_State* state) {
     openLibrary(state, LUA_STRLIBNAME, luaopen_string);
     remove(state, std::array{"dump"});
+    precede(state, "rep", repeat);
     watch(state,
           std::array{"byte",
                      "char",
@@ -266,7 +305,6 @@ void confineTexts(lua_State* state) {
                      "lower",
                      "pack",
                      "packsize",
-                     "rep",
                      "reverse",
                      "sub",
                      "unpack",

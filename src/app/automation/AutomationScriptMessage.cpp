@@ -1,6 +1,7 @@
 #include "app/automation/AutomationScriptMessage.h"
 
 #include "app/automation/Answers.h"
+#include "core/EngineHandler.h"
 #include "core/MessageOrchestrator.h"
 
 #include <vlKestrion/System.h>
@@ -25,6 +26,8 @@ vlScripts::Value withoutFunctions(const vlScripts::Value& value) {
 } // namespace
 
 void AutomationScriptMessage::runOnGraphicsThread() {
+    // Whoever asked is told by the end of all answers.
+    if (EngineHandler::getInstance().isLeaving()) return;
     vlScripts::CompilationResult compilation;
     const auto compiled = vlScripts::CompiledScript::compile("editor.script", text, compilation);
     auto& environment = vlKestrion::System::getInstance()->getScriptEnvironment();

@@ -14,7 +14,7 @@
 #include <cstring>
 #include <fstream>
 #include <iostream>
-#include <sstream>
+#include <vector>
 
 namespace vlEditor {
 namespace {
@@ -25,15 +25,27 @@ constexpr vlScripts::Limits limits{
 /// What a script whose last call ended the editor has for its own last lines.
 constexpr std::chrono::seconds grace{2};
 
+/// More than any script may have: a device gives bytes without end.
+constexpr std::size_t mostRead = 32U << 20U;
+
 vlCommon::Result<std::string> textOf(const std::string& file) {
     std::ifstream stream(file, std::ios::binary);
-    std::ostringstream text;
+    std::string text;
     errno = 0;
     // A folder opens, but gives nothing to read.
-    if (stream && stream.peek() != std::ifstream::traits_type::eof()) text << stream.rdbuf();
+    if (stream && stream.peek() != std::ifstream::traits_type::eof()) {
+        std::vector<char> part(1U << 16U);
+        while (text.size() < mostRead && stream) {
+            stream.read(part.data(), static_cast<std::streamsize>(part.size()));
+            text.append(part.data(), static_cast<std::size_t>(stream.gcount()));
+        }
+    }
     if (!stream.is_open() || errno != 0)
         return vlCommon::fail("'" + file + "': " + std::strerror(errno != 0 ? errno : ENOENT));
-    return text.str();
+    // What some text editors put in front, and a first line that is for a shell.
+    if (text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);
+    if (text.starts_with('#')) text.insert(0, "--");
+    return text;
 }
 
 std::string shortest(double number) {

@@ -23,6 +23,8 @@ using vlScripts::Values;
 
 constexpr std::chrono::milliseconds pollPeriod{10};
 constexpr std::int64_t usualWaitMs = 10'000;
+/// Beyond it, no clock could tell the end.
+constexpr std::int64_t longestWaitMs = 86'400'000;
 
 vlScripts::Value toValue(bool value) {
     return value;
@@ -196,7 +198,9 @@ void UiTable::addTo(Interpreter& scripts) {
             "ui.wait",
             [&scripts](const vlScripts::Function& function, std::optional<std::int64_t> ms) {
                 return waitUntil(
-                        scripts, function, std::max<std::int64_t>(ms.value_or(usualWaitMs), 0));
+                        scripts,
+                        function,
+                        std::clamp<std::int64_t>(ms.value_or(usualWaitMs), 0, longestWaitMs));
             });
 }
 

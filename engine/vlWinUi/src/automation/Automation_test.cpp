@@ -86,6 +86,26 @@ TEST_F(AutomationTest, AClickReachesOnlyWhatAPersonCouldClick) {
     EXPECT_EQ(clicks, 2);
 }
 
+TEST_F(AutomationTest, ADragBeginsInItsComponent) {
+    int clicks = 0;
+    auto& first = make<Button>("FIRST");
+    auto& second = make<Button>("SECOND");
+    second.setButtonClickCallback([&] { ++clicks; });
+    show({&first, &second});
+    const auto send = [&](const std::string& name, int y, Automation::Phase phase) {
+        return use([&](auto done) {
+            Automation::mouse(name, {5, y}, Automation::Button::Left, phase, done);
+        });
+    };
+    const auto top = [](const char* name) { return Automation::getRectangle(name)->y; };
+    const int below = top("SECOND") - top("FIRST") + 5;
+    EXPECT_EQ(send("FIRST", below, Automation::Phase::Press),
+              "'FIRST' is not to be seen at (5, " + std::to_string(below) + ")");
+    EXPECT_EQ(send("SECOND", 5, Automation::Phase::Press), "");
+    EXPECT_EQ(send("FIRST", below, Automation::Phase::Release), "");
+    EXPECT_EQ(clicks, 1);
+}
+
 TEST_F(AutomationTest, ADialogKeepsClicksFromWhatIsBehindIt) {
     int clicks = 0;
     int accepted = 0;

@@ -15,6 +15,8 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
+#include <cmath>
+
 namespace vlWinUi {
 namespace {
 
@@ -227,11 +229,18 @@ void Automation::mouse(vlMemory::StringView name, Point at, Button button, Phase
                    Native& native = (*found)->native();
                    const QPointF where(at.x, at.y);
                    auto* surface = dynamic_cast<SurfaceNative*>(&native);
+                   const double scale = surface == nullptr ? 1 : surface->scale();
+                   // A drag leaves the component, but it begins in it.
+                   if (phase == Phase::Press) {
+                       const QPoint pixel(static_cast<int>(std::floor(where.x() / scale)),
+                                          static_cast<int>(std::floor(where.y() / scale)));
+                       if (auto hit = hits(name, *native.widget, pixel); !hit) return hit;
+                   }
                    if (surface == nullptr) {
                        sendMouse(Spot{native.widget, where.toPoint()}, qtButtonOf(button), event);
                        return {};
                    }
-                   const QPointF logical = where / surface->scale();
+                   const QPointF logical = where / scale;
                    if (surface->windowGuard == nullptr)
                        sendMouse(Spot{native.widget, logical.toPoint()}, qtButtonOf(button), event);
                    else

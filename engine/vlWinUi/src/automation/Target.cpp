@@ -109,24 +109,28 @@ Result<Component*> findUsable(vlMemory::StringView name) {
     return found;
 }
 
+Result<> hits(vlMemory::StringView name, const QWidget& widget, const QPoint& at) {
+    if (!inView(widget, {at, QSize(1, 1)}).isValid())
+        return refuse(name, fmt::format("is not to be seen at ({}, {})", at.x(), at.y()));
+    const QWidget* window = widget.window();
+    const QWidget* hit = window->childAt(widget.mapTo(window, at));
+    if (hit == nullptr) hit = window;
+    if (hit == &widget || widget.isAncestorOf(hit)) return {};
+    const Component* over = nullptr;
+    for (const QWidget* up = hit; up != nullptr && over == nullptr; up = up->parentWidget())
+        over = Native::componentOf(up);
+    return refuse(name,
+                  over == nullptr ? "is covered"
+                                  : fmt::format("is covered by '{}'", over->getComponentName()));
+}
+
 Result<Spot> spotOn(vlMemory::StringView name, QWidget& widget, const QRect& part) {
     for (QWidget* at = widget.parentWidget(); at != nullptr; at = at->parentWidget())
         if (auto* panel = dynamic_cast<ScrollPanel*>(at)) panel->reveal(&widget);
     const QRect seen = inView(widget, part);
     if (seen.isEmpty()) return refuse(name, "is out of view");
-    QWidget* window = widget.window();
-    const QPoint at = widget.mapFrom(window, seen.center());
-    QWidget* hit = window->childAt(seen.center());
-    if (hit == nullptr) hit = window;
-    if (hit != &widget && !widget.isAncestorOf(hit)) {
-        const Component* over = nullptr;
-        for (const QWidget* up = hit; up != nullptr && over == nullptr; up = up->parentWidget())
-            over = Native::componentOf(up);
-        return refuse(name,
-                      over == nullptr
-                              ? "is covered"
-                              : fmt::format("is covered by '{}'", over->getComponentName()));
-    }
+    const QPoint at = widget.mapFrom(widget.window(), seen.center());
+    if (auto free = hits(name, widget, at); !free) return tl::unexpected(std::move(free.error()));
     return Spot{&widget, at};
 }
 

@@ -28,6 +28,8 @@ struct Spot {
     QWidget* widget = nullptr;
     QPoint at; ///< in the widget
 };
+/// Fails where that place of the widget is out of view or something covers it.
+vlCommon::Result<> hits(vlMemory::StringView name, const QWidget& widget, const QPoint& at);
 /// Scrolls it into view first; fails where it stays out of view or something covers it.
 vlCommon::Result<Spot> spotOn(vlMemory::StringView name, QWidget& widget, const QRect& part);
 /// The part of a component that takes a click.
