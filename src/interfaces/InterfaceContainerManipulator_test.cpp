@@ -179,6 +179,7 @@ TEST_F(ContainerManipulatorTest, TheTitleMenuOffersEverythingInItsOrder) {
                                      "Add container left",
                                      "Add container right",
                                      "Add container under",
+                                     "Free fixed size",
                                      "Close container"));
     menu.find("Add container left")->trigger();
     settle();
