@@ -1,6 +1,7 @@
 #pragma once
 #include <QObject>
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -24,7 +25,14 @@ public:
     bool isStopped();
 
 private:
-    std::mutex lock_; ///< of both
+    class Receiver;
+
+    void runNext();
+
+    std::mutex lock_; ///< of all
+    /// Each has an event of its own on its way. Not carried by the events themselves: their road
+    /// is through a library whose locks the thread sanitizer does not see.
+    std::deque<std::function<void()>> waiting_;
     std::unique_ptr<QObject> receiver_;
     bool stopped_ = false;
 };
