@@ -3,6 +3,7 @@
 #include "app/LeaveMessage.h"
 #include "app/automation/AutomationMessages.h"
 #include "core/CoreMessages.h"
+#include "editors/AllKinds.h"
 #include "interfaces/InterfaceMessages.h"
 #include "project/ProjectMessages.h"
 #include "scene/SceneMessages.h"
@@ -14,6 +15,7 @@ void registerAllMessages(MessageRegistry& registry) {
     registerCoreMessages(registry);
     registerInterfaceMessages(registry);
     registerSceneMessages(registry);
+    registerKindMessages(registry);
     registerViewportMessages(registry);
     registerProjectMessages(registry);
     registerAutomationMessages(registry);

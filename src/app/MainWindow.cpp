@@ -8,6 +8,7 @@
 #include "app/ViewTabs.h"
 #include "core/EditorLogger.h"
 #include "interfaces/CommonWindowInit.h"
+#include "interfaces/history/History.h"
 
 #include <vlWinUi/ComponentManager.h>
 
@@ -79,6 +80,7 @@ void MainWindow::appendLine(const std::string& line) {
 
 void MainWindow::fillMenus(vlWinUi::ToolBar& bar) {
     fillFileMenu(bar.addMenu("File", menuWidth));
+    fillEditMenu(bar.addMenu("Edit", menuWidth));
     fillViewMenu(bar.addMenu("View", menuWidth));
     bar.addMenu("Scene", menuWidth).addItem("RenderingLogic", RenderingPropertyWindow::show);
 }
@@ -91,6 +93,22 @@ void MainWindow::fillFileMenu(vlWinUi::Menu& menu) {
                    "path.");
     addUnavailable(menu, "Save", "Saving a project is not available yet.");
     menu.addItem("Leave", ClosePath::leave).setShortcut("Ctrl+Q");
+}
+
+void MainWindow::fillEditMenu(vlWinUi::Menu& menu) {
+    auto& undo = menu.addItem("Undo", [] { History::getInstance().undo(); });
+    undo.setShortcut("Ctrl+Z");
+    auto& redo = menu.addItem("Redo", [] { History::getInstance().redo(); });
+    redo.setShortcut("Ctrl+Shift+Z");
+    const auto refresh = [&undo, &redo] {
+        const History& history = History::getInstance();
+        undo.setEnabled(history.canUndo(), "Nothing has been changed yet.");
+        undo.setDetail(history.describeUndo());
+        redo.setEnabled(history.canRedo(), "Nothing has been undone.");
+        redo.setDetail(history.describeRedo());
+    };
+    refresh();
+    History::getInstance().setChangeCallback(refresh);
 }
 
 void MainWindow::fillViewMenu(vlWinUi::Menu& menu) {

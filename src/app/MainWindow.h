@@ -30,6 +30,7 @@ public:
 private:
     void fillMenus(vlWinUi::ToolBar& bar);
     void fillFileMenu(vlWinUi::Menu& menu);
+    static void fillEditMenu(vlWinUi::Menu& menu);
     void fillViewMenu(vlWinUi::Menu& menu);
 
     vlWinUi::Window* window_ = nullptr;

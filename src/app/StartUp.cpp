@@ -12,6 +12,7 @@
 #include "core/EngineHandler.h"
 #include "core/MessageOrchestrator.h"
 #include "core/WorkerPool.h"
+#include "editors/AllKinds.h"
 #include "interfaces/CommonWindowInit.h"
 #include "interfaces/InterfaceContainerCreator.h"
 #include "interfaces/LogInterfaceCreator.h"
@@ -102,6 +103,8 @@ void registerInterfaces() {
     containers.setCreator(ContainerType::engineWindow, EngineWindowInterfaceCreator::create);
     containers.setCreator(ContainerType::log, LogInterfaceCreator::create);
     containers.setCreator(ContainerType::graph, GraphInterface::create);
+    for (const AnyKind* kind : allKinds())
+        containers.setCreator(kind->containerType(), [kind] { return kind->createInterface(); });
 }
 
 } // namespace

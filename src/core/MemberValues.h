@@ -27,6 +27,10 @@ vlExport::Node valueToTree(const std::string& value);
 /// Four numbers: x, y, z, w.
 vlExport::Node valueToTree(const vlMaths::Vector& value);
 vlExport::Node valueToTree(const vlMaths::Quaternion& value);
+/// As it is.
+inline vlExport::Node valueToTree(const vlExport::Node& value) {
+    return value;
+}
 
 bool valueFromTree(const vlExport::Node& tree, bool& value, ReadError& error);
 bool valueFromTree(const vlExport::Node& tree, std::uint8_t& value, ReadError& error);
@@ -37,6 +41,10 @@ bool valueFromTree(const vlExport::Node& tree, float& value, ReadError& error);
 bool valueFromTree(const vlExport::Node& tree, std::string& value, ReadError& error);
 bool valueFromTree(const vlExport::Node& tree, vlMaths::Vector& value, ReadError& error);
 bool valueFromTree(const vlExport::Node& tree, vlMaths::Quaternion& value, ReadError& error);
+inline bool valueFromTree(const vlExport::Node& tree, vlExport::Node& value, ReadError&) {
+    value = tree;
+    return true;
+}
 
 /// An object with exactly these members.
 bool expectMembers(const vlExport::Node& tree,

@@ -2,12 +2,14 @@
 
 #include "interfaces/AddPickListEntriesMessage.h"
 #include "interfaces/CompleteCommandMessage.h"
+#include "interfaces/history/UndoMessage.h"
 
 namespace vlEditor {
 
 void registerInterfaceMessages(MessageRegistry& registry) {
     registry.add<AddPickListEntriesMessage>(MessageQueue::ui);
     registry.add<CompleteCommandMessage>(MessageQueue::graphics);
+    registry.add<UndoMessage>(MessageQueue::graphics);
 }
 
 } // namespace vlEditor

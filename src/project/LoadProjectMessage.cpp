@@ -2,6 +2,7 @@
 
 #include "core/LogMessage.h"
 #include "core/MessageOrchestrator.h"
+#include "editors/AllKinds.h"
 #include "interfaces/AddPickListEntriesMessage.h"
 #include "scene/AddSceneElementsMessage.h"
 #include "scene/GraphManager.h"
@@ -26,7 +27,9 @@ template <class T> void list(std::string_view pickList, const std::vector<T*>& r
 
 void listResources(const vlKestrion::ProjectLoadResult& loaded) {
     const vlGraphics::DeclarationLoadResult& resources = loaded.resources;
-    list("BLEND_POP_UP_LIST", resources.getBlendStates());
+    for (const AnyKind* kind : allKinds())
+        kind->adopt(resources);
+    // Kinds without an editor are only offered by their pick lists.
     list("DEPTH_POP_UP_LIST", resources.getDepthStencilStates());
     list("RASTER_POP_UP_LIST", resources.getRasterStates());
     list("SAMPLER_POP_UP_LIST", resources.getSamplers());

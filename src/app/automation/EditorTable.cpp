@@ -9,9 +9,12 @@
 #include "app/automation/ScriptTrees.h"
 #include "app/automation/UiCall.h"
 #include "core/EditorLogger.h"
+#include "core/MessageOrchestrator.h"
 #include "core/MessageRegistry.h"
+#include "editors/AllKinds.h"
 #include "interfaces/CommonWindowInit.h"
 #include "interfaces/InterfaceContainerCreator.h"
+#include "interfaces/history/History.h"
 
 #include <algorithm>
 
@@ -61,6 +64,23 @@ Answer keptLines() {
     return Values{lines};
 }
 
+/// UI thread.
+Answer record(const std::string& kindName, const std::string& name) {
+    const AnyKind* kind = findKind(kindName);
+    if (kind == nullptr) return vlCommon::fail("no kind of resource is named '" + kindName + "'");
+    return Values{valueOf(kind->record(name))};
+}
+
+/// UI thread.
+Answer names(const std::string& kindName) {
+    const AnyKind* kind = findKind(kindName);
+    if (kind == nullptr) return vlCommon::fail("no kind of resource is named '" + kindName + "'");
+    vlScripts::Table list;
+    for (const std::string& name : kind->names())
+        list.items.emplace_back(name);
+    return Values{list};
+}
+
 /// The registry is filled before any script runs, and only read from then on.
 Answer post(const std::string& name, const std::optional<vlScripts::Table>& fields) {
     const auto& registry = MessageRegistry::getInstance();
@@ -69,8 +89,14 @@ Answer post(const std::string& name, const std::optional<vlScripts::Table>& fiel
     auto members =
             withFields(entry->write(*entry->makeDefault()), fields.value_or(vlScripts::Table()));
     if (!members) return vlCommon::fail(name + ": " + members.error().message);
-    const auto posted = registry.post(name, *members);
-    if (!posted) return tl::unexpected(posted.error());
+    auto message = registry.create(name, *members);
+    if (!message) return tl::unexpected(message.error());
+    // A script acts in a person's place: what it posts can be undone.
+    if (auto* recorded = dynamic_cast<RecordedMessage*>(message->get()))
+        recorded->gesture = History::nextGesture();
+    auto& queues = MessageOrchestrator::getInstance();
+    entry->first == MessageQueue::ui ? queues.postToUi(std::move(*message))
+                                     : queues.postToGraphics(std::move(*message));
     return Values{};
 }
 
@@ -142,6 +168,13 @@ void EditorTable::addTo(vlScripts::Interpreter& scripts) {
         return UiCall::read([=] { return openView(type); });
     });
     addFunction<std::string, std::optional<vlScripts::Table>>(scripts, "editor.post", post);
+    addFunction<std::string, std::string>(
+            scripts, "editor.record", [](const std::string& kind, const std::string& name) {
+                return UiCall::read([&] { return record(kind, name); });
+            });
+    addFunction<std::string>(scripts, "editor.names", [](const std::string& kind) {
+        return UiCall::read([&] { return names(kind); });
+    });
     addFunction<>(scripts, "editor.log", [] { return UiCall::read(keptLines); });
     addFunction<std::optional<std::int64_t>>(scripts, "editor.sync", sync);
     addFunction<std::uint32_t, std::optional<std::int64_t>>(scripts, "editor.frames", frames);

@@ -46,6 +46,20 @@ Result<Node> treeOf(const vlScripts::Value& value, const Node* like) {
     return vlCommon::fail("expected a plain value, got " + value.describeKind());
 }
 
+vlScripts::Value valueOf(const Node& tree) {
+    if (const auto flag = tree.asBool()) return *flag;
+    if (const auto whole = tree.asSigned()) return *whole;
+    if (const auto number = tree.asDouble()) return *number;
+    if (const std::string* text = tree.asString()) return *text;
+    if (tree.isNull()) return {};
+    vlScripts::Table table;
+    for (const Node& element : tree.elements())
+        table.items.push_back(valueOf(element));
+    for (const vlExport::Member& member : tree.members())
+        table.members.emplace_back(member.name, valueOf(member.value));
+    return table;
+}
+
 Result<Node> withFields(Node members, const vlScripts::Table& fields) {
     if (!fields.items.empty()) return vlCommon::fail("fields are given by their names");
     for (const auto& [name, value] : fields.members) {

@@ -9,6 +9,9 @@ namespace vlEditor {
 /// tree holds, with its place.
 vlCommon::Result<vlExport::Node> treeOf(const vlScripts::Value& value, const vlExport::Node* like);
 
+/// A tree as a script's value: objects and lists are tables.
+vlScripts::Value valueOf(const vlExport::Node& tree);
+
 /// The members of a message: those of the script's table in place of the ones it has by default.
 vlCommon::Result<vlExport::Node> withFields(vlExport::Node members, const vlScripts::Table& fields);
 

@@ -1,0 +1,18 @@
+#pragma once
+#include "interfaces/kinds/AnyKind.h"
+
+#include <span>
+
+namespace vlEditor {
+
+// Adding a kind: its folder, and a line here and in AllKinds.cpp.
+const AnyKind& blendStateKind();
+
+/// Every kind of resource that has an editor. What one refers to comes before it.
+std::span<const AnyKind* const> allKinds();
+/// Null when there is none of that name: "BlendState".
+const AnyKind* findKind(std::string_view name);
+
+void registerKindMessages(MessageRegistry& registry);
+
+} // namespace vlEditor

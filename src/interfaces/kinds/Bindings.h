@@ -1,0 +1,189 @@
+#pragma once
+#include "interfaces/kinds/KindCommands.h"
+#include "interfaces/kinds/Numbers.h"
+#include "interfaces/kinds/ResourceEditMessage.h"
+#include "interfaces/kinds/WidgetRows.h"
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+namespace vlEditor {
+
+/** One number box among those that a button reads together, and the member of the edit that it
+ *  shows: `NumberBox{"_MIN_EDIT", &SamplerLodLevels::minimum}`. */
+template <class Owner, class Value> struct NumberBox {
+    std::string suffix;
+    Value Owner::*member;
+};
+template <class Text, class Owner, class Value>
+NumberBox(Text, Value Owner::*) -> NumberBox<Owner, Value>;
+
+/** The widgets of one window, each bound once for both ways: what a row shows of a resource, and
+ * the edit that it posts for each selected one. The edit given to a row says where it applies
+ * (target, axis); its values are filled in. Owned by the window. UI thread only. */
+template <class Kind> class Bindings {
+public:
+    using Record = typename Kind::Record;
+    using Names = std::vector<std::string>;
+
+    /// `selection` gives the names of the selected resources.
+    Bindings(std::string base, std::function<Names()> selection)
+        : base_(std::move(base)), selection_(std::move(selection)) {}
+    Bindings(const Bindings&) = delete;
+    Bindings& operator=(const Bindings&) = delete;
+
+    const std::string& getBase() const { return base_; }
+    Names selectedNames() const { return selection_(); }
+
+    template <ResourceEdit Edit> void check(const std::string& suffix, Edit edit) {
+        const std::string component = base_ + suffix;
+        bindCheck(component, [this, edit](bool checked) {
+            post(edit, [checked](Edit& each) { each.value = checked; });
+        });
+        addRow<bool>(valueOf(edit), [component](const bool* value, bool isMixed) {
+            showCheck(component, value != nullptr ? std::optional(*value) : std::nullopt, isMixed);
+        });
+    }
+
+    /// An edit whose value is a text carries the entry's label, any other the entry's value.
+    template <ResourceEdit Edit>
+    void combo(const std::string& suffix, Edit edit, const std::vector<Choice>& all) {
+        using Value = decltype(edit.value);
+        constexpr bool isText = std::is_same_v<Value, std::string>;
+        const std::string component = base_ + suffix;
+        bindCombo(component, all, [this, edit](const std::string& label, std::uint32_t number) {
+            post(edit, [&](Edit& each) {
+                if constexpr (isText)
+                    each.value = label;
+                else
+                    each.value = number;
+            });
+        });
+        addRow<Value>(valueOf(edit), [component](const Value* value, bool isMixed) {
+            if constexpr (isText)
+                showComboLabel(component, value, isMixed);
+            else
+                showCombo(component,
+                          value != nullptr ? std::optional(*value) : std::nullopt,
+                          isMixed);
+        });
+    }
+
+    /// Numbers that are typed into boxes and read together when the button is pressed, or Enter in
+    /// one of them.
+    template <ResourceEdit Edit, class... Owner, class... Value>
+    void numbers(const std::string& button, Edit edit, NumberBox<Owner, Value>... boxes) {
+        const std::vector<Known> known{addBox(edit, boxes)...};
+        const auto pressed = [this, edit, known, boxes...] {
+            post(edit, [&](Edit& each) { (read(each, boxes), ...); });
+            // What was typed need not be how the number is shown.
+            for (const Known& isKnown : known)
+                *isKnown = false;
+        };
+        bindButton(base_ + button, pressed);
+        (bindEdit(base_ + boxes.suffix, pressed), ...);
+    }
+    template <ResourceEdit Edit>
+    void number(const std::string& box, const std::string& button, Edit edit) {
+        numbers(button, edit, NumberBox{box, &Edit::value});
+    }
+
+    /// A row of another make: shows what `read` says of the selected resources, null where none is.
+    template <class Value>
+    void row(std::function<Value(const Record&)> read,
+             std::function<void(const Value* value, bool isMixed)> show) {
+        addRow<Value>(std::move(read), std::move(show));
+    }
+    /// A button that does something with the selected resources, if any.
+    void button(const std::string& suffix, std::function<void(const Names&)> pressed) {
+        bindButton(base_ + suffix, [this, pressed = std::move(pressed)] {
+            const Names names = selection_();
+            if (!names.empty()) pressed(names);
+        });
+    }
+
+    /// Posts the edit for each selected resource as one gesture; `change` fills in what is new.
+    template <ResourceEdit Edit, class Change> void post(const Edit& edit, Change change) {
+        const History::Scope gesture;
+        for (const std::string& name : selection_()) {
+            const Record* record = ResourceUiDataTracker<Kind>::getInstance().get(name);
+            if (record == nullptr) continue;
+            Edit each = edit;
+            each.readFrom(*record);
+            change(each);
+            postByUser(ResourceEditMessage<Edit>(name, each));
+        }
+    }
+
+    /// Puts the records into the widgets; none empties them. What a row shows already it leaves
+    /// alone, so that a number being typed survives an edit of something else, unless `isAnew`.
+    void show(std::span<const Record* const> records, bool isAnew) {
+        for (const auto& row : rows_)
+            row(records, isAnew);
+    }
+
+private:
+    using Records = std::span<const Record* const>;
+    /// Whether the row shows what it last got; false makes it show the next in any case.
+    using Known = std::shared_ptr<bool>;
+
+    template <class Edit> static auto valueOf(const Edit& edit) {
+        return [each = Edit(edit)](const Record& record) mutable {
+            each.readFrom(record);
+            return each.value;
+        };
+    }
+
+    template <class Value>
+    Known addRow(std::function<Value(const Record&)> read,
+                 std::function<void(const Value*, bool)> show) {
+        const Known isKnown = std::make_shared<bool>(false);
+        std::optional<Value> last;
+        bool wasMixed = false;
+        rows_.push_back([=](Records records, bool isAnew) mutable {
+            std::optional<Value> value;
+            bool isMixed = false;
+            for (const Record* record : records) {
+                Value each = read(*record);
+                isMixed = isMixed || (value && *value != each);
+                if (!value) value = std::move(each);
+            }
+            if (*isKnown && !isAnew && value == last && isMixed == wasMixed) return;
+            *isKnown = true;
+            last = value;
+            wasMixed = isMixed;
+            show(value ? &*value : nullptr, isMixed);
+        });
+        return isKnown;
+    }
+
+    template <class Edit, class Owner, class Value>
+    Known addBox(Edit edit, const NumberBox<Owner, Value>& box) {
+        const auto read = [edit, member = box.member](const Record& record) mutable {
+            edit.readFrom(record);
+            return edit.*member;
+        };
+        const auto show = [component = base_ + box.suffix](const Value* value, bool isMixed) {
+            std::optional<std::string> text;
+            if (value != nullptr) text = showNumber(*value);
+            showEdit(component, text, isMixed);
+        };
+        return addRow<Value>(read, show);
+    }
+
+    template <class Edit, class Owner, class Value>
+    void read(Edit& edit, const NumberBox<Owner, Value>& box) const {
+        const auto text = editText(base_ + box.suffix);
+        if (text) edit.*box.member = parseNumber<Value>(*text);
+    }
+
+    std::string base_;
+    std::function<Names()> selection_;
+    std::vector<std::function<void(Records, bool isAnew)>> rows_;
+};
+
+} // namespace vlEditor

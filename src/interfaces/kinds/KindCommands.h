@@ -1,0 +1,55 @@
+#pragma once
+#include "interfaces/kinds/CopyMessages.h"
+#include "interfaces/kinds/ResourceCommands.h"
+
+namespace vlEditor {
+
+/// Posts what a person, or a script in a person's name, asked for. UI thread.
+template <class M> void postByUser(M message) {
+    message.gesture = History::getInstance().current();
+    postToGraphics(std::move(message));
+}
+
+template <class Kind> class KindCommands final : public ResourceCommands {
+public:
+    static const KindCommands& get() {
+        static const KindCommands commands;
+        return commands;
+    }
+
+    const KindTexts& texts() const override { return Kind::texts; }
+    bool hasFiles() const override { return Kind::hooks.load != nullptr; }
+    bool isKnown(const std::string& name) const override {
+        return ResourceUiDataTracker<Kind>::getInstance().get(name) != nullptr;
+    }
+    void create(const std::string& name) const override {
+        postByUser(CreateResourceMessage<Kind>(name));
+    }
+    void load(const std::string& path) const override {
+        if constexpr (Kind::hooks.load != nullptr) postByUser(LoadResourceDeclMessage<Kind>(path));
+    }
+    void erase(const std::string& name) const override {
+        postByUser(EraseResourceMessage<Kind>(name));
+    }
+    void rename(const std::string& oldName, const std::string& newName) const override {
+        postByUser(RenameResourceMessage<Kind>(oldName, newName));
+    }
+    void save(const std::string& name, const std::string& path) const override {
+        if constexpr (Kind::hooks.load != nullptr) {
+            std::string target = path;
+            if constexpr (Kind::hooks.savePath != nullptr) target = Kind::hooks.savePath(path);
+            postToGraphics(SaveResourceDeclMessage<Kind>(name, std::move(target)));
+        }
+    }
+    void duplicate(const std::string& name) const override {
+        postByUser(DuplicateResourceMessage<Kind>(name));
+    }
+    void copy(const std::string& name) const override {
+        postToGraphics(CopyResourceMessage<Kind>(name));
+    }
+    void paste(const std::string& name, const std::string& text) const override {
+        postByUser(PasteResourceMessage<Kind>(name, text));
+    }
+};
+
+} // namespace vlEditor

@@ -1,0 +1,53 @@
+#pragma once
+#include "interfaces/kinds/EngineSide.h"
+#include "interfaces/kinds/ResourceChange.h"
+
+namespace vlEditor {
+
+/** Carries one edit of one resource. A resource that the engine no longer holds is made again,
+ *  empty; what the engine makes of a value that it cannot take is what the record then holds. */
+template <ResourceEdit Edit> class ResourceEditMessage final : public RecordedMessage {
+public:
+    using Kind = typename Edit::Kind;
+
+    ResourceEditMessage() = default;
+    ResourceEditMessage(std::string resource, Edit what)
+        : name(std::move(resource)), edit(std::move(what)) {}
+
+    void runOnGraphicsThread() override {
+        auto* engine = managerOf<Kind>().createOrRetrieve(name);
+        if (engine == nullptr) {
+            postToUi(LogMessage(couldNotCreateLine(Kind::texts, name)));
+            return;
+        }
+        if (!mayChange<Kind>(*engine)) return;
+        ResourceEditMessage outcome = *this;
+        outcome.change.before = mementoOf<Kind>(*engine);
+        changeResource<Kind>(*engine, [&] { return edit.applyTo(*engine); });
+        outcome.change.setAfter(*engine);
+        postToUi(std::move(outcome));
+    }
+
+    void runOnUiThread() override {
+        auto& tracker = ResourceUiDataTracker<Kind>::getInstance();
+        auto* record = tracker.get(name);
+        if (record == nullptr || !change.record) return;
+        if constexpr (requires { edit.applyTo(*record); })
+            edit.applyTo(*record);
+        else
+            *record = std::move(*change.record);
+        recordStep<Kind>(gesture, std::move(change.before), std::move(change.after));
+        tracker.notifyUpdated(name);
+    }
+
+    static constexpr auto members() {
+        return std::tuple{Member{"name", &ResourceEditMessage::name},
+                          Inlined{&ResourceEditMessage::edit}};
+    }
+
+    std::string name;
+    Edit edit;
+    ResourceChange<Kind> change; ///< on its way back
+};
+
+} // namespace vlEditor

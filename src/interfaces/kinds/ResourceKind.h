@@ -1,0 +1,107 @@
+#pragma once
+// What a resource kind is to the editor. A kind is a struct K##Kind with
+//  - `Record`, the UI's copy: plain values, comparable, `std::string name` first;
+//  - `Engine` and `Manager`, the engine's class and who owns its resources by name;
+//  - `texts`, `hooks` and `fields`;
+//  - `static KindLayout layout()` and `static void bind(Bindings<K##Kind>&)`.
+// Everything else in this folder is written once over this description.
+#include "interfaces/LayoutTemplate.h"
+#include "interfaces/kinds/Fields.h"
+#include "interfaces/kinds/KindTexts.h"
+
+#include <vlCommon/Result.h>
+#include <vlGraphics/ContentLoader.h>
+
+#include <string>
+#include <vector>
+
+namespace vlEditor {
+
+/** When the device side of a resource is given back and made again around a change. */
+enum class Reload : std::uint8_t { afterChange, aroundChange };
+
+/** What a kind does differently. It names only what it changes:
+ *      static constexpr KindHooks<Engine> hooks{.load = ..., .created = switchOnUsages}; */
+template <class Engine> struct KindHooks {
+    Reload reload = Reload::afterChange;
+    /// Null: there are no files of this kind.
+    vlGraphics::DeclarationLoadResult (*load)(vlMemory::StringView path, bool load) = nullptr;
+    /// After the editor made a resource. Graphics thread.
+    void (*created)(Engine& fresh) = nullptr;
+    /// Makes of the chosen path, which is not empty, the one that is saved to. UI thread.
+    std::string (*savePath)(std::string chosen) = nullptr;
+};
+
+/** The layout of a kind's windows: its file in assets/layouts and the blocks that it has more than
+ *  one of. What all kinds have in their windows is not in it. */
+struct KindLayout {
+    std::string_view file;
+    struct Block {
+        std::string_view file;
+        unsigned count = 0;
+    };
+    std::vector<Block> blocks;
+};
+
+/** A resource as its declaration, for kinds whose record does not say everything. A kind chooses it
+ *  by `using Memento = TreeMemento<K##Kind>;`. */
+template <class Kind> struct TreeMemento {
+    std::string name;
+    vlExport::Node declaration;
+
+    static constexpr auto members() {
+        return std::tuple{Member{"name", &TreeMemento::name},
+                          Member{"declaration", &TreeMemento::declaration}};
+    }
+    friend bool operator==(const TreeMemento&, const TreeMemento&) = default;
+};
+
+namespace detail {
+
+template <class Kind> struct MementoOf { using type = typename Kind::Record; };
+template <class Kind>
+requires requires {
+    typename Kind::Memento;
+}
+struct MementoOf<Kind> {
+    using type = typename Kind::Memento;
+};
+
+} // namespace detail
+
+/** Brings a resource back as it was: the record, unless the kind says otherwise. */
+template <class Kind> using Memento = typename detail::MementoOf<Kind>::type;
+
+/// Graphics thread.
+template <class Kind> typename Kind::Record recordOf(const typename Kind::Engine& engine) {
+    typename Kind::Record record;
+    record.name = engine.getName();
+    pull<Kind>(engine, record);
+    return record;
+}
+
+/// Graphics thread.
+template <class Kind> Memento<Kind> mementoOf(const typename Kind::Engine& engine) {
+    if constexpr (std::is_same_v<Memento<Kind>, typename Kind::Record>) {
+        return recordOf<Kind>(engine);
+    } else {
+        // No folder: paths stay as they are, and what stands in files comes along.
+        vlExport::Node declaration = vlGraphics::ContentLoader::getDeclaration(engine, {});
+        // It may be put back under another name.
+        declaration.remove("name");
+        return {engine.getName(), std::move(declaration)};
+    }
+}
+
+/// Graphics thread. The device side is the caller's to make again.
+template <class Kind>
+vlCommon::Result<> putMemento(const Memento<Kind>& memento, typename Kind::Engine& engine) {
+    if constexpr (std::is_same_v<Memento<Kind>, typename Kind::Record>) {
+        push<Kind>(memento, engine);
+        return {};
+    } else {
+        return vlGraphics::ContentLoader::fillFromDeclaration(engine, memento.declaration, {});
+    }
+}
+
+} // namespace vlEditor

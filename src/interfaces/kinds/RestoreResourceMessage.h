@@ -1,0 +1,68 @@
+#pragma once
+#include "interfaces/kinds/EngineSide.h"
+#include "interfaces/kinds/ResourceChange.h"
+
+namespace vlEditor {
+
+/** Makes a resource be `to`: creates, renames, rewrites or erases it, whatever leads there from
+ *  `from`. Undo and redo post nothing else. */
+template <class Kind> class RestoreResourceMessage final : public RecordedMessage {
+public:
+    using State = std::optional<Memento<Kind>>;
+
+    void runOnGraphicsThread() override {
+        RestoreResourceMessage outcome = *this;
+        auto* engine = from ? managerOf<Kind>().get(from->name) : nullptr;
+        if (engine != nullptr) {
+            if (!mayChange<Kind>(*engine)) return;
+            outcome.change.before = mementoOf<Kind>(*engine);
+        }
+        if (!to) {
+            if (from) managerOf<Kind>().erase(from->name);
+        } else {
+            engine = lead(engine);
+            if (engine == nullptr) return;
+            outcome.change.setAfter(*engine);
+        }
+        postToUi(std::move(outcome));
+    }
+
+    void runOnUiThread() override {
+        auto& tracker = ResourceUiDataTracker<Kind>::getInstance();
+        if (from && !change.record) tracker.erase(from->name);
+        if (change.record) {
+            if (from) tracker.rename(from->name, change.record->name);
+            adoptRecord<Kind>(*change.record);
+        }
+        // Where something else had changed the resource meanwhile, undoing must not lose that: then
+        // this is a change like any other.
+        const bool isSurprised = gesture == Gesture::none && change.before != from;
+        recordStep<Kind>(isSurprised ? History::nextGesture() : gesture,
+                         std::move(change.before),
+                         std::move(change.after));
+    }
+
+    static constexpr auto members() {
+        return std::tuple{Member{"from", &RestoreResourceMessage::from},
+                          Member{"to", &RestoreResourceMessage::to}};
+    }
+
+    State from;                  ///< what the poster believes is there; none: nothing
+    State to;                    ///< none: it is to be erased
+    ResourceChange<Kind> change; ///< on its way back
+
+private:
+    /// Null when the engine refuses the name.
+    typename Kind::Engine* lead(typename Kind::Engine* engine) const {
+        auto& manager = managerOf<Kind>();
+        if (engine != nullptr && from->name != to->name && !manager.rename(from->name, to->name))
+            return nullptr;
+        engine = manager.get(to->name);
+        if (engine == nullptr) engine = makeResource<Kind>(to->name);
+        if (engine == nullptr || !mayChange<Kind>(*engine)) return nullptr;
+        changeResource<Kind>(*engine, [&] { return putMemento<Kind>(*to, *engine); });
+        return engine;
+    }
+};
+
+} // namespace vlEditor
