@@ -7,7 +7,9 @@
 #include <vlWinUi/ListBox.h>
 #include <vlWinUi/TreeView.h>
 
-#include <QWidget>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
 
 namespace vlWinUi {
 namespace {
@@ -47,6 +49,30 @@ TEST_F(ComboBoxTest, OnlyThePersonsChoiceIsTold) {
     combo.select(0);
     test::press(combo, Qt::Key_Down);
     EXPECT_EQ(told, std::vector<std::size_t>{1});
+}
+
+TEST_F(ComboBoxTest, MixedValuesAreShownUntilAChoice) {
+    auto& combo = make<ComboBox>("COMBO");
+    int told = 0;
+    combo.setSelectionCallback([&](std::size_t) { ++told; });
+    combo.setEntries({{"A", {}}, {"B", {}}});
+    combo.select(1);
+    combo.setMixed();
+    EXPECT_TRUE(combo.isMixed());
+    EXPECT_EQ(combo.getText(), "");
+    combo.setEntries({{"A", {}}, {"B", {}}, {"C", {}}});
+    combo.removeEntry("C");
+    EXPECT_TRUE(combo.isMixed());
+    EXPECT_EQ(combo.native().widget->accessibleDescription(), "Mixed values");
+    EXPECT_EQ(told, 0);
+    test::press(combo, Qt::Key_Down);
+    EXPECT_FALSE(combo.isMixed());
+    EXPECT_EQ(combo.getText(), "A");
+    EXPECT_EQ(told, 1);
+    combo.setMixed();
+    combo.select(0);
+    EXPECT_FALSE(combo.isMixed());
+    EXPECT_EQ(combo.native().widget->accessibleDescription(), "");
 }
 
 using ListBoxTest = test::WinUiTest;
@@ -153,6 +179,25 @@ TEST_F(EditBoxTest, AProblemIsSaidInTheToolTipUntilItIsGone) {
     EXPECT_EQ(edit.getToolTip(), "The name");
 }
 
+TEST_F(EditBoxTest, MixedValuesAreAPlaceHolderUntilAnEdit) {
+    auto& edit = make<EditBox>("EDIT");
+    const auto& field = widgetAs<QLineEdit>(edit);
+    edit.setNumbers(EditBox::Numbers::Decimals);
+    edit.setText("1.5");
+    edit.setMixed();
+    edit.setPlaceHolder("Name");
+    EXPECT_EQ(edit.getText(), "");
+    EXPECT_EQ(field.placeholderText(), "Mixed values");
+    QKeyEvent digit(QEvent::KeyPress, Qt::Key_2, Qt::NoModifier, "2");
+    QApplication::sendEvent(edit.native().widget, &digit);
+    EXPECT_FALSE(edit.isMixed());
+    EXPECT_EQ(edit.getText(), "2");
+    EXPECT_EQ(field.placeholderText(), "Name");
+    edit.setMixed();
+    edit.setText("");
+    EXPECT_FALSE(edit.isMixed());
+}
+
 using CheckBoxTest = test::WinUiTest;
 
 TEST_F(CheckBoxTest, OnlyThePersonsTickIsTold) {
@@ -167,6 +212,26 @@ TEST_F(CheckBoxTest, OnlyThePersonsTickIsTold) {
     check.setEnabled(false, "Not now");
     test::click(check, 8, 11);
     EXPECT_EQ(told.size(), 1U);
+}
+
+TEST_F(CheckBoxTest, AClickTicksMixedValuesAndTheyDoNotComeBack) {
+    auto& check = make<CheckBox>("CHECK");
+    std::vector<bool> told;
+    check.setCheckCallback([&](bool on) { told.push_back(on); });
+    check.native().widget->resize(100, 23);
+    check.setMixed();
+    EXPECT_TRUE(check.isMixed());
+    EXPECT_FALSE(check.isChecked());
+    for (int i = 0; i < 3; ++i)
+        test::click(check, 8, 11);
+    EXPECT_EQ(told, (std::vector<bool>{true, false, true}));
+    for (const bool on : {false, true}) {
+        check.setMixed();
+        check.setChecked(on);
+        EXPECT_FALSE(check.isMixed());
+        EXPECT_EQ(check.isChecked(), on);
+    }
+    EXPECT_EQ(told.size(), 3U);
 }
 
 } // namespace
