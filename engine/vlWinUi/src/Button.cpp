@@ -37,6 +37,7 @@ struct ButtonNative final : Native {
     }
 
     std::function<void()> clicked;
+    QKeySequence shortcut;
 };
 
 } // namespace
@@ -46,8 +47,11 @@ Button::Button(std::string name)
 }
 
 void Button::setText(vlMemory::StringView text) {
-    widgetAs<QPushButton>(*this).setText(labelToQt(text));
-    nativeAs<ButtonNative>(*this).fitText();
+    auto& native = nativeAs<ButtonNative>(*this);
+    native.button().setText(labelToQt(text));
+    // Qt looks for a shortcut in each new text.
+    native.button().setShortcut(native.shortcut);
+    native.fitText();
 }
 
 std::string Button::getText() const {
@@ -70,7 +74,11 @@ void Button::setDefault(bool isDefault) {
 }
 
 void Button::setShortcut(vlMemory::StringView keys) {
-    widgetAs<QPushButton>(*this).setShortcut(QKeySequence(toQt(keys), QKeySequence::PortableText));
+    auto& native = nativeAs<ButtonNative>(*this);
+    native.shortcut = QKeySequence(toQt(keys), QKeySequence::PortableText);
+    native.button().setShortcut(native.shortcut);
+    native.shownKeys = fromQt(native.shortcut.toString(QKeySequence::NativeText));
+    native.updateToolTip();
 }
 
 } // namespace vlWinUi

@@ -1,4 +1,5 @@
 #include "Call.h"
+#include "MixedValues.h"
 #include "Native.h"
 #include "Text.h"
 
@@ -21,7 +22,9 @@ struct ComboBoxNative final : Native {
         combo.setMaxVisibleItems(24);
         combo.setFocusPolicy(Qt::StrongFocus);
         connect(&combo, &QComboBox::currentIndexChanged, this, [this](int index) {
-            if (quiet == 0 && index >= 0) call(selected, static_cast<std::size_t>(index));
+            if (quiet > 0 || index < 0) return;
+            setMixed(false);
+            call(selected, static_cast<std::size_t>(index));
         });
     }
     QComboBox& box() const { return *static_cast<QComboBox*>(widget); }
@@ -43,7 +46,15 @@ struct ComboBoxNative final : Native {
         if (none) box().setCurrentIndex(-1);
     }
 
+    void setMixed(bool now) {
+        if (mixed == now) return;
+        mixed = now;
+        box().setPlaceholderText(mixed ? MIXED_VALUES : QString());
+        describeAsMixed(box(), mixed);
+    }
+
     std::vector<ListEntry> entries;
+    bool mixed = false;
     std::function<void(std::size_t)> selected;
 };
 
@@ -144,6 +155,7 @@ void ComboBox::select(std::optional<std::size_t> index) {
     auto& native = nativeAs<ComboBoxNative>(*this);
     const Quiet guard(native.quiet);
     const bool inside = index && *index < native.entries.size();
+    native.setMixed(false);
     native.box().setCurrentIndex(inside ? static_cast<int>(*index) : -1);
 }
 
@@ -151,6 +163,15 @@ bool ComboBox::selectByLabel(vlMemory::StringView label) {
     const auto index = find(label);
     if (index) select(index);
     return index.has_value();
+}
+
+void ComboBox::setMixed() {
+    select(std::nullopt);
+    nativeAs<ComboBoxNative>(*this).setMixed(true);
+}
+
+bool ComboBox::isMixed() const {
+    return nativeAs<ComboBoxNative>(*this).mixed;
 }
 
 void ComboBox::setSelectionCallback(std::function<void(std::size_t)> callback) {

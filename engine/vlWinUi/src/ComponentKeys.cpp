@@ -152,6 +152,7 @@ constexpr Key EVERY[] = {
         limit<&Component::setMinSize>("minSize"),
         limit<&Component::setMaxSize>("maxSize"),
         text<Component, &Component::setToolTip>("toolTip"),
+        text<Component, &Component::setAccessibleName>("accessibleName"),
 };
 constexpr Key WINDOW[] = {
         LABEL,
@@ -160,6 +161,7 @@ constexpr Key WINDOW[] = {
         flag<Window, setWindowVisibleOnLoad>("visibleOnLoad"),
 };
 constexpr Key LABELLED[] = {LABEL};
+constexpr Key BUTTON[] = {LABEL, text<Button, &Button::setShortcut>("shortcut")};
 constexpr Key UNLABELLED[] = {ACCESSIBLE_LABEL};
 constexpr Key STATIC[] = {LABEL, {"alignHorizontal", setAlignment}};
 constexpr Key EDIT_BOX[] = {
@@ -199,7 +201,7 @@ constexpr Type TYPES[] = {
         {ComponentType::Window, WINDOW, true},
         {ComponentType::GroupBox, LABELLED, true},
         {ComponentType::Static, STATIC},
-        {ComponentType::Button, LABELLED},
+        {ComponentType::Button, BUTTON},
         {ComponentType::EditBox, EDIT_BOX},
         {ComponentType::MultiLineEdit, MULTI_LINE_EDIT},
         {ComponentType::CheckBox, LABELLED},

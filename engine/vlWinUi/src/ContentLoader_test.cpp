@@ -13,6 +13,7 @@
 #include <vlWinUi/Window.h>
 
 #include <QLineEdit>
+#include <QPushButton>
 #include <QWidget>
 #include <fmt/format.h>
 
@@ -64,7 +65,8 @@ TEST_F(ContentLoaderTest, AWindowIsAsItsTextSays) {
       "children": [
         {"name": "W_NAME", "type": "STATIC", "label": "-", "alignHorizontal": "TOP_LEFT"},
         {"name": "W_SAVE", "type": "BUTTON", "label": "Save", "enabled": false,
-         "maxSize": {"y": 24}, "minSize": {"x": 60}, "toolTip": "Keeps it"},
+         "maxSize": {"y": 24}, "minSize": {"x": 60}, "toolTip": "Keeps it",
+         "shortcut": "Ctrl+S", "accessibleName": "Save the blend state"},
         {"name": "W_EDIT", "type": "EDIT_BOX", "placeHolder": "Depth", "onlyNumbers": true}
       ],
       "layouts": [
@@ -94,7 +96,11 @@ TEST_F(ContentLoaderTest, AWindowIsAsItsTextSays) {
     EXPECT_EQ(save.height, 24);
     EXPECT_EQ(placeOf("W_EDIT").width, 144);
     EXPECT_FALSE(ComponentManager::get("W_SAVE")->isEnabled());
-    EXPECT_EQ(ComponentManager::get("W_SAVE")->getToolTip(), "Keeps it");
+    EXPECT_EQ(ComponentManager::get("W_SAVE")->getToolTip(), "Keeps it (Ctrl+S)");
+    const auto* button =
+            static_cast<QPushButton*>(ComponentManager::get("W_SAVE")->native().widget);
+    EXPECT_EQ(button->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_S));
+    EXPECT_EQ(button->accessibleName(), "Save the blend state");
     auto* edit = static_cast<QLineEdit*>(ComponentManager::get("W_EDIT")->native().widget);
     EXPECT_EQ(edit->placeholderText(), "Depth");
     EXPECT_FALSE([&] {

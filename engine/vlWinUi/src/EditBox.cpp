@@ -1,5 +1,6 @@
 #include "Call.h"
 #include "KeyCodes.h"
+#include "MixedValues.h"
 #include "Native.h"
 #include "Text.h"
 
@@ -18,6 +19,7 @@ struct EditBoxNative final : Native {
     EditBoxNative() : Native(new QLineEdit) {
         connect(&edit(), &QLineEdit::textEdited, this, [this] {
             touched = true;
+            setMixed(false);
             call(changed);
         });
     }
@@ -36,6 +38,12 @@ struct EditBoxNative final : Native {
         return self.isNull() || Native::eventFilter(watched, event);
     }
 
+    void setMixed(bool now) {
+        mixed = now;
+        edit().setPlaceholderText(mixed ? MIXED_VALUES : placeHolder);
+        describeAsMixed(edit(), mixed);
+    }
+
     bool takesTab() const {
         const auto copy = tab;
         return copy && copy();
@@ -46,6 +54,8 @@ struct EditBoxNative final : Native {
     std::function<void()> changed;
     std::function<void()> edited;
     bool touched = false;
+    bool mixed = false;
+    QString placeHolder;
     std::string problem;
     std::string ownToolTip;
 };
@@ -65,6 +75,7 @@ void EditBox::setText(vlMemory::StringView text) {
     vlCommon::assertUiThread();
     auto& native = nativeAs<EditBoxNative>(*this);
     native.touched = false;
+    native.setMixed(false);
     const QString shown = toQt(text);
     // Setting the same text anew would throw the cursor to the end under the person's hands.
     if (native.edit().text() != shown) native.edit().setText(shown);
@@ -75,9 +86,20 @@ std::string EditBox::getText() const {
 }
 
 void EditBox::setPlaceHolder(vlMemory::StringView text) {
-    auto& edit = widgetAs<QLineEdit>(*this);
-    edit.setPlaceholderText(toQt(text));
-    if (edit.accessibleName().isEmpty()) edit.setAccessibleName(toQt(text));
+    auto& native = nativeAs<EditBoxNative>(*this);
+    native.placeHolder = toQt(text);
+    native.setMixed(native.mixed);
+    if (native.edit().accessibleName().isEmpty())
+        native.edit().setAccessibleName(native.placeHolder);
+}
+
+void EditBox::setMixed() {
+    setText({});
+    nativeAs<EditBoxNative>(*this).setMixed(true);
+}
+
+bool EditBox::isMixed() const {
+    return nativeAs<EditBoxNative>(*this).mixed;
 }
 
 void EditBox::setNumbers(Numbers numbers) {

@@ -14,6 +14,8 @@ namespace {
 
 constexpr int SIDE_ROOM = 8;      ///< around the text of a row, pixels
 constexpr int BADGE_ROOM = 12;    ///< around the digits of a count, pixels
+constexpr int MARK_SIZE = 7;      ///< across, pixels
+constexpr int MARK_ROOM = 14;     ///< with what is around it, pixels
 constexpr int COMPACT_ROOM = 5;   ///< over and under the text, pixels
 constexpr int LONGEST_TIP = 4000; ///< characters
 
@@ -26,10 +28,27 @@ QString badgeOf(const QModelIndex& index) {
     return count < 2 ? QString() : QStringLiteral("×%1").arg(count);
 }
 
-int roomForText(const QStyleOptionViewItem& option, const QString& badge) {
+bool isMarked(const QModelIndex& index) {
+    return index.data(ListModel::MarkRole).toBool();
+}
+
+int roomForText(const QStyleOptionViewItem& option, const QModelIndex& index) {
+    const QString badge = badgeOf(index);
     const int badgeWidth =
             badge.isEmpty() ? 0 : option.fontMetrics.horizontalAdvance(badge) + BADGE_ROOM;
-    return option.rect.width() - badgeWidth - 2 * SIDE_ROOM;
+    const int markWidth = isMarked(index) ? MARK_ROOM : 0;
+    return option.rect.width() - badgeWidth - markWidth - 2 * SIDE_ROOM;
+}
+
+void drawMark(QPainter& painter, const QStyleOptionViewItem& option) {
+    const bool selected = option.state.testFlag(QStyle::State_Selected);
+    const QPointF centre(option.rect.right() - MARK_ROOM / 2.0, QRectF(option.rect).center().y());
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(selected ? shades().accentText : shades().warning);
+    painter.drawEllipse(centre, MARK_SIZE / 2.0, MARK_SIZE / 2.0);
+    painter.restore();
 }
 
 } // namespace
@@ -43,18 +62,20 @@ void LineDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelInd
         option->palette.setColor(QPalette::Text, color);
     }
     option->text = option->fontMetrics.elidedText(
-            option->text, Qt::ElideRight, roomForText(*option, badgeOf(index)));
+            option->text, Qt::ElideRight, roomForText(*option, index));
 }
 
 void LineDelegate::paint(QPainter* painter,
                          const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
     QStyledItemDelegate::paint(painter, option, index);
+    const bool marked = isMarked(index);
+    if (marked) drawMark(*painter, option);
     const QString badge = badgeOf(index);
     if (badge.isEmpty()) return;
     const int width = option.fontMetrics.horizontalAdvance(badge) + BADGE_ROOM;
     const int inset = compact ? 1 : 4;
-    const QRectF box(option.rect.right() - width - 3,
+    const QRectF box(option.rect.right() - width - 3 - (marked ? MARK_ROOM : 0),
                      option.rect.top() + inset,
                      width,
                      option.rect.height() - 2 * inset);
@@ -81,9 +102,13 @@ bool LineDelegate::helpEvent(QHelpEvent* event,
     if (event->type() != QEvent::ToolTip || !index.isValid())
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     const QString text = index.data().toString();
-    if (option.fontMetrics.horizontalAdvance(text) <= roomForText(option, badgeOf(index)))
-        return false;
-    QString whole = index.data(ListModel::LabelRole).toString();
+    const QString reason = index.data(ListModel::MarkReasonRole).toString();
+    QString whole;
+    if (option.fontMetrics.horizontalAdvance(text) > roomForText(option, index))
+        whole = index.data(ListModel::LabelRole).toString();
+    if (!whole.isEmpty() && !reason.isEmpty()) whole += '\n';
+    whole += reason;
+    if (whole.isEmpty()) return false;
     if (whole.size() > LONGEST_TIP) whole = whole.left(LONGEST_TIP) + QChar(0x2026);
     // Only marked-up text is wrapped.
     const QString wrapped = QStringLiteral("<p style='white-space:pre-wrap'>%1</p>");

@@ -4,7 +4,8 @@
 namespace vlWinUi {
 
 /** Draws the rows of a ListBox: what stands out in its colour, what came several times with its
- * count at the right, and what does not fit with an ellipsis and whole in the tooltip. */
+ * count at the right, what is marked with a dot there, and what does not fit with an ellipsis and
+ * whole in the tooltip. */
 class LineDelegate final : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;

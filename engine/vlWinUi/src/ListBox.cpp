@@ -22,17 +22,28 @@ struct ListBoxNative final : Native {
     }
 
     void append(ListEntry entry);
+    void remove(std::size_t entry);
+    void rename(std::size_t entry, const std::string& label);
     void select(std::optional<std::size_t> entry);
+    void selectSeveral(const std::vector<std::size_t>& entries);
     void showSelection();
     void noteSelection();
+    bool takesSeveral() const {
+        return view().selectionMode() == QAbstractItemView::ExtendedSelection;
+    }
     std::vector<std::size_t> selectedEntries() const;
+    /// The current row if it is selected, else the first that is.
+    std::optional<std::size_t> firstSelected() const;
 
-    std::optional<std::size_t> selection; ///< of the entries, so that it outlives a filter
+    /// The one that counts among the selected entries; it outlives a filter.
+    std::optional<std::size_t> selection;
     std::size_t mostEntries = 0;
     std::function<void(std::optional<std::size_t>)> selected;
     std::function<void(std::size_t)> activated;
 
 private:
+    /// Qt would make a neighbour the current row, and scroll there, for each one that goes.
+    void leaveRow(std::size_t entry);
     void flush();
     /// Makes room for what is waiting.
     void dropOldest();
@@ -51,6 +62,10 @@ ListBoxNative::ListBoxNative() : Native(new ListView) {
     connect(view().selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
         if (quiet == 0) noteSelection();
     });
+    connect(view().selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
+        const auto now = quiet == 0 ? firstSelected() : std::nullopt;
+        if (now && now != selection) noteSelection();
+    });
     connect(&view(), &QListView::activated, this, [this](const QModelIndex& index) {
         if (const auto entry = model_->entryOf(index)) call(activated, *entry);
     });
@@ -60,8 +75,8 @@ void ListBoxNative::append(ListEntry entry) {
     const auto same = [&](const ListEntry& last) {
         return last.label == entry.label && last.emphasis == entry.emphasis;
     };
-    const auto& shown = model_->entries();
-    if (waiting_.empty() && !shown.empty() && same(shown.back())) {
+    const std::size_t shown = model_->entryCount();
+    if (waiting_.empty() && shown > 0 && same(model_->entry(shown - 1))) {
         repetitions_ += entry.count;
     } else if (!waiting_.empty() && same(waiting_.back())) {
         waiting_.back().count += entry.count;
@@ -77,13 +92,12 @@ void ListBoxNative::append(ListEntry entry) {
 void ListBoxNative::flush() {
     if (!std::exchange(flushQueued_, false)) return;
     const Quiet guard(quiet);
-    const auto& entries = model_->entries();
-    if (repetitions_ > 0) {
-        const std::size_t last = entries.size() - 1;
-        model_->setCount(last, entries[last].count + std::exchange(repetitions_, 0));
-    }
+    const std::size_t count = model_->entryCount();
+    if (repetitions_ > 0)
+        model_->setCount(count - 1,
+                         model_->entry(count - 1).count + std::exchange(repetitions_, 0));
     if (waiting_.empty()) return;
-    const bool full = mostEntries > 0 && entries.size() + waiting_.size() > mostEntries;
+    const bool full = mostEntries > 0 && count + waiting_.size() > mostEntries;
     if (full && !view().isFollowing())
         view().keepPlace([this] { dropOldest(); });
     else if (full)
@@ -92,16 +106,53 @@ void ListBoxNative::flush() {
 }
 
 void ListBoxNative::dropOldest() {
-    const std::size_t count = model_->entries().size() + waiting_.size() - mostEntries;
+    const std::size_t count = model_->entryCount() + waiting_.size() - mostEntries;
     model_->removeFirst(count);
     if (selection)
         selection = *selection < count ? std::nullopt : std::optional(*selection - count);
 }
 
 void ListBoxNative::noteSelection() {
-    const auto entries = selectedEntries();
-    selection = entries.empty() ? std::nullopt : std::optional(entries.front());
+    selection = firstSelected();
     call(selected, selection);
+}
+
+std::optional<std::size_t> ListBoxNative::firstSelected() const {
+    const QItemSelectionModel& marked = *view().selectionModel();
+    const QModelIndex current = marked.currentIndex();
+    if (current.isValid() && marked.isSelected(current)) return model_->entryOf(current);
+    int first = model_->rowCount();
+    for (const QItemSelectionRange& range : marked.selection())
+        first = std::min(first, range.top());
+    return model_->entryOf(model_->index(first));
+}
+
+void ListBoxNative::leaveRow(std::size_t entry) {
+    QItemSelectionModel& marked = *view().selectionModel();
+    if (model_->entryOf(marked.currentIndex()) == entry) marked.clearCurrentIndex();
+}
+
+void ListBoxNative::remove(std::size_t entry) {
+    const Quiet guard(quiet);
+    leaveRow(entry);
+    model().remove(entry);
+    if (selection == entry)
+        selection = firstSelected();
+    else if (selection && *selection > entry)
+        --*selection;
+}
+
+void ListBoxNative::rename(std::size_t entry, const std::string& label) {
+    const Quiet guard(quiet);
+    QItemSelectionModel& marked = *view().selectionModel();
+    const bool wasSelected = selection == entry || marked.isSelected(model().rowOf(entry));
+    const bool wasCurrent = model_->entryOf(marked.currentIndex()) == entry;
+    leaveRow(entry);
+    const bool moved = model_->rename(entry, label);
+    const QModelIndex row = model_->rowOf(entry);
+    if (!row.isValid()) return;
+    if (wasCurrent) marked.setCurrentIndex(row, QItemSelectionModel::NoUpdate);
+    if (moved && wasSelected) view().goTo(row, QItemSelectionModel::Select);
 }
 
 std::vector<std::size_t> ListBoxNative::selectedEntries() const {
@@ -114,7 +165,7 @@ std::vector<std::size_t> ListBoxNative::selectedEntries() const {
 }
 
 void ListBoxNative::select(std::optional<std::size_t> entry) {
-    selection = entry && *entry < model().entries().size() ? entry : std::nullopt;
+    selection = entry && *entry < model().entryCount() ? entry : std::nullopt;
     showSelection();
 }
 
@@ -126,8 +177,31 @@ void ListBoxNative::showSelection() {
         marked.clear();
         return;
     }
-    marked.setCurrentIndex(at, QItemSelectionModel::ClearAndSelect);
-    view().scrollTo(at);
+    view().goTo(at, QItemSelectionModel::ClearAndSelect);
+}
+
+void ListBoxNative::selectSeveral(const std::vector<std::size_t>& entries) {
+    std::vector<int> rows;
+    std::optional<std::size_t> first;
+    for (const std::size_t entry : entries) {
+        if (entry >= model().entryCount()) continue;
+        if (!first) first = entry;
+        if (const QModelIndex row = model_->rowOf(entry); row.isValid()) rows.push_back(row.row());
+    }
+    select(first);
+    if (!takesSeveral()) return;
+    std::ranges::sort(rows);
+    // Neighbours make one range, of which there should not be thousands.
+    QItemSelection ranges;
+    for (std::size_t begin = 0; begin < rows.size();) {
+        std::size_t end = begin + 1;
+        while (end < rows.size() && rows[end] <= rows[end - 1] + 1)
+            ++end;
+        ranges.append({model_->index(rows[begin]), model_->index(rows[end - 1])});
+        begin = end;
+    }
+    const Quiet guard(quiet);
+    view().selectionModel()->select(ranges, QItemSelectionModel::ClearAndSelect);
 }
 
 ListBoxNative& listOf(const ListBox& list) {
@@ -161,12 +235,7 @@ bool ListBox::removeEntry(vlMemory::StringView label) {
     vlCommon::assertUiThread();
     const auto index = find(label);
     if (!index) return false;
-    auto& native = listOf(*this);
-    const Quiet guard(native.quiet);
-    native.model().remove(*index);
-    if (native.selection == index) native.selection.reset();
-    if (native.selection && *native.selection > *index) --*native.selection;
-    native.showSelection();
+    listOf(*this).remove(*index);
     return true;
 }
 
@@ -174,24 +243,38 @@ bool ListBox::renameEntry(vlMemory::StringView label, vlMemory::StringView newLa
     vlCommon::assertUiThread();
     const auto index = find(label);
     if (!index) return false;
-    auto& native = listOf(*this);
-    const Quiet guard(native.quiet);
-    native.model().rename(*index, std::string(newLabel));
-    native.showSelection();
+    listOf(*this).rename(*index, std::string(newLabel));
     return true;
+}
+
+bool ListBox::setEntryMark(vlMemory::StringView label, bool marked, vlMemory::StringView reason) {
+    vlCommon::assertUiThread();
+    const auto index = find(label);
+    if (index) listOf(*this).model().setMark(*index, marked, std::string(reason));
+    return index.has_value();
+}
+
+bool ListBox::isEntryMarked(vlMemory::StringView label) const {
+    const auto index = find(label);
+    return index && listOf(*this).model().isMarked(*index);
 }
 
 void ListBox::setEntries(std::vector<ListEntry> entries) {
     vlCommon::assertUiThread();
     auto& native = listOf(*this);
-    const std::string before = getText();
+    std::vector<std::string> labels;
+    if (const ListEntry* first = getSelectedEntry()) labels.push_back(first->label);
+    for (const std::size_t index : native.selectedEntries())
+        labels.push_back(getEntry(index).label);
     {
         const Quiet guard(native.quiet);
-        native.model().reset(
-                {std::make_move_iterator(entries.begin()), std::make_move_iterator(entries.end())});
+        native.model().reset(std::move(entries));
         native.selection.reset();
     }
-    if (!before.empty()) selectByLabel(before);
+    std::vector<std::size_t> found;
+    for (const std::string& label : labels)
+        if (const auto index = find(label)) found.push_back(*index);
+    if (!found.empty()) native.selectSeveral(found);
 }
 
 void ListBox::append(ListEntry entry) {
@@ -208,18 +291,15 @@ void ListBox::clear() {
 }
 
 std::size_t ListBox::getEntryCount() const {
-    return listOf(*this).model().entries().size();
+    return listOf(*this).model().entryCount();
 }
 
 const ListEntry& ListBox::getEntry(std::size_t index) const {
-    return listOf(*this).model().entries().at(index);
+    return listOf(*this).model().entry(index);
 }
 
 std::optional<std::size_t> ListBox::find(vlMemory::StringView label) const {
-    const auto& entries = listOf(*this).model().entries();
-    const auto found = std::ranges::find(entries, label, &ListEntry::label);
-    if (found == entries.end()) return std::nullopt;
-    return static_cast<std::size_t>(found - entries.begin());
+    return listOf(*this).model().find(label);
 }
 
 std::optional<std::size_t> ListBox::getSelectedIndex() const {
@@ -254,12 +334,18 @@ std::vector<std::size_t> ListBox::getSelectedIndices() const {
     return listOf(*this).selectedEntries();
 }
 
+void ListBox::setSelectedIndices(std::vector<std::size_t> indices) {
+    vlCommon::assertUiThread();
+    listOf(*this).selectSeveral(indices);
+}
+
 void ListBox::selectAll() {
     vlCommon::assertUiThread();
     auto& native = listOf(*this);
     static_cast<void>(native.model());
     const Quiet guard(native.quiet);
     native.view().selectAll();
+    native.selection = native.firstSelected();
 }
 
 std::string ListBox::getSelectedText() const {
@@ -283,9 +369,12 @@ void ListBox::setActivationCallback(std::function<void(std::size_t)> callback) {
 void ListBox::setFilter(vlMemory::StringView text) {
     vlCommon::assertUiThread();
     auto& native = listOf(*this);
+    std::vector<std::size_t> selected;
+    if (native.selection) selected.push_back(*native.selection);
+    std::ranges::copy(native.selectedEntries(), std::back_inserter(selected));
     const Quiet guard(native.quiet);
     native.model().setFilter(toQt(text));
-    native.showSelection();
+    native.selectSeveral(selected);
 }
 
 std::size_t ListBox::getShownCount() const {

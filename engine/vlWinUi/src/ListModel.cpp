@@ -14,7 +14,8 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     const auto at = entryOf(index);
     if (!at) return {};
     const Row& row = rows_[static_cast<std::size_t>(index.row())];
-    const ListEntry& entry = entries_[*at];
+    const Item& item = *items_[*at];
+    const ListEntry& entry = item.entry;
     const auto line = [&] {
         return toQt(std::string_view(entry.label).substr(row.begin, row.length));
     };
@@ -24,63 +25,105 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     case Qt::AccessibleTextRole:
         return entry.count < 2 ? line()
                                : QStringLiteral("%1, %2 times").arg(line()).arg(entry.count);
+    case Qt::AccessibleDescriptionRole:
+        if (!item.marked) return {};
+        return item.reason.empty() ? QStringLiteral("Marked") : toQt(item.reason);
     case LabelRole:
         return toQt(entry.label);
     case EmphasisRole:
         return static_cast<int>(entry.emphasis);
     case CountRole:
         return row.begin == 0 ? entry.count : 1U;
+    case MarkRole:
+        return item.marked && row.begin == 0;
+    case MarkReasonRole:
+        return item.marked ? toQt(item.reason) : QString();
     default:
         return {};
     }
 }
 
+std::optional<std::size_t> ListModel::find(std::string_view label) const {
+    if (!labels_) {
+        labels_.emplace();
+        for (const auto& item : items_)
+            labels_->add(item->entry.label, item->serial);
+    }
+    const auto serial = labels_->first(label);
+    return serial ? std::optional(itemOf(*serial)) : std::nullopt;
+}
+
+void ListModel::add(ListEntry entry) {
+    items_.push_back(std::make_unique<Item>(Item{std::move(entry), nextSerial_++, false, {}}));
+    const Item& item = *items_.back();
+    if (labels_) labels_->add(item.entry.label, item.serial);
+}
+
 void ListModel::append(std::deque<ListEntry> entries) {
-    const std::size_t first = entries_.size();
-    std::ranges::move(entries, std::back_inserter(entries_));
-    appendRows(first);
+    std::vector<Row> rows;
+    rows.reserve(entries.size());
+    for (ListEntry& entry : entries) {
+        add(std::move(entry));
+        appendRows(rows, items_.size() - 1);
+    }
+    insertRows(rows_.end(), rows);
 }
 
 void ListModel::removeFirst(std::size_t count) {
     removeRows(rows_.begin(), lowerBound(count));
-    entries_.erase(entries_.begin(), entries_.begin() + static_cast<std::ptrdiff_t>(count));
-    firstSerial_ += count;
+    const auto end = items_.begin() + static_cast<std::ptrdiff_t>(count);
+    if (labels_)
+        std::for_each(items_.begin(), end, [this](const auto& item) {
+            labels_->remove(item->entry.label, item->serial);
+        });
+    items_.erase(items_.begin(), end);
 }
 
 void ListModel::remove(std::size_t entry) {
-    const auto last = lowerBound(entry + 1);
-    const auto behind = last - rows_.cbegin();
-    const auto first = lowerBound(entry);
-    const auto removed = last - first;
-    removeRows(first, last);
-    for (auto row = rows_.begin() + (behind - removed); row != rows_.end(); ++row)
-        --row->serial;
-    entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(entry));
+    removeRows(lowerBound(entry), lowerBound(entry + 1));
+    const Item& item = *items_[entry];
+    if (labels_) labels_->remove(item.entry.label, item.serial);
+    items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(entry));
 }
 
-void ListModel::rename(std::size_t entry, std::string label) {
-    entries_[entry].label = std::move(label);
+bool ListModel::rename(std::size_t entry, std::string label) {
+    Item& item = *items_[entry];
+    if (labels_) {
+        labels_->remove(item.entry.label, item.serial);
+        labels_->add(label, item.serial);
+    }
+    item.entry.label = std::move(label);
     std::vector<Row> rows;
     appendRows(rows, entry);
     const auto first = lowerBound(entry);
-    if (lowerBound(entry + 1) - first != static_cast<std::ptrdiff_t>(rows.size())) {
-        resetRows();
-        return;
+    const auto last = lowerBound(entry + 1);
+    if (last - first != static_cast<std::ptrdiff_t>(rows.size())) {
+        removeRows(first, last);
+        insertRows(lowerBound(entry), rows);
+        return true;
     }
-    if (rows.empty()) return;
     std::ranges::copy(rows, rows_.begin() + (first - rows_.cbegin()));
-    const QModelIndex changed = rowOf(entry);
-    emit dataChanged(changed, index(changed.row() + static_cast<int>(rows.size()) - 1));
+    tellChange(entry);
+    return false;
 }
 
 void ListModel::setCount(std::size_t entry, unsigned count) {
-    entries_[entry].count = count;
-    const QModelIndex changed = rowOf(entry);
-    if (changed.isValid()) emit dataChanged(changed, changed);
+    items_[entry]->entry.count = count;
+    tellChange(entry);
 }
 
-void ListModel::reset(std::deque<ListEntry> entries) {
-    entries_ = std::move(entries);
+void ListModel::setMark(std::size_t entry, bool marked, std::string reason) {
+    Item& item = *items_[entry];
+    item.marked = marked;
+    item.reason = marked ? std::move(reason) : std::string();
+    tellChange(entry);
+}
+
+void ListModel::reset(std::vector<ListEntry> entries) {
+    labels_.reset();
+    items_.clear();
+    for (ListEntry& entry : entries)
+        add(std::move(entry));
     resetRows();
 }
 
@@ -90,19 +133,21 @@ void ListModel::setFilter(const QString& text) {
     resetRows();
 }
 
-std::size_t ListModel::shownCount() const {
-    return static_cast<std::size_t>(std::ranges::count(rows_, 0U, &Row::begin));
-}
-
 std::optional<std::size_t> ListModel::entryOf(const QModelIndex& row) const {
     if (!row.isValid()) return std::nullopt;
-    return rows_[static_cast<std::size_t>(row.row())].serial - firstSerial_;
+    return itemOf(rows_[static_cast<std::size_t>(row.row())].serial);
 }
 
 QModelIndex ListModel::rowOf(std::size_t entry) const {
     const auto found = lowerBound(entry);
-    if (found == rows_.end() || found->serial != firstSerial_ + entry) return {};
+    if (found == rows_.end() || found->serial != items_[entry]->serial) return {};
     return index(static_cast<int>(found - rows_.begin()));
+}
+
+std::size_t ListModel::itemOf(std::uint64_t serial) const {
+    const auto found = std::ranges::lower_bound(
+            items_, serial, {}, [](const auto& item) { return item->serial; });
+    return static_cast<std::size_t>(found - items_.begin());
 }
 
 bool ListModel::passes(const ListEntry& entry) const {
@@ -110,52 +155,59 @@ bool ListModel::passes(const ListEntry& entry) const {
 }
 
 void ListModel::appendRows(std::vector<Row>& rows, std::size_t entry) const {
-    const std::string& label = entries_[entry].label;
-    if (!passes(entries_[entry])) return;
+    const Item& item = *items_[entry];
+    const std::string& label = item.entry.label;
+    if (!passes(item.entry)) return;
     for (std::size_t begin = 0; begin != std::string::npos;) {
         const std::size_t end = std::min(label.find('\n', begin), label.size());
         // A line feed at the very end ends the last line and does not begin another.
         const bool more = end + 1 < label.size();
-        rows.push_back({firstSerial_ + entry,
+        rows.push_back({item.serial,
                         static_cast<std::uint32_t>(begin),
                         static_cast<std::uint32_t>(end - begin)});
         begin = more ? end + 1 : std::string::npos;
     }
 }
 
-void ListModel::appendRows(std::size_t firstEntry) {
-    std::vector<Row> rows;
-    rows.reserve(entries_.size() - firstEntry);
-    for (std::size_t entry = firstEntry; entry < entries_.size(); ++entry)
-        appendRows(rows, entry);
-    if (rows.empty()) return;
-    const int before = rowCount();
-    beginInsertRows({}, before, before + static_cast<int>(rows.size()) - 1);
-    rows_.insert(rows_.end(), rows.begin(), rows.end());
-    endInsertRows();
-}
-
 void ListModel::resetRows() {
     beginResetModel();
     std::vector<Row> rows;
-    for (std::size_t entry = 0; entry < entries_.size(); ++entry)
+    for (std::size_t entry = 0; entry < items_.size(); ++entry)
         appendRows(rows, entry);
     rows_.assign(rows.begin(), rows.end());
+    shown_ = static_cast<std::size_t>(std::ranges::count(rows_, 0U, &Row::begin));
     endResetModel();
 }
 
-std::deque<ListModel::Row>::const_iterator ListModel::lowerBound(std::size_t entry) const {
-    return std::ranges::lower_bound(rows_, firstSerial_ + entry, {}, &Row::serial);
+ListModel::Rows::const_iterator ListModel::lowerBound(std::size_t entry) const {
+    if (entry >= items_.size()) return rows_.end();
+    return std::ranges::lower_bound(rows_, items_[entry]->serial, {}, &Row::serial);
 }
 
-void ListModel::removeRows(std::deque<Row>::const_iterator first,
-                           std::deque<Row>::const_iterator last) {
+void ListModel::insertRows(Rows::const_iterator at, const std::vector<Row>& rows) {
+    if (rows.empty()) return;
+    const int first = static_cast<int>(at - rows_.cbegin());
+    beginInsertRows({}, first, first + static_cast<int>(rows.size()) - 1);
+    rows_.insert(at, rows.begin(), rows.end());
+    shown_ += static_cast<std::size_t>(std::ranges::count(rows, 0U, &Row::begin));
+    endInsertRows();
+}
+
+void ListModel::removeRows(Rows::const_iterator first, Rows::const_iterator last) {
     if (first == last) return;
     beginRemoveRows({},
                     static_cast<int>(first - rows_.cbegin()),
                     static_cast<int>(last - rows_.cbegin()) - 1);
+    shown_ -= static_cast<std::size_t>(std::ranges::count(first, last, 0U, &Row::begin));
     rows_.erase(first, last);
     endRemoveRows();
+}
+
+void ListModel::tellChange(std::size_t entry) {
+    const QModelIndex first = rowOf(entry);
+    if (!first.isValid()) return;
+    const auto rows = lowerBound(entry + 1) - lowerBound(entry);
+    emit dataChanged(first, index(first.row() + static_cast<int>(rows) - 1));
 }
 
 } // namespace vlWinUi

@@ -1,61 +1,85 @@
 #pragma once
+#include "LabelIndex.h"
+
 #include <vlWinUi/ListEntry.h>
 
 #include <QAbstractListModel>
 #include <QString>
 
 #include <deque>
+#include <memory>
 #include <optional>
 #include <vector>
 
 namespace vlWinUi {
 
 /** The entries of a ListBox, and the rows that its view reads: those of the entries that the filter
- * leaves, one for each line of text in a label. */
+ * leaves, one for each line of text in a label. Adding, removing and finding one of many entries
+ * costs next to nothing. */
 class ListModel final : public QAbstractListModel {
 public:
-    enum Role { EmphasisRole = Qt::UserRole, CountRole, LabelRole };
+    enum Role { EmphasisRole = Qt::UserRole, CountRole, LabelRole, MarkRole, MarkReasonRole };
 
     using QAbstractListModel::QAbstractListModel;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
 
-    const std::deque<ListEntry>& entries() const { return entries_; }
+    std::size_t entryCount() const { return items_.size(); }
+    const ListEntry& entry(std::size_t at) const { return items_.at(at)->entry; }
+    /// The first entry of that label.
+    std::optional<std::size_t> find(std::string_view label) const;
     void append(std::deque<ListEntry> entries);
     void removeFirst(std::size_t count);
     void remove(std::size_t entry);
-    void rename(std::size_t entry, std::string label);
+    /// True when rows came or went by it, and with them what was selected in the view.
+    bool rename(std::size_t entry, std::string label);
     void setCount(std::size_t entry, unsigned count);
-    void reset(std::deque<ListEntry> entries);
+    void setMark(std::size_t entry, bool marked, std::string reason);
+    bool isMarked(std::size_t entry) const { return items_.at(entry)->marked; }
+    void reset(std::vector<ListEntry> entries);
     /// Only entries that contain it, whatever the case; an empty text leaves all.
     void setFilter(const QString& text);
 
     /// The entries that the filter leaves.
-    std::size_t shownCount() const;
+    std::size_t shownCount() const { return shown_; }
     /// Nothing for an index that is not valid.
     std::optional<std::size_t> entryOf(const QModelIndex& row) const;
     /// Of the entry's first line; not valid when the filter hides it.
     QModelIndex rowOf(std::size_t entry) const;
 
 private:
+    /// Serials rise from entry to entry, so that the rows stay as they are while others go.
+    struct Item {
+        ListEntry entry;
+        std::uint64_t serial = 0;
+        bool marked = false;
+        std::string reason; ///< of the mark
+    };
     struct Row {
         std::uint64_t serial; ///< of the entry
         std::uint32_t begin;  ///< of the line in the label
         std::uint32_t length;
     };
+    using Rows = std::deque<Row>;
 
+    void add(ListEntry entry);
+    std::size_t itemOf(std::uint64_t serial) const;
     bool passes(const ListEntry& entry) const;
     void appendRows(std::vector<Row>& rows, std::size_t entry) const;
-    void appendRows(std::size_t firstEntry);
     void resetRows();
     /// The first row of the entry or of one behind it.
-    std::deque<Row>::const_iterator lowerBound(std::size_t entry) const;
-    void removeRows(std::deque<Row>::const_iterator first, std::deque<Row>::const_iterator last);
+    Rows::const_iterator lowerBound(std::size_t entry) const;
+    void insertRows(Rows::const_iterator at, const std::vector<Row>& rows);
+    void removeRows(Rows::const_iterator first, Rows::const_iterator last);
+    void tellChange(std::size_t entry);
 
-    std::deque<ListEntry> entries_;
-    std::uint64_t firstSerial_ = 0; ///< so that the rows stay as they are when the oldest go
-    std::deque<Row> rows_;
+    std::deque<std::unique_ptr<Item>> items_;
+    std::uint64_t nextSerial_ = 0;
+    /// Made when a label is looked up for the first time: logs never do.
+    mutable std::optional<LabelIndex> labels_;
+    Rows rows_;
+    std::size_t shown_ = 0;
     QString filter_;
 };
 

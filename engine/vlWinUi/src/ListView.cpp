@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScrollBar>
+#include <QSignalBlocker>
 
 #include <algorithm>
 
@@ -67,6 +68,48 @@ void ListView::keepPlace(const std::function<void()>& change) {
     doItemsLayout();
     QScrollBar& bar = *verticalScrollBar();
     bar.setValue(anchor.isValid() ? bar.value() + visualRect(anchor).top() - top : 0);
+}
+
+void ListView::goTo(const QModelIndex& row, QItemSelectionModel::SelectionFlags selection) {
+    if (!layoutDue_) {
+        selectionModel()->setCurrentIndex(row, selection);
+        scrollTo(row);
+        return;
+    }
+    {
+        // Told of it, Qt's view would place all rows at once.
+        const QSignalBlocker quiet(selectionModel());
+        selectionModel()->setCurrentIndex(row, selection);
+    }
+    viewport()->update();
+    if (std::exchange(revealQueued_, true)) return;
+    QMetaObject::invokeMethod(
+            this, [this] { revealCurrent(); }, Qt::QueuedConnection);
+}
+
+void ListView::revealCurrent() {
+    revealQueued_ = false;
+    if (currentIndex().isValid()) scrollTo(currentIndex());
+}
+
+void ListView::doItemsLayout() {
+    layoutDue_ = false;
+    QListView::doItemsLayout();
+}
+
+void ListView::rowsInserted(const QModelIndex& parent, int first, int last) {
+    layoutDue_ = true;
+    QListView::rowsInserted(parent, first, last);
+}
+
+void ListView::rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) {
+    layoutDue_ = true;
+    QListView::rowsAboutToBeRemoved(parent, first, last);
+}
+
+/// All that is in view: finding the very rows would place all of them anew for each that goes.
+QRegion ListView::visualRegionForSelection(const QItemSelection&) const {
+    return viewport()->rect();
 }
 
 QString ListView::selectedText() const {

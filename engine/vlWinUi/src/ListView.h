@@ -24,6 +24,13 @@ public:
     /// Runs a change of the rows, after which the topmost line is where it was.
     void keepPlace(const std::function<void()>& change);
 
+    /// Makes it the current row, with what is said about the selection, and brings it into view: at
+    /// the loop's next turn while rows have come or gone, since placing all rows anew for each of
+    /// many changes would take long.
+    void goTo(const QModelIndex& row, QItemSelectionModel::SelectionFlags selection);
+
+    void doItemsLayout() override;
+
     /// Of the selected rows, in their order, a line each.
     QString selectedText() const;
     void copySelection() const;
@@ -35,6 +42,9 @@ public:
     std::function<void(QPoint)> menuWanted;
 
 protected:
+    void rowsInserted(const QModelIndex& parent, int first, int last) override;
+    void rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) override;
+    QRegion visualRegionForSelection(const QItemSelection& selection) const override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -42,11 +52,14 @@ protected:
 
 private:
     void placeHeader();
+    void revealCurrent();
 
     LineDelegate& lines_;
     QString placeHolder_;
     QPointer<QWidget> header_;
     int headerHeight_ = 0;
+    bool layoutDue_ = false;
+    bool revealQueued_ = false;
     bool follow_ = false;
     bool atEnd_ = true;
 };

@@ -7,7 +7,10 @@
 #include <vlWinUi/ListBox.h>
 #include <vlWinUi/TreeView.h>
 
-#include <QWidget>
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
 
 namespace vlWinUi {
 namespace {
@@ -47,6 +50,30 @@ TEST_F(ComboBoxTest, OnlyThePersonsChoiceIsTold) {
     combo.select(0);
     test::press(combo, Qt::Key_Down);
     EXPECT_EQ(told, std::vector<std::size_t>{1});
+}
+
+TEST_F(ComboBoxTest, MixedValuesAreShownUntilAChoice) {
+    auto& combo = make<ComboBox>("COMBO");
+    int told = 0;
+    combo.setSelectionCallback([&](std::size_t) { ++told; });
+    combo.setEntries({{"A", {}}, {"B", {}}});
+    combo.select(1);
+    combo.setMixed();
+    EXPECT_TRUE(combo.isMixed());
+    EXPECT_EQ(combo.getText(), "");
+    combo.setEntries({{"A", {}}, {"B", {}}, {"C", {}}});
+    combo.removeEntry("C");
+    EXPECT_TRUE(combo.isMixed());
+    EXPECT_EQ(combo.native().widget->accessibleDescription(), "Mixed values");
+    EXPECT_EQ(told, 0);
+    test::press(combo, Qt::Key_Down);
+    EXPECT_FALSE(combo.isMixed());
+    EXPECT_EQ(combo.getText(), "A");
+    EXPECT_EQ(told, 1);
+    combo.setMixed();
+    combo.select(0);
+    EXPECT_FALSE(combo.isMixed());
+    EXPECT_EQ(combo.native().widget->accessibleDescription(), "");
 }
 
 using ListBoxTest = test::WinUiTest;
@@ -90,6 +117,90 @@ TEST_F(ListBoxTest, AHundredThousandLinesAreShownAndFound) {
     EXPECT_EQ(list.getEntryCount(), 100'000U);
     EXPECT_TRUE(list.selectByLabel("line 99999"));
     EXPECT_EQ(list.getSelectedIndex(), 99'999U);
+}
+
+TEST_F(ListBoxTest, TheFirstOfALabelCountsWhateverComesAndGoes) {
+    auto& list = make<ListBox>("LIST");
+    for (const int number : {0, 1, 2, 3})
+        list.addEntry(number % 2 == 0 ? "A" : "B", number);
+    EXPECT_EQ(list.find("B"), 1U);
+    list.removeEntry("A");
+    EXPECT_EQ(list.find("A"), 1U);
+    EXPECT_EQ(std::any_cast<int>(list.getEntry(1).data), 2);
+    list.renameEntry("B", "C");
+    EXPECT_EQ(list.find("B"), 2U);
+    EXPECT_EQ(list.find("C"), 0U);
+    list.setEntries({{"B", {}}});
+    EXPECT_EQ(list.find("B"), 0U);
+    EXPECT_EQ(list.find("A"), std::nullopt);
+}
+
+TEST_F(ListBoxTest, AMarkStaysWithItsEntryAndSaysWhy) {
+    auto& list = make<ListBox>("LIST");
+    list.setEntries({{"Rust", {}}, {"Stone", {}}});
+    EXPECT_TRUE(list.setEntryMark("Stone", true, "Not saved yet"));
+    EXPECT_FALSE(list.setEntryMark("Sand", true));
+    list.renameEntry("Stone", "Sand");
+    list.removeEntry("Rust");
+    EXPECT_TRUE(list.isEntryMarked("Sand"));
+    EXPECT_EQ(list.getEntry(0).label, "Sand");
+    const auto& view = widgetAs<QAbstractItemView>(list);
+    const QModelIndex row = view.model()->index(0, 0);
+    EXPECT_EQ(row.data(Qt::AccessibleDescriptionRole), "Not saved yet");
+    const QImage marked = list.native().widget->grab().toImage();
+    list.setEntryMark("Sand", false);
+    EXPECT_FALSE(list.isEntryMarked("Sand"));
+    EXPECT_FALSE(row.data(Qt::AccessibleDescriptionRole).isValid());
+    EXPECT_NE(marked, list.native().widget->grab().toImage());
+}
+
+TEST_F(ListBoxTest, OfSeveralSelectedLinesTheOneThatTheKeyboardIsOnCounts) {
+    auto& list = make<ListBox>("LIST");
+    list.setMultiSelection(true);
+    list.setEntries({{"A", {}}, {"B", {}}, {"C", {}}, {"D", {}}});
+    std::vector<std::optional<std::size_t>> told;
+    list.setSelectionCallback([&](auto index) { told.push_back(index); });
+    list.setSelectedIndices({2, 0, 1, 9});
+    EXPECT_EQ(list.getSelectedIndices(), (std::vector<std::size_t>{0, 1, 2}));
+    EXPECT_EQ(list.getText(), "C");
+    list.removeEntry("C");
+    EXPECT_EQ(list.getText(), "A");
+    list.renameEntry("A", "a");
+    list.setFilter("b");
+    list.setFilter("");
+    EXPECT_EQ(list.getText(), "a");
+    EXPECT_EQ(list.getSelectedIndices().size(), 2U);
+    list.setEntries({{"D", {}}, {"B", {}}, {"a", {}}});
+    EXPECT_EQ(list.getSelectedIndices(), (std::vector<std::size_t>{1, 2}));
+    list.select(0);
+    EXPECT_EQ(list.getSelectedIndices(), std::vector<std::size_t>{0});
+    EXPECT_TRUE(told.empty());
+    QKeyEvent more(QEvent::KeyPress, Qt::Key_Down, Qt::ShiftModifier);
+    QApplication::sendEvent(list.native().widget, &more);
+    EXPECT_EQ(list.getText(), "B");
+    EXPECT_EQ(list.getSelectedIndices().size(), 2U);
+    ASSERT_FALSE(told.empty());
+    EXPECT_EQ(told.back(), 1U);
+}
+
+TEST_F(ListBoxTest, ManyLinesGoOneByOneWithTheListInView) {
+    auto& list = make<ListBox>("LIST");
+    list.setMultiSelection(true);
+    list.setVisible(true);
+    constexpr int most = 10'000;
+    for (int i = 0; i < most; ++i) {
+        list.addEntry("line " + std::to_string(i));
+        list.select(static_cast<std::size_t>(i));
+    }
+    System::processEvents();
+    EXPECT_EQ(list.getText(), "line 9999");
+    list.selectAll();
+    // Neither from an end nor in a row: 7919 has no factor in common with their number.
+    for (int i = 0; i < most; ++i)
+        EXPECT_TRUE(list.removeEntry("line " + std::to_string(i * 7919 % most)));
+    System::processEvents();
+    EXPECT_EQ(list.getEntryCount(), 0U);
+    EXPECT_EQ(list.getSelectedEntry(), nullptr);
 }
 
 using TreeViewTest = test::WinUiTest;
@@ -153,6 +264,25 @@ TEST_F(EditBoxTest, AProblemIsSaidInTheToolTipUntilItIsGone) {
     EXPECT_EQ(edit.getToolTip(), "The name");
 }
 
+TEST_F(EditBoxTest, MixedValuesAreAPlaceHolderUntilAnEdit) {
+    auto& edit = make<EditBox>("EDIT");
+    const auto& field = widgetAs<QLineEdit>(edit);
+    edit.setNumbers(EditBox::Numbers::Decimals);
+    edit.setText("1.5");
+    edit.setMixed();
+    edit.setPlaceHolder("Name");
+    EXPECT_EQ(edit.getText(), "");
+    EXPECT_EQ(field.placeholderText(), "Mixed values");
+    QKeyEvent digit(QEvent::KeyPress, Qt::Key_2, Qt::NoModifier, "2");
+    QApplication::sendEvent(edit.native().widget, &digit);
+    EXPECT_FALSE(edit.isMixed());
+    EXPECT_EQ(edit.getText(), "2");
+    EXPECT_EQ(field.placeholderText(), "Name");
+    edit.setMixed();
+    edit.setText("");
+    EXPECT_FALSE(edit.isMixed());
+}
+
 using CheckBoxTest = test::WinUiTest;
 
 TEST_F(CheckBoxTest, OnlyThePersonsTickIsTold) {
@@ -167,6 +297,26 @@ TEST_F(CheckBoxTest, OnlyThePersonsTickIsTold) {
     check.setEnabled(false, "Not now");
     test::click(check, 8, 11);
     EXPECT_EQ(told.size(), 1U);
+}
+
+TEST_F(CheckBoxTest, AClickTicksMixedValuesAndTheyDoNotComeBack) {
+    auto& check = make<CheckBox>("CHECK");
+    std::vector<bool> told;
+    check.setCheckCallback([&](bool on) { told.push_back(on); });
+    check.native().widget->resize(100, 23);
+    check.setMixed();
+    EXPECT_TRUE(check.isMixed());
+    EXPECT_FALSE(check.isChecked());
+    for (int i = 0; i < 3; ++i)
+        test::click(check, 8, 11);
+    EXPECT_EQ(told, (std::vector<bool>{true, false, true}));
+    for (const bool on : {false, true}) {
+        check.setMixed();
+        check.setChecked(on);
+        EXPECT_FALSE(check.isMixed());
+        EXPECT_EQ(check.isChecked(), on);
+    }
+    EXPECT_EQ(told.size(), 3U);
 }
 
 } // namespace

@@ -8,8 +8,9 @@
 
 namespace vlWinUi {
 
-MenuItem::State::State(QObject* parent, vlMemory::StringView label, std::function<void()> callback)
-    : action(new QAction(labelToQt(label), parent)) {
+MenuItem::State::State(QObject* parent, vlMemory::StringView text, std::function<void()> callback)
+    : label(text), action(new QAction(parent)) {
+    updateText();
     QObject::connect(action, &QAction::triggered, action, [callback = std::move(callback)] {
         call(callback);
     });
@@ -29,6 +30,11 @@ void MenuItem::State::updateToolTip() {
     action->setToolTip(text);
 }
 
+void MenuItem::State::updateText() {
+    action->setProperty("vlLabel", toQt(label));
+    action->setText(labelToQt(detail.empty() ? label : label + "  " + detail));
+}
+
 MenuItem::MenuItem(std::unique_ptr<State> state) : state_(std::move(state)) {
 }
 
@@ -36,11 +42,22 @@ MenuItem::~MenuItem() = default;
 
 void MenuItem::setLabel(vlMemory::StringView label) {
     vlCommon::assertUiThread();
-    state_->action->setText(labelToQt(label));
+    state_->label = label;
+    state_->updateText();
 }
 
 std::string MenuItem::getLabel() const {
-    return labelFromQt(state_->action->text());
+    return state_->label;
+}
+
+void MenuItem::setDetail(vlMemory::StringView detail) {
+    vlCommon::assertUiThread();
+    state_->detail = detail;
+    state_->updateText();
+}
+
+std::string MenuItem::getDetail() const {
+    return state_->detail;
 }
 
 void MenuItem::setEnabled(bool enabled, vlMemory::StringView reason) {

@@ -20,7 +20,10 @@ struct MenuItem::State {
     ~State();
 
     void updateToolTip();
+    void updateText();
 
+    std::string label;
+    std::string detail;
     QPointer<QAction> action;
     std::string toolTip;
     std::string disabledReason;

@@ -120,7 +120,10 @@ bool Native::eventFilter(QObject* watched, QEvent* event) {
 
 void Native::updateToolTip() {
     const bool explain = !widget->isEnabledTo(widget->parentWidget()) && !disabledReason.empty();
-    widget->setToolTip(toQt(explain ? disabledReason : toolTip));
+    std::string shown = explain ? disabledReason : toolTip;
+    if (!explain && !shownKeys.empty())
+        shown = shown.empty() ? shownKeys : shown + " (" + shownKeys + ")";
+    widget->setToolTip(toQt(shown));
 }
 
 Component* Native::componentOf(const QObject* widget) {

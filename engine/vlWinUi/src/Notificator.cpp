@@ -5,6 +5,7 @@
 #include <vlCommon/ThreadBorder.h>
 #include <vlWinUi/Notificator.h>
 
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -12,6 +13,8 @@
 
 namespace vlWinUi {
 namespace {
+
+constexpr const char* DETAILS = "vlDetails";
 
 /// In the order of their opening.
 std::vector<QPointer<QMessageBox>>& dialogs() {
@@ -73,6 +76,30 @@ void Notificator::answer(bool accept) {
     QAbstractButton* button = dialog.button(accept ? QMessageBox::Yes : QMessageBox::Cancel);
     if (button == nullptr) button = dialog.button(QMessageBox::Ok);
     button->click();
+}
+
+void Notificator::setDetails(vlMemory::StringView text) {
+    vlCommon::assertUiThread();
+    QMessageBox* dialog = dialogInFront();
+    if (dialog == nullptr) return;
+    // As it is written: Qt takes what looks like marked-up text for such here, whatever the format.
+    const QString written = toQt(text).toHtmlEscaped().replace('\n', "<br>");
+    dialog->setProperty(DETAILS, toQt(text));
+    dialog->setInformativeText(written);
+    if (auto* shown = dialog->findChild<QLabel*>("qt_msgbox_informativelabel")) {
+        shown->setTextFormat(Qt::RichText);
+        shown->setForegroundRole(QPalette::PlaceholderText);
+    }
+}
+
+std::string Notificator::getText() {
+    const QMessageBox* dialog = dialogInFront();
+    return dialog == nullptr ? std::string() : fromQt(dialog->text());
+}
+
+std::string Notificator::getDetails() {
+    const QMessageBox* dialog = dialogInFront();
+    return dialog == nullptr ? std::string() : fromQt(dialog->property(DETAILS).toString());
 }
 
 } // namespace vlWinUi

@@ -49,6 +49,16 @@ void drawTick(QPainter& painter, const QRect& area, const QColor& color) {
     painter.restore();
 }
 
+void drawDash(QPainter& painter, const QRect& area, const QColor& color) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(color, 1.8, Qt::SolidLine, Qt::RoundCap));
+    const QRectF box(area);
+    const QPointF reach(box.width() * 0.24, 0);
+    painter.drawLine(box.center() - reach, box.center() + reach);
+    painter.restore();
+}
+
 /// In physical pixels enough for screens of twice the density.
 template <class Draw> QIcon drawIcon(int side, Draw draw) {
     constexpr int density = 2;
@@ -132,11 +142,14 @@ void Style::drawCheckBox(const QStyleOption& option, QPainter& painter) const {
     const bool focused = option.state.testFlag(State_HasFocus);
     QColor fill = enabled ? shades_->field : shades_->background;
     QColor border = hovered ? shades_->focus : shades_->borderStrong;
-    if (on && enabled) fill = border = shades_->accent;
+    const bool mixed = option.state.testFlag(State_NoChange);
+    if ((on || mixed) && enabled) fill = border = shades_->accent;
     if (focused) border = shades_->focus;
     if (!enabled) border = shades_->border;
     drawBox(painter, option.rect, fill, border);
-    if (on) drawTick(painter, option.rect, enabled ? shades_->accentText : shades_->disabled);
+    const QColor ink = enabled ? shades_->accentText : shades_->disabled;
+    if (on) drawTick(painter, option.rect, ink);
+    if (mixed) drawDash(painter, option.rect, ink);
 }
 
 /// Of a tab: quiet until the mouse is on it.

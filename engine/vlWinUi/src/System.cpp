@@ -153,6 +153,12 @@ void System::notifyEvent() {
     Wakeup::getInstance().notify();
 }
 
+void System::runLater(std::function<void()> callLater) {
+    vlCommon::assertUiThread();
+    if (!isInitialized()) return;
+    QMetaObject::invokeMethod(qApp, std::move(callLater), Qt::QueuedConnection);
+}
+
 void System::setTerminationCallback(std::function<void()> callback) {
     vlCommon::assertUiThread();
     if (!isInitialized()) return;

@@ -1,7 +1,9 @@
 #include "SurfaceNative.h"
 #include "WinUiTest.h"
 
+#include <vlWinUi/Automation.h>
 #include <vlWinUi/Button.h>
+#include <vlWinUi/Clipboard.h>
 #include <vlWinUi/ContextMenu.h>
 #include <vlWinUi/FileExplorer.h>
 #include <vlWinUi/MultiLineEdit.h>
@@ -14,6 +16,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
@@ -134,6 +137,23 @@ TEST_F(NotificatorTest, TheOneInFrontIsAnsweredFirst) {
     EXPECT_FALSE(Notificator::isOpen());
 }
 
+TEST_F(NotificatorTest, DetailsStandUnderTheTextAsWritten) {
+    auto& window = make<Window>("W");
+    Notificator::setDetails("nobody sees it");
+    EXPECT_EQ(Notificator::getText(), "");
+    Notificator::confirm("Erase?", window, nullptr);
+    Notificator::setDetails("Used by <b>2</b>:\nrust & stone");
+    EXPECT_EQ(Notificator::getText(), "Erase?");
+    EXPECT_EQ(Notificator::getDetails(), "Used by <b>2</b>:\nrust & stone");
+    const auto* box =
+            QApplication::activeModalWidget()->findChild<QLabel*>("qt_msgbox_informativelabel");
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->text(), "Used by &lt;b&gt;2&lt;/b&gt;:<br>rust &amp; stone");
+    Notificator::setDetails({});
+    EXPECT_EQ(Notificator::getDetails(), "");
+    Notificator::answer(false);
+}
+
 TEST_F(NotificatorTest, AQuestionGoesWithItsWindow) {
     bool accepted = false;
     Notificator::confirm("Still there?", make<Window>("W"), [&] { accepted = true; });
@@ -141,6 +161,15 @@ TEST_F(NotificatorTest, AQuestionGoesWithItsWindow) {
     System::processEvents();
     EXPECT_FALSE(Notificator::isOpen());
     EXPECT_FALSE(accepted);
+}
+
+using ClipboardTest = test::WinUiTest;
+
+TEST_F(ClipboardTest, WhatIsSetIsThereToPaste) {
+    Clipboard::setText("über\nzwei");
+    EXPECT_EQ(Clipboard::getText(), "über\nzwei");
+    Clipboard::setText({});
+    EXPECT_EQ(Clipboard::getText(), "");
 }
 
 struct MultiLineEditTest : test::WinUiTest {
@@ -340,7 +369,10 @@ TEST_F(MenuTest, ABarsItemIsChosenByAClickAndMayEraseTheBar) {
     run.setToolTip("Runs it");
     EXPECT_EQ(run.getToolTip(), "Runs it");
     run.setLabel("Run & stop");
+    run.setDetail("(F5 & F6)");
     EXPECT_EQ(run.getLabel(), "Run & stop");
+    EXPECT_EQ(Automation::getItems("BAR").value(), (Automation::Labels{"File", "Run & stop"}));
+    EXPECT_EQ(widgetAs<QMenuBar>(bar).actions().last()->text(), "Run && stop  (F5 && F6)");
     GridLayout grid(1, 1);
     grid.addComponent(bar, 0, 0);
     window.setLayout(std::move(grid));

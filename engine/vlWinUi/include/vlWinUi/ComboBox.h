@@ -35,6 +35,10 @@ public:
     void select(std::optional<std::size_t> index);
     /// False, with the selection unchanged, when no entry has that label.
     bool selectByLabel(vlMemory::StringView label);
+    /// Nothing is selected, and "Mixed values" is shown in its place until something is, or until
+    /// select() says that nothing is.
+    void setMixed();
+    bool isMixed() const;
     /// The person chose; not called for what code selects.
     void setSelectionCallback(std::function<void(std::size_t index)> callback);
 

@@ -13,6 +13,9 @@ public:
     void setText(vlMemory::StringView text) override;
     std::string getText() const override;
     void setPlaceHolder(vlMemory::StringView text);
+    /// Empty, and "Mixed values" is its place-holder until it is edited or set.
+    void setMixed();
+    bool isMixed() const;
     /// Takes only a number: digits, or with decimals a sign, one point and an exponent too.
     enum class Numbers { Any, Digits, Decimals };
     void setNumbers(Numbers numbers);

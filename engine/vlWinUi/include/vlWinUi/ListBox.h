@@ -8,9 +8,10 @@
 namespace vlWinUi {
 
 /** A list of lines of which at most one is selected unless several may be; a hundred thousand lines
- * are fine. Typing jumps to the line that begins so, and Ctrl+C copies what is selected. The
- * selection stays with its entry while others come and go. A label of several lines is shown as
- * such; one that is too long ends in an ellipsis and is whole in the tooltip. UI thread only. */
+ * are fine, added and removed one by one too. Typing jumps to the line that begins so, and Ctrl+C
+ * copies what is selected. The selection stays with its entry while others come and go. A label of
+ * several lines is shown as such; one that is too long ends in an ellipsis and is whole in the
+ * tooltip. UI thread only. */
 class ListBox final : public Component {
 public:
     static constexpr ComponentType TYPE = ComponentType::ListBox;
@@ -23,6 +24,12 @@ public:
     /// False when no entry has that label.
     bool removeEntry(vlMemory::StringView label);
     bool renameEntry(vlMemory::StringView label, vlMemory::StringView newLabel);
+    /// Paints a dot at the right end of the line, which stays with the entry when it is renamed and
+    /// goes with it. The reason is shown in the line's tooltip, and read to those who cannot see
+    /// it. False when no entry has that label.
+    bool setEntryMark(vlMemory::StringView label, bool marked, vlMemory::StringView reason = {});
+    bool isEntryMarked(vlMemory::StringView label) const;
+    /// What was selected stays so where its label is found again; no entry is marked.
     void setEntries(std::vector<ListEntry> entries);
     /// Adds a line as a log does: one like the last only raises that one's count. What comes in one
     /// turn of the event loop is shown together, while the methods here know of it at once.
@@ -35,10 +42,11 @@ public:
     /// Nothing when no entry has that label.
     std::optional<std::size_t> find(vlMemory::StringView label) const;
 
+    /// Of several, the line that the keyboard is on if it is selected, else the first.
     std::optional<std::size_t> getSelectedIndex() const;
-    /// Null when nothing is selected; valid until the entries change.
+    /// That one. Null when nothing is selected; valid until the entries change.
     const ListEntry* getSelectedEntry() const;
-    /// Nothing, or an index outside, unselects.
+    /// Only that one; nothing, or an index outside, unselects all.
     void select(std::optional<std::size_t> index);
     /// False, with the selection unchanged, when no entry has that label.
     bool selectByLabel(vlMemory::StringView label);
@@ -46,12 +54,15 @@ public:
     void setMultiSelection(bool several);
     /// In their order; those that the filter hides are not selected.
     std::vector<std::size_t> getSelectedIndices() const;
+    /// In place of what was selected. The first one given is the one of getSelectedIndex(), and the
+    /// only one unless several may be; indices outside are passed over.
+    void setSelectedIndices(std::vector<std::size_t> indices);
     void selectAll();
     /// The selected lines, a line feed between each two.
     std::string getSelectedText() const;
     /// To the clipboard, which stays as it is when nothing is selected.
     void copySelection();
-    /// The person chose; not called for what code selects.
+    /// The person chose another line, or others; not called for what code selects.
     void setSelectionCallback(std::function<void(std::optional<std::size_t> index)> callback);
     /// Double click or Enter on an entry.
     void setActivationCallback(std::function<void(std::size_t index)> callback);

@@ -19,6 +19,10 @@ public:
 
     void setLabel(vlMemory::StringView label);
     std::string getLabel() const;
+    /// Stands behind the label, for what changes from time to time; the label stays what the item
+    /// is found by.
+    void setDetail(vlMemory::StringView detail);
+    std::string getDetail() const;
     /// The reason is shown as the tooltip, and in the status bar while the mouse or the keyboard is
     /// on it.
     void setEnabled(bool enabled, vlMemory::StringView reason = {});

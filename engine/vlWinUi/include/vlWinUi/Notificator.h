@@ -2,6 +2,7 @@
 #include <vlMemory/String.h>
 
 #include <functional>
+#include <string>
 
 namespace vlWinUi {
 
@@ -16,6 +17,13 @@ public:
     /// The dialog in front, if one is open: for automation and tests.
     static bool isOpen();
     static void answer(bool accept);
+
+    /// Further lines under the text of the dialog in front, less prominent than that; an empty text
+    /// takes them away. Nothing happens when none is open.
+    static void setDetails(vlMemory::StringView text);
+    /// Of the dialog in front; empty when none is open.
+    static std::string getText();
+    static std::string getDetails();
 };
 
 } // namespace vlWinUi

@@ -36,6 +36,9 @@ public:
     /// thread.
     static void notifyEvent();
 
+    /// Calls it in the event loop's next turn; not at all when kill() comes first.
+    static void runLater(std::function<void()> call);
+
     /// SIGINT or SIGTERM arrived; called in the event loop, like a close of the main window.
     static void setTerminationCallback(std::function<void()> callback);
 

@@ -5,6 +5,7 @@
 #include "automation/Steps.h"
 
 #include <vlCommon/ThreadBorder.h>
+#include <vlWinUi/CheckBox.h>
 #include <vlWinUi/ComponentManager.h>
 
 #include <QAbstractItemView>
@@ -211,7 +212,12 @@ void Automation::check(vlMemory::StringView name, bool checked, Done done) {
                    if (!before) return tl::unexpected(before.error());
                    const auto spot = usableSpot(name);
                    if (!spot) return tl::unexpected(spot.error());
-                   if (*before != checked) sendClick(*spot, Qt::LeftButton);
+                   auto* box = ComponentManager::get<CheckBox>(name);
+                   // The first click on mixed values ticks them all.
+                   if (box->isMixed()) sendClick(*spot, Qt::LeftButton);
+                   box = ComponentManager::get<CheckBox>(name);
+                   if (box != nullptr && box->isChecked() != checked)
+                       sendClick(*spot, Qt::LeftButton);
                    return {};
                }},
                std::move(done));

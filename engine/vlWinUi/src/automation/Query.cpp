@@ -3,10 +3,10 @@
 #include "automation/Target.h"
 
 #include <vlCommon/ThreadBorder.h>
+#include <vlWinUi/CheckBox.h>
 #include <vlWinUi/ComponentManager.h>
 
 #include <QAbstractItemView>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QGuiApplication>
 #include <QMenu>
@@ -77,7 +77,7 @@ Result<bool> Automation::isChecked(vlMemory::StringView name, const Labels& path
             return action->isChecked();
         });
     if ((*found)->getType() != ComponentType::CheckBox) return lacks(**found, "tick");
-    return widgetAs<QCheckBox>(**found).isChecked();
+    return static_cast<CheckBox&>(**found).isChecked();
 }
 
 Result<std::string> Automation::getText(vlMemory::StringView name) {

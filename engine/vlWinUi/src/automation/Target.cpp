@@ -171,7 +171,9 @@ QModelIndex findLine(const QAbstractItemView& view, vlMemory::StringView label) 
 }
 
 std::string labelOf(const QAction& action) {
-    return labelFromQt(action.text().section('\t', 0, 0));
+    const QVariant label = action.property("vlLabel");
+    return label.isValid() ? fromQt(label.toString())
+                           : labelFromQt(action.text().section('\t', 0, 0));
 }
 
 QList<QAction*> actionsOf(const QWidget& owner) {

@@ -42,7 +42,7 @@ QAbstractItemView* linesOf(const Component& component);
 /// The first line of that label; folded lines are found too.
 QModelIndex findLine(const QAbstractItemView& view, vlMemory::StringView label);
 
-/// The label without the tab and shortcut that Qt may keep behind it.
+/// The label without an item's detail, and the tab and shortcut that Qt may keep behind it.
 std::string labelOf(const QAction& action);
 /// Those of a tool bar or a menu that are shown, without separators.
 QList<QAction*> actionsOf(const QWidget& owner);
