@@ -1,5 +1,6 @@
 #pragma once
 #include <vlGraphics/BlendState.h>
+#include <vlGraphics/Buffer.h>
 #include <vlGraphics/Compositor.h>
 #include <vlGraphics/DepthStencilState.h>
 #include <vlGraphics/Mesh.h>
@@ -35,6 +36,7 @@ protected:
     vlGraphics::RasterStateManager rasterStates_;
     vlGraphics::ViewportManager viewports_;
     vlGraphics::SamplerManager samplers_;
+    vlGraphics::BufferManager buffers_;
     vlGraphics::TextureManager textures_;
     vlGraphics::MeshManager meshes_;
     vlGraphics::ProgramManager programs_;

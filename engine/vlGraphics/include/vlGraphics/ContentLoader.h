@@ -1,6 +1,7 @@
 #pragma once
 #include <vlCommon/Result.h>
 #include <vlExport/Node.h>
+#include <vlGraphics/Buffer.h>
 #include <vlGraphics/Compositor.h>
 #include <vlGraphics/Mesh.h>
 #include <vlGraphics/Shader.h>
@@ -25,6 +26,7 @@ public:
     }
     const std::vector<RasterState*>& getRasterStates() const { return getResources<RasterState>(); }
     const std::vector<Sampler*>& getSamplers() const { return getResources<Sampler>(); }
+    const std::vector<Buffer*>& getBuffers() const { return getResources<Buffer>(); }
     const std::vector<Camera*>& getCameras() const { return getResources<Camera>(); }
     const std::vector<Viewport*>& getViewports() const { return getResources<Viewport>(); }
     const std::vector<RenderQueue*>& getRenderQueues() const { return getResources<RenderQueue>(); }
@@ -45,6 +47,7 @@ private:
                std::vector<DepthStencilState*>,
                std::vector<RasterState*>,
                std::vector<Sampler*>,
+               std::vector<Buffer*>,
                std::vector<Camera*>,
                std::vector<Viewport*>,
                std::vector<RenderQueue*>,
@@ -91,6 +94,7 @@ public:
                                                                   bool load);
     static DeclarationLoadResult loadRasterStateDeclaration(vlMemory::StringView path, bool load);
     static DeclarationLoadResult loadSamplerDeclaration(vlMemory::StringView path, bool load);
+    static DeclarationLoadResult loadBufferDeclaration(vlMemory::StringView path, bool load);
     static DeclarationLoadResult loadCameraDeclaration(vlMemory::StringView path, bool load);
     static DeclarationLoadResult loadViewportDeclaration(vlMemory::StringView path, bool load);
     static DeclarationLoadResult loadRenderQueueDeclaration(vlMemory::StringView path, bool load);

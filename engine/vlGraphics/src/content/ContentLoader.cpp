@@ -19,6 +19,7 @@ VL_EXTERN_KIND(BlendState)
 VL_EXTERN_KIND(DepthStencilState)
 VL_EXTERN_KIND(RasterState)
 VL_EXTERN_KIND(Sampler)
+VL_EXTERN_KIND(Buffer)
 VL_EXTERN_KIND(Texture)
 VL_EXTERN_KIND(Mesh)
 VL_EXTERN_KIND(Camera)
@@ -44,11 +45,12 @@ template <class T> Kind kindOf() {
 }
 
 /// In the order in which they are made: what others refer to goes first, so that loading finds it.
-const std::array<Kind, 12>& allKinds() {
+const std::array<Kind, 13>& allKinds() {
     static const std::array kinds{kindOf<BlendState>(),
                                   kindOf<DepthStencilState>(),
                                   kindOf<RasterState>(),
                                   kindOf<Sampler>(),
+                                  kindOf<Buffer>(),
                                   kindOf<Texture>(),
                                   kindOf<Mesh>(),
                                   kindOf<Camera>(),
@@ -231,6 +233,7 @@ VL_LOAD_KIND(BlendState, BlendState)
 VL_LOAD_KIND(DepthStencilState, DepthStencilState)
 VL_LOAD_KIND(RasterState, RasterState)
 VL_LOAD_KIND(Sampler, Sampler)
+VL_LOAD_KIND(Buffer, Buffer)
 VL_LOAD_KIND(Camera, Camera)
 VL_LOAD_KIND(Viewport, Viewport)
 VL_LOAD_KIND(RenderQueue, RenderQueue)

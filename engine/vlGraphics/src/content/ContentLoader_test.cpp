@@ -98,6 +98,9 @@ void fillSample(Sampler& sampler) {
     sampler.setLodRange(0.5F, 3);
     sampler.setBorderColor(0.1F, 0.2F, 0.3F, 1);
 }
+void fillSample(Buffer& buffer) {
+    buffer.setSettings({4294967295U, 3, false, true});
+}
 void fillSample(Camera& camera) {
     Camera::Settings settings;
     settings.nearDistance = 0.25F;
@@ -189,6 +192,7 @@ using Kinds = testing::Types<KindUnderTest<BlendState, BlendStateManager>,
                              KindUnderTest<DepthStencilState, DepthStencilStateManager>,
                              KindUnderTest<RasterState, RasterStateManager>,
                              KindUnderTest<Sampler, SamplerManager>,
+                             KindUnderTest<Buffer, BufferManager>,
                              KindUnderTest<Camera, CameraManager>,
                              KindUnderTest<Viewport, ViewportManager>,
                              KindUnderTest<RenderQueue, RenderQueueManager>,

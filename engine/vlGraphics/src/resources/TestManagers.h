@@ -1,4 +1,5 @@
 #pragma once
+#include <vlGraphics/Buffer.h>
 #include <vlGraphics/ContentLoader.h>
 #include <vlGraphics/Node.h>
 
@@ -10,6 +11,7 @@ struct TestManagers {
     DepthStencilStateManager depthStencilStates;
     RasterStateManager rasterStates;
     SamplerManager samplers;
+    BufferManager buffers;
     TextureManager textures;
     MeshManager meshes;
     CameraManager cameras;

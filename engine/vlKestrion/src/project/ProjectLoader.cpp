@@ -66,6 +66,7 @@ private:
              vlGraphics::DepthStencilState,
              vlGraphics::RasterState,
              vlGraphics::Sampler,
+             vlGraphics::Buffer,
              vlGraphics::Camera,
              vlGraphics::Viewport,
              vlGraphics::RenderQueue,
