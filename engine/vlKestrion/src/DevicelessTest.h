@@ -9,6 +9,7 @@
 #include <vlGraphics/RenderQueue.h>
 #include <vlGraphics/Viewport.h>
 #include <vlKestrion/Material.h>
+#include <vlScripts/ScriptManager.h>
 
 #include <gtest/gtest.h>
 
@@ -45,6 +46,7 @@ protected:
     vlGraphics::NodeManager nodes_;
     vlGraphics::RenderQueueManager queues_;
     vlGraphics::CompositorManager compositors_;
+    vlScripts::ScriptManager scripts_;
     MaterialManager materials_;
 };
 

@@ -2,6 +2,7 @@
 #include <vlGraphics/Buffer.h>
 #include <vlGraphics/ContentLoader.h>
 #include <vlGraphics/Node.h>
+#include <vlScripts/ScriptManager.h>
 
 namespace vlGraphics {
 
@@ -21,6 +22,7 @@ struct TestManagers {
     NodeManager nodes;
     RenderQueueManager renderQueues;
     CompositorManager compositors;
+    vlScripts::ScriptManager scripts;
 };
 
 /// A mesh of one triangle with corners at distance `size` of the origin, and a TEXCOORD.
