@@ -7,10 +7,14 @@
 #include <vlCommon/ThreadBorder.h>
 #include <vlWinUi/ListBox.h>
 
+#include <QSignalBlocker>
+
 #include <algorithm>
 
 namespace vlWinUi {
 namespace {
+
+constexpr qsizetype FEW_RANGES = 32;
 
 struct ListBoxNative final : Native {
     ListBoxNative();
@@ -44,11 +48,14 @@ struct ListBoxNative final : Native {
 private:
     /// Qt would make a neighbour the current row, and scroll there, for each one that goes.
     void leaveRow(std::size_t entry);
+    /// Qt cuts a range of selected rows in two where one of them goes, and slows down with each.
+    void mergeRanges();
     void flush();
     /// Makes room for what is waiting.
     void dropOldest();
 
     ListModel* model_ = nullptr;
+    qsizetype rangesToMerge_ = FEW_RANGES;
     // Appended, and not in the model yet.
     std::deque<ListEntry> waiting_;
     unsigned repetitions_ = 0; ///< of the model's last entry
@@ -129,13 +136,38 @@ std::optional<std::size_t> ListBoxNative::firstSelected() const {
 
 void ListBoxNative::leaveRow(std::size_t entry) {
     QItemSelectionModel& marked = *view().selectionModel();
-    if (model_->entryOf(marked.currentIndex()) == entry) marked.clearCurrentIndex();
+    if (model_->entryOf(marked.currentIndex()) != entry) return;
+    // Nor does it need to hear that there is none: it would look for the row that was.
+    const QSignalBlocker unheard(&marked);
+    marked.clearCurrentIndex();
+}
+
+void ListBoxNative::mergeRanges() {
+    QItemSelectionModel& marked = *view().selectionModel();
+    const QItemSelection ranges = marked.selection();
+    if (ranges.size() < rangesToMerge_) return;
+    std::vector<std::pair<int, int>> rows;
+    for (const QItemSelectionRange& range : ranges)
+        rows.emplace_back(range.top(), range.bottom());
+    std::ranges::sort(rows);
+    QItemSelection merged;
+    for (std::size_t begin = 0; begin < rows.size();) {
+        std::size_t end = begin + 1;
+        while (end < rows.size() && rows[end].first == rows[end - 1].second + 1)
+            ++end;
+        merged.append({model_->index(rows[begin].first), model_->index(rows[end - 1].second)});
+        begin = end;
+    }
+    rangesToMerge_ = std::max(FEW_RANGES, 2 * merged.size());
+    const QSignalBlocker unheard(&marked);
+    marked.select(merged, QItemSelectionModel::ClearAndSelect);
 }
 
 void ListBoxNative::remove(std::size_t entry) {
     const Quiet guard(quiet);
     leaveRow(entry);
     model().remove(entry);
+    mergeRanges();
     if (selection == entry)
         selection = firstSelected();
     else if (selection && *selection > entry)
