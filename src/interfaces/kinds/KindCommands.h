@@ -1,5 +1,6 @@
 #pragma once
 #include "interfaces/kinds/CopyMessages.h"
+#include "interfaces/kinds/FindUsersMessage.h"
 #include "interfaces/kinds/ResourceCommands.h"
 
 namespace vlEditor {
@@ -46,6 +47,10 @@ public:
     }
     void copy(const std::string& name) const override {
         postToGraphics(CopyResourceMessage<Kind>(name));
+    }
+    void findUsers(const std::vector<std::string>& names,
+                   const std::string& question) const override {
+        postToGraphics(FindUsersMessage<Kind>(names, question));
     }
     void paste(const std::string& name, const std::string& text) const override {
         postByUser(PasteResourceMessage<Kind>(name, text));

@@ -2,6 +2,7 @@
 #include "interfaces/kinds/KindTexts.h"
 
 #include <string>
+#include <vector>
 
 namespace vlEditor {
 
@@ -21,6 +22,9 @@ public:
     virtual void save(const std::string& name, const std::string& path) const = 0;
     virtual void duplicate(const std::string& name) const = 0;
     virtual void copy(const std::string& name) const = 0;
+    /// Shows who uses them under the question, while it is being asked.
+    virtual void findUsers(const std::vector<std::string>& names,
+                           const std::string& question) const = 0;
     virtual void paste(const std::string& name, const std::string& text) const = 0;
 
 protected:

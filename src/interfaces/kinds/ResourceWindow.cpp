@@ -141,13 +141,13 @@ void ResourceWindow::onAddButton(const ResourceCommands& commands, const std::st
 void ResourceWindow::onDelButton(const ResourceCommands& commands, const std::string& base) {
     const std::vector<std::string> names = selectedIn(base);
     if (names.empty()) return;
-    vlWinUi::Notificator::confirm(askAboutDeleting(commands.texts(), names),
-                                  widget<Button>(base + "_DEL"),
-                                  [&commands, names] {
-                                      const History::Scope gesture;
-                                      for (const std::string& name : names)
-                                          commands.erase(name);
-                                  });
+    const std::string question = askAboutDeleting(commands.texts(), names);
+    commands.findUsers(names, question);
+    vlWinUi::Notificator::confirm(question, widget<Button>(base + "_DEL"), [&commands, names] {
+        const History::Scope gesture;
+        for (const std::string& name : names)
+            commands.erase(name);
+    });
 }
 
 void ResourceWindow::onNameButton(const ResourceCommands& commands, const std::string& base) {
