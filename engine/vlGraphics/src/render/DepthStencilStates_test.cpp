@@ -1,5 +1,4 @@
 #include "render/StatesTest.h"
-
 #include "vulkan/RenderContextGpu.h"
 #include "vulkan/TextureGpu.h"
 #include "vulkan/Translate.h"
@@ -45,7 +44,8 @@ TEST_F(DepthStencilStates, EachDepthFunctionComparesAsItsNameSays) {
         state.setDepthFunction(static_cast<Function>(number));
         const vlImages::Image image = drawAndRead(*context_);
         for (std::uint32_t bit = 0; bit < 3; ++bit)
-            EXPECT_EQ(pixelAt(image, 2 + bit * 6, 8), ((number - 1) >> bit & 1U) != 0 ? white : black)
+            EXPECT_EQ(pixelAt(image, 2 + bit * 6, 8),
+                      ((number - 1) >> bit & 1U) != 0 ? white : black)
                     << bit;
     }
 }
@@ -102,8 +102,7 @@ TEST_F(DepthStencilStates, EachStencilOperationLeavesItsValue) {
     enum class Outcome { fails, failsDepth, passes };
     for (const Outcome outcome : {Outcome::fails, Outcome::failsDepth, Outcome::passes}) {
         state.setFrontFunction(outcome == Outcome::fails ? Function::NEVER : Function::ALWAYS);
-        state.setDepthFunction(outcome == Outcome::failsDepth ? Function::NEVER
-                                                              : Function::ALWAYS);
+        state.setDepthFunction(outcome == Outcome::failsDepth ? Function::NEVER : Function::ALWAYS);
         for (const Case& one : {Case{Op::KEEP, 7, 255, 7},
                                 Case{Op::ZERO, 7, 255, 0},
                                 Case{Op::ZERO, 7, 1, 6},
@@ -193,19 +192,19 @@ TEST_F(DepthStencilStates, TexturesWithStencilAreTestedReadBackAndSampled) {
         into.addColorTarget({handleOf(color), 0});
         into.setDepthTarget(handleOf(depth));
         into.addClearTargetsPass(TargetOperations::atEnd)->setClearDepth(0.75F);
-        RenderScenePass& left = addPass(into,
-                                        meshOf({.right = 0}),
-                                        makeShader(newName(), place, colored("1, 0, 0, 1")));
+        RenderScenePass& left = addPass(
+                into, meshOf({.right = 0}), makeShader(newName(), place, colored("1, 0, 0, 1")));
         DepthStencilState& state = depthOf(left);
         state.setStencilEnabled(true);
         state.setFrontPass(STENCIL_OP::REPLACE);
         left.setStencilReference(3);
         addWitness(into).setStencilReference(3);
-        Shader& shader = makeShader(newName(),
-                                    place,
-                                    "Texture2D depths : register(t0);"
-                                    "float4 main(float4 at : SV_POSITION) : SV_TARGET"
-                                    "{ return float4(depths.Load(int3(at.xy, 0)).r < 0.6, 0, 0, 1); }");
+        Shader& shader =
+                makeShader(newName(),
+                           place,
+                           "Texture2D depths : register(t0);"
+                           "float4 main(float4 at : SV_POSITION) : SV_TARGET"
+                           "{ return float4(depths.Load(int3(at.xy, 0)).r < 0.6, 0, 0, 1); }");
         shader.addTexture(handleOf(depth), 0, 0);
         addPass(addBackBuffer(compositor, {0, 0, 0, 1}), meshOf({}), shader);
 
@@ -232,8 +231,7 @@ TEST_F(DepthStencilStates, WithoutStencilTheTestPassesAndOneLineSaysSo) {
     RenderScenePass& pass = addPass({}, "1, 0, 0, 1");
     DepthStencilState& state = stencilOf(pass);
     state.setFrontFunction(Function::NEVER);
-    operations_->setDepthTarget(
-            handleOf(makeTarget(FORMAT::D32_FLOAT, RENDER_FLAG::DEPTH_TARGET)));
+    operations_->setDepthTarget(handleOf(makeTarget(FORMAT::D32_FLOAT, RENDER_FLAG::DEPTH_TARGET)));
     for (int frame = 0; frame < 3; ++frame)
         EXPECT_EQ(drawnAt(8, 8), red);
     EXPECT_EQ(logged("has no stencil"), 1U);

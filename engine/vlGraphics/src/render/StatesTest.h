@@ -93,8 +93,10 @@ protected:
         return state;
     }
 
-    static Texture&
-    makeTarget(FORMAT format, RENDER_FLAG flag, std::uint32_t width = side, std::uint32_t height = side) {
+    static Texture& makeTarget(FORMAT format,
+                               RENDER_FLAG flag,
+                               std::uint32_t width = side,
+                               std::uint32_t height = side) {
         Texture& texture = *TextureManager::getInstance()->createOrRetrieve(newName());
         texture.setWidth(width);
         texture.setHeight(height);
