@@ -3,6 +3,8 @@
 #include "vulkan/TextureGpu.h"
 #include "vulkan/Translate.h"
 
+#include <vlGraphics/ChangeCount.h>
+
 #include <cstring>
 
 namespace vlGraphics {
@@ -168,6 +170,31 @@ TEST_F(DepthStencilStates, DepthBufferHasStencilFromTheFirstFrameThatTestsIt) {
     EXPECT_TRUE(vulkan::hasStencil(context_->gpu()->depth.description().format));
     state.setStencilEnabled(false);
     EXPECT_EQ(drawnAt(8, 8), red);
+}
+
+TEST_F(DepthStencilStates, StencilThatALaterCompositorBringsIsRightFromTheNextFrame) {
+    addPass({.leftDepth = 0.25F, .rightDepth = 0.25F}, "1, 0, 0, 1");
+    Compositor& overlay = *CompositorManager::getInstance()->createOrRetrieve("overlay");
+    TargetOperations& over = *overlay.addNode()->addOperations();
+    over.setToBackBuffer(0);
+    over.setToChainDepthBuffer();
+    RenderScenePass& pass = addPass(
+            over, meshOf({.right = 0}), makeShader(newName(), place, colored("0, 1, 0, 1")));
+    depthOf(pass).setStencilEnabled(true);
+    System& system = *System::getInstance();
+    for (int frame = 0; frame < 3; ++frame) {
+        const std::uint64_t changes = ChangeCount::get();
+        system.tickForNewFrame(*context_);
+        system.getRenderer().beginFrame();
+        CompositorManager::getInstance()->getActiveCompositor()->draw();
+        overlay.draw();
+        system.getRenderer().endFrame();
+        // The depth of what was drawn before is lost once; then that frame asks for another.
+        EXPECT_EQ(ChangeCount::get() != changes, frame == 0);
+        if (frame > 0) {
+            EXPECT_EQ(pixelAt(context_->readBackBuffer().value(), 4, 8), red);
+        }
+    }
 }
 
 TEST_F(DepthStencilStates, ClearsBetweenPassesReachTheStencil) {
