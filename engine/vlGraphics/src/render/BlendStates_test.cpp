@@ -233,6 +233,7 @@ TEST_F(BlendStates, WriteMasksChooseChannels) {
 TEST_F(BlendStates, WhatATargetOrAProgramCannotDoIsPassedOverInSilence) {
     // Integers do not blend, and are written.
     Texture& ids = makeTarget(FORMAT::R32_UINT, RENDER_FLAG::COLOR_TARGET, 2, 2);
+    const Handle<Compositor> into = context_->getCompositor();
     TargetOperations& operations = *makeCompositor(*context_, newName()).addNode()->addOperations();
     operations.addColorTarget({handleOf(ids), 0});
     BlendState& state = blendOf(
@@ -243,6 +244,12 @@ TEST_F(BlendStates, WhatATargetOrAProgramCannotDoIsPassedOverInSilence) {
     state.setAlphaToCoverage(true);
     drawFrame(*context_);
     EXPECT_EQ(System::getInstance()->getRenderer().readTexel(ids, 1, 1).value_or(0), 70000U);
+    // Where there is no alpha there is no coverage to take from it.
+    BlendState& opaque = drawInto("float3 main() : SV_TARGET { return 1; }");
+    opaque.setAlphaToCoverage(true);
+    opaque.setWriteMask(static_cast<COLOR_WRITE_ENABLE>(7), 0);
+    context_->setCompositor(into);
+    expectDrawn({1, 1, 1, target[3]});
     EXPECT_EQ(logged("blend state"), 0U);
 }
 
