@@ -8,7 +8,12 @@ namespace vlGraphics {
 
 /** How a pass combines its colours with those of up to eight targets. Starts opaque: factors one
  * and zero, operation add, all channels written, blending off. A target index past 7 is ignored by
- * setters and reads as target 0. */
+ * setters and reads as target 0; setters ignore numbers of no enumeration.
+ *
+ * The constant of BLEND_FACTOR is one. MIN and MAX heed no factors. The factors SRC1 read the
+ * second output of the pixel stage (SV_TARGET1) and need a single colour target; where the program,
+ * the targets or the device have no room for it, the first output takes its place with a line to
+ * the log. Targets whose format cannot be blended (integers) are written as without blending. */
 class BlendState final : public Resource {
 public:
     static constexpr vlMemory::StringView kindName = "blend state";
@@ -26,9 +31,10 @@ public:
         friend bool operator==(const Target&, const Target&) = default;
     };
 
+    /// Acts where output 0 of the program has an alpha channel.
     bool getAlphaToCoverage() const { return alphaToCoverage_; }
     void setAlphaToCoverage(bool value);
-    /// Off: every target uses the settings of target 0.
+    /// Off, or where the device cannot: every target uses the settings of target 0.
     bool getIndependentBlend() const { return independentBlend_; }
     void setIndependentBlend(bool value);
 

@@ -4,7 +4,8 @@
 
 namespace vlGraphics {
 
-/** Sets targets to a value: one colour target of the operation, its depth target, or both. */
+/** Sets targets to a value: one colour target of the operation, its depth target
+ * (stencil included), or both. */
 class ClearTargetsPass final : public Pass {
 public:
     PASS_TYPE getType() const override { return PASS_TYPE::CLEAR_TARGETS; }
@@ -20,6 +21,7 @@ public:
     void setClearColor(const vlMaths::Vector& color);
     float getClearDepth() const { return depth_; }
     void setClearDepth(float depth);
+    /// The stencil is cleared with the depth, to the low eight bits.
     std::uint32_t getClearStencil() const { return stencil_; }
     void setClearStencil(std::uint32_t stencil);
     /// Which colour target of the operation; one past the last clears none.

@@ -5,7 +5,11 @@
 namespace vlGraphics {
 
 /** Depth and stencil test of a pass. Starts with the depth test on (less), writing, stencil off.
- *  Depth runs from 0 (near) to 1. */
+ *  Depth runs from 0 (near) to 1. Setters ignore numbers of no enumeration.
+ *
+ *  What the stencil is compared with, and REPLACE writes, is the pass's to say. The engine's own
+ *  depth buffer has stencil, and of textures those with a format that has it; with another depth
+ *  target the stencil test passes, with a line to the log. */
 class DepthStencilState final : public Resource {
 public:
     static constexpr vlMemory::StringView kindName = "depth stencil state";

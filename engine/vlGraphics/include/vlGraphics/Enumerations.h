@@ -18,6 +18,7 @@ enum class FORMAT : std::uint32_t {
     R32G32_FLOAT = 16,
     R32G32_UINT = 17,
     R32G32_SINT = 18,
+    D32_FLOAT_S8X24_UINT = 20, ///< depth and stencil; D24_UNORM_S8_UINT where the device lacks it
     R10G10B10A2_UNORM = 24,
     R11G11B10_FLOAT = 26,
     R8G8B8A8_UNORM = 28,
@@ -27,6 +28,7 @@ enum class FORMAT : std::uint32_t {
     R32_FLOAT = 41,
     R32_UINT = 42,
     R32_SINT = 43,
+    D24_UNORM_S8_UINT = 45, ///< depth and stencil; D32_FLOAT_S8X24_UINT where the device lacks it
     R8G8_UNORM = 49,
     R16_FLOAT = 54,
     R8_UNORM = 61,

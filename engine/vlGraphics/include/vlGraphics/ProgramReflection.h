@@ -33,7 +33,9 @@ struct ReflectedInput {
 struct ProgramReflection {
     std::vector<ReflectedResource> resources; ///< by space, class and slot
     std::vector<ReflectedInput> inputs;       ///< by location
-    std::uint32_t colorTargetCount = 0;       ///< outputs of the pixel stage
+    std::uint32_t colorTargetCount = 0;       ///< outputs of the pixel stage, up to the last
+    std::uint32_t colorTargetMask = 0;        ///< bit i: the pixel stage writes output i
+    bool writesAlpha = false;                 ///< output 0 has a fourth channel
     std::array<std::uint32_t, 3> threadGroupSize{1, 1, 1};
 };
 

@@ -5,7 +5,9 @@
 namespace vlGraphics {
 
 /** How a pass turns primitives into pixels. Starts solid, culling back faces, clockwise front
- * faces, depth clip on. */
+ * faces, depth clip on. Setters ignore numbers of no enumeration and floats that are not finite.
+ * What the device lacks (wire frames, a limit of the bias, unclipped depth) is left out with a line
+ * to the log when it is first drawn with. */
 class RasterState final : public Resource {
 public:
     static constexpr vlMemory::StringView kindName = "raster state";
@@ -15,11 +17,15 @@ public:
         CULL_MODE cullMode = CULL_MODE::BACK;
         bool frontCounterClockwise = false;
         std::int32_t depthBias = 0; ///< in units of the depth buffer's smallest step
-        float depthBiasClamp = 0;
+        float depthBiasClamp = 0;   ///< the most of the whole bias, by its sign; 0: no limit
         float slopeScaledDepthBias = 0;
-        bool depthClip = true;
+        bool depthClip = true; ///< off: what lies before or behind is drawn at the nearest depth
+        /// Cuts to the pixels of the pass's viewport what reaches over its edge by its width:
+        /// lines.
         bool scissor = false;
-        bool multiSampling = false;
+        bool multiSampling = false; ///< kept; targets have one sample a pixel
+        /// Coverage goes to the alpha of lines, so that blending shows it. Without effect where the
+        /// device lacks it, and with alpha to coverage.
         bool lineAntiAliasing = false;
         friend bool operator==(const Settings&, const Settings&) = default;
     };

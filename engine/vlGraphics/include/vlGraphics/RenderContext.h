@@ -22,8 +22,8 @@ private:
 
 /** A picture that is rendered again and again: back buffer (BGRA8 holding sRGB colours, off-screen;
  * shaders write linear colours and the device encodes them; exactly the surface's size), chained
- * depth buffer (D32), compositor, cameras, and how the picture is presented. Owned by the
- * RenderContextManager. Graphics thread only. */
+ * depth buffer (D32; with 8 bits of stencil once a pass tests it), compositor, cameras, and how the
+ * picture is presented. Owned by the RenderContextManager. Graphics thread only. */
 class RenderContext final {
 public:
     RenderContext(const RenderContext&) = delete;

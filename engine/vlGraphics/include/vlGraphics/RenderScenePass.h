@@ -34,6 +34,9 @@ public:
     void setRasterState(Handle<RasterState> state);
     Handle<DepthStencilState> getDepthStencilState() const { return depthStencilState_; }
     void setDepthStencilState(Handle<DepthStencilState> state);
+    /// What the stencil test compares with, and STENCIL_OP::REPLACE writes.
+    std::uint8_t getStencilReference() const { return stencilReference_; }
+    void setStencilReference(std::uint8_t value);
 
 private:
     Handle<RenderQueue> renderQueue_;
@@ -44,6 +47,7 @@ private:
     Handle<BlendState> blendState_;
     Handle<RasterState> rasterState_;
     Handle<DepthStencilState> depthStencilState_;
+    std::uint8_t stencilReference_ = 0;
 };
 
 } // namespace vlGraphics

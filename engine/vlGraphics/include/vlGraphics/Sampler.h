@@ -29,6 +29,10 @@ public:
     Sampler();
     ~Sampler() override;
 
+    // What the device lacks (mirroring once, a border colour other than transparent black, opaque
+    // black and opaque white, a larger anisotropy or LOD bias) is replaced by the nearest that it
+    // has on load, with a line to the log.
+    //
     // Values that are not finite, no value of their enumeration, or a range upside down are
     // ignored; the anisotropy is brought to its range.
     const Settings& getSettings() const { return settings_; }

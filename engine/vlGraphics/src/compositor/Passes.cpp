@@ -76,5 +76,8 @@ void RenderScenePass::setRasterState(Handle<RasterState> state) {
 void RenderScenePass::setDepthStencilState(Handle<DepthStencilState> state) {
     if (replace(depthStencilState_, state)) markChanged();
 }
+void RenderScenePass::setStencilReference(std::uint8_t value) {
+    if (replace(stencilReference_, value)) markChanged();
+}
 
 } // namespace vlGraphics

@@ -67,13 +67,18 @@ template <> struct Declared<Texture> {
         return {};
     }
     static vlCommon::Result<> checkTarget(const Values& values) {
-        const bool depth = values.format == FORMAT::D32_FLOAT;
+        const bool depth = values.format == FORMAT::D32_FLOAT ||
+                           values.format == FORMAT::D32_FLOAT_S8X24_UINT ||
+                           values.format == FORMAT::D24_UNORM_S8_UINT;
         if (values.format == FORMAT::UNKNOWN) return vlCommon::fail("'format' is UNKNOWN");
         if (depth && values.renderFlag != RENDER_FLAG::DEPTH_TARGET) {
-            return vlCommon::fail("'format' D32_FLOAT is for depth targets alone");
+            return vlCommon::fail(
+                    fmt::format("'format' {} is for depth targets alone", enumText(values.format)));
         }
         if (!depth && values.renderFlag == RENDER_FLAG::DEPTH_TARGET) {
-            return vlCommon::fail("a depth target has the format D32_FLOAT");
+            return vlCommon::fail(
+                    "a depth target has the format D32_FLOAT, D32_FLOAT_S8X24_UINT or "
+                    "D24_UNORM_S8_UINT");
         }
         return {};
     }

@@ -36,6 +36,7 @@ PassValues passValues(const Pass& pass) {
         values.blendState = nameOf<BlendStateManager>(scene.getBlendState());
         values.rasterState = nameOf<RasterStateManager>(scene.getRasterState());
         values.depthStencilState = nameOf<DepthStencilStateManager>(scene.getDepthStencilState());
+        values.stencilReference = scene.getStencilReference();
     }
     return values;
 }
@@ -85,6 +86,7 @@ void makePass(TargetOperations& operations, const PassValues& values) {
         pass.setRasterState(RasterStateManager::getInstance()->handleOf(values.rasterState));
         pass.setDepthStencilState(
                 DepthStencilStateManager::getInstance()->handleOf(values.depthStencilState));
+        pass.setStencilReference(values.stencilReference);
     } else {
         operations.addPass(atEnd);
     }

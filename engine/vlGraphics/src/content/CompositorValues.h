@@ -28,6 +28,7 @@ struct PassValues {
     vlMemory::String blendState;
     vlMemory::String rasterState;
     vlMemory::String depthStencilState;
+    std::uint8_t stencilReference = 0;
 };
 
 struct OperationValues {
@@ -113,6 +114,8 @@ template <class Archive, class V> void describePass(Archive& archive, V& pass) {
         describeName(archive, "blendState", pass.blendState);
         describeName(archive, "rasterState", pass.rasterState);
         describeName(archive, "depthStencilState", pass.depthStencilState);
+        if (Archive::reading || pass.stencilReference != 0)
+            archive.optional("stencilReference", pass.stencilReference);
         return;
     default:
         archive.fail("this engine has no pass of type '" + vlMemory::String(enumText(pass.type)) +

@@ -107,12 +107,14 @@ void fillSample(Compositor& compositor) {
     ClearTargetsPass& clear = *operations.addClearTargetsPass(TargetOperations::atEnd);
     clear.setClearColor({0.0011F, 0.009F, 0.035F, 1});
     clear.setShouldClearDepth(false);
+    clear.setClearStencil(12);
     operations.addPass(TargetOperations::atEnd);
     RenderScenePass& scene = *operations.addRenderScenePass(TargetOperations::atEnd);
     scene.setName("scene");
     scene.setRenderQueue(RenderQueueManager::getInstance()->handleOf("queue"));
     scene.setCullingCamera(CameraManager::getInstance()->handleOf("eye"));
     scene.setBlendState(BlendStateManager::getInstance()->handleOf("blend"));
+    scene.setStencilReference(200);
     compositor.addNode();
 }
 

@@ -179,8 +179,10 @@ private:
 
     void countTargets() {
         for (const spvc_reflected_resource& output : list(SPVC_RESOURCE_TYPE_STAGE_OUTPUT)) {
-            into_.colorTargetCount =
-                    std::max(into_.colorTargetCount, decoration(output, SpvDecorationLocation) + 1);
+            const std::uint32_t location = decoration(output, SpvDecorationLocation);
+            into_.colorTargetCount = std::max(into_.colorTargetCount, location + 1);
+            if (location < 32) into_.colorTargetMask |= 1U << location;
+            if (location == 0) into_.writesAlpha = formatOf(output) == FORMAT::R32G32B32A32_FLOAT;
         }
     }
 

@@ -3,6 +3,7 @@
 #include "render/RendererGpu.h"
 #include "vulkan/RenderContextGpu.h"
 #include "vulkan/TextureGpu.h"
+#include "vulkan/Translate.h"
 
 #include <algorithm>
 #include <cmath>
@@ -37,9 +38,9 @@ VkClearValue colorClear(VkFormat format, const std::array<float, 4>& color) {
     return value;
 }
 
-VkClearValue depthClear(float depth) {
+VkClearValue depthClear(float depth, std::uint32_t stencil) {
     VkClearValue value{};
-    value.depthStencil.depth = std::clamp(depth, 0.0F, 1.0F);
+    value.depthStencil = {std::clamp(depth, 0.0F, 1.0F), stencil & 255U};
     return value;
 }
 
@@ -88,6 +89,7 @@ void PassRecorder::setColor(std::uint32_t place, GpuImage& image) {
 void PassRecorder::setDepth(GpuImage& image) {
     depth_.image = &image;
     formats_.depth = image.description().viewFormat;
+    if (vulkan::hasStencil(formats_.depth)) formats_.stencil = formats_.depth;
     shrinkTo(image.extent());
 }
 
@@ -142,12 +144,12 @@ void PassRecorder::clearColor(std::uint32_t index, const std::array<float, 4>& c
         colors_[index].clear = value;
 }
 
-void PassRecorder::clearDepth(float depth) {
+void PassRecorder::clearDepth(float depth, std::uint32_t stencil) {
     if (depth_.image == nullptr) return;
     if (rendering_)
-        clearNow(VK_IMAGE_ASPECT_DEPTH_BIT, 0, depthClear(depth));
+        clearNow(depth_.image->aspect(), 0, depthClear(depth, stencil));
     else
-        depth_.clear = depthClear(depth);
+        depth_.clear = depthClear(depth, stencil);
 }
 
 void PassRecorder::clearNow(VkImageAspectFlags aspect, std::uint32_t place, VkClearValue value) {
@@ -160,7 +162,7 @@ VkRenderingAttachmentInfo PassRecorder::attachment(Target& target, VkClearValue 
     auto info =
             vulkan::vkInfo<VkRenderingAttachmentInfo>(VK_STRUCTURE_TYPE_RENDERING_ATTACHMENT_INFO);
     if (target.image == nullptr) return info;
-    const bool isDepth = target.image->aspect() == VK_IMAGE_ASPECT_DEPTH_BIT;
+    const bool isDepth = &target == &depth_;
     // What has no content yet begins with one, rather than with what the memory happens to hold.
     if (target.image->use() == ImageUse::undefined && !target.clear) target.clear = empty;
     const VkExtent2D whole = target.image->extent();
@@ -168,7 +170,7 @@ VkRenderingAttachmentInfo PassRecorder::attachment(Target& target, VkClearValue 
             target.clear && whole.width == extent_.width && whole.height == extent_.height;
     const ImageUse use = isDepth ? ImageUse::depthTarget : ImageUse::colorTarget;
     target.image->become(commands(), use, discards);
-    info.imageView = target.image->view();
+    info.imageView = target.image->targetView();
     info.imageLayout = layoutOf(use);
     info.loadOp = target.clear ? VK_ATTACHMENT_LOAD_OP_CLEAR : VK_ATTACHMENT_LOAD_OP_LOAD;
     info.storeOp = VK_ATTACHMENT_STORE_OP_STORE;
@@ -182,17 +184,22 @@ void PassRecorder::beginRendering() {
     std::array<VkRenderingAttachmentInfo, TargetOperations::maxColorTargets> colors{};
     for (std::uint32_t i = 0; i < formats_.colorCount; ++i)
         colors[i] = attachment(colors_[i], colorClear(formats_.colors[i], {0, 0, 0, 1}));
-    const VkRenderingAttachmentInfo depth = attachment(depth_, depthClear(1));
+    const VkRenderingAttachmentInfo depth = attachment(depth_, depthClear(1, 0));
     auto info = vulkan::vkInfo<VkRenderingInfo>(VK_STRUCTURE_TYPE_RENDERING_INFO);
     info.renderArea = {{0, 0}, extent_};
     info.layerCount = 1;
     info.colorAttachmentCount = formats_.colorCount;
     info.pColorAttachments = colors.data();
     info.pDepthAttachment = depth_.image == nullptr ? nullptr : &depth;
+    info.pStencilAttachment = formats_.stencil == VK_FORMAT_UNDEFINED ? nullptr : &depth;
     vkCmdBeginRendering(commands(), &info);
     vkCmdSetViewport(commands(), 0, 1, &viewport_);
-    vkCmdSetScissor(commands(), 0, 1, &scissor_);
     rendering_ = true;
+}
+
+void PassRecorder::setScissor(bool toViewport) {
+    const VkRect2D whole{{0, 0}, extent_};
+    vkCmdSetScissor(commands(), 0, 1, toViewport ? &scissor_ : &whole);
 }
 
 void PassRecorder::endRendering() {

@@ -43,10 +43,13 @@ public:
     /// The index counts the operation's colour targets in their order; one past the last is
     /// ignored.
     void clearColor(std::uint32_t index, const std::array<float, 4>& color);
-    void clearDepth(float depth);
+    /// The stencil with it, where the target has one.
+    void clearDepth(float depth, std::uint32_t stencil);
 
     /// After it draws may be recorded.
     void beginRendering();
+    /// Draws reach the operation's viewport alone, or the whole of the targets.
+    void setScissor(bool toViewport);
     /// For what cannot be recorded while rendering; draws begin it again.
     void endRendering();
 
@@ -71,7 +74,7 @@ private:
     TargetFormats formats_;
     VkExtent2D extent_{0, 0};
     VkViewport viewport_{};
-    VkRect2D scissor_{};
+    VkRect2D scissor_{}; ///< the viewport's pixels
     bool usable_ = false;
     bool rendering_ = false;
 };

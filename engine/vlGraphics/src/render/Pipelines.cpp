@@ -1,5 +1,7 @@
 #include "render/Pipelines.h"
 
+#include "render/PassStates.h"
+#include "render/PipelineInfos.h"
 #include "render/VertexInput.h"
 #include "vulkan/Device.h"
 #include "vulkan/Translate.h"
@@ -8,6 +10,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <memory>
 
 namespace vlGraphics::render {
 
@@ -17,8 +20,9 @@ namespace {
 
 constexpr std::uint64_t framesUntilUnused = 1024;
 constexpr std::uint64_t framesBetweenSweeps = 256;
-/// Settings that are being dragged make a new state each frame; beyond this all begin anew.
+/// Settings that are being dragged make a new state each frame; beyond this old ones go.
 constexpr std::size_t mostPassStates = 256;
+constexpr std::uint64_t framesUntilOld = 64;
 
 /// The stages of a pipeline, in the order that Vulkan is given them.
 std::vector<VkPipelineShaderStageCreateInfo> stagesOf(const Program::Gpu& program) {
@@ -37,110 +41,26 @@ std::vector<VkPipelineShaderStageCreateInfo> stagesOf(const Program::Gpu& progra
     return stages;
 }
 
-VkPipelineRasterizationStateCreateInfo rasterInfo(const RasterState::Settings& settings) {
-    const VkPhysicalDeviceFeatures& features = Device::getInstance()->features();
-    auto info = vulkan::vkInfo<VkPipelineRasterizationStateCreateInfo>(
-            VK_STRUCTURE_TYPE_PIPELINE_RASTERIZATION_STATE_CREATE_INFO);
-    info.depthClampEnable = !settings.depthClip && features.depthClamp == VK_TRUE;
-    info.polygonMode = features.fillModeNonSolid == VK_TRUE ? vulkan::polygonMode(settings.fillMode)
-                                                            : VK_POLYGON_MODE_FILL;
-    info.cullMode = vulkan::cullMode(settings.cullMode);
-    info.frontFace = settings.frontCounterClockwise ? VK_FRONT_FACE_COUNTER_CLOCKWISE
-                                                    : VK_FRONT_FACE_CLOCKWISE;
-    info.depthBiasEnable = settings.depthBias != 0 || settings.slopeScaledDepthBias != 0;
-    info.depthBiasConstantFactor = static_cast<float>(settings.depthBias);
-    info.depthBiasClamp = features.depthBiasClamp == VK_TRUE ? settings.depthBiasClamp : 0;
-    info.depthBiasSlopeFactor = settings.slopeScaledDepthBias;
-    info.lineWidth = 1;
-    return info;
-}
-
-VkStencilOpState stencilInfo(const DepthStencilState::Settings& settings,
-                             const DepthStencilState::Face& face) {
-    return {vulkan::stencilOperation(face.fail),
-            vulkan::stencilOperation(face.pass),
-            vulkan::stencilOperation(face.depthFail),
-            vulkan::compareOperation(face.function),
-            settings.stencilReadMask,
-            settings.stencilWriteMask,
-            0};
-}
-
-VkPipelineDepthStencilStateCreateInfo depthInfo(const PassState& state) {
-    const DepthStencilState::Settings& settings = state.depthStencil;
-    auto info = vulkan::vkInfo<VkPipelineDepthStencilStateCreateInfo>(
-            VK_STRUCTURE_TYPE_PIPELINE_DEPTH_STENCIL_STATE_CREATE_INFO);
-    const bool hasDepth = state.formats.depth != VK_FORMAT_UNDEFINED;
-    info.depthTestEnable = settings.depthEnabled && hasDepth;
-    info.depthWriteEnable =
-            settings.depthEnabled && hasDepth && settings.depthWriteMask == DEPTH_WRITE_MASK::ALL;
-    info.depthCompareOp = vulkan::compareOperation(settings.depthFunction);
-    // Depth targets are D32, which has no stencil: the test passes then, as without a stencil
-    // buffer.
-    info.stencilTestEnable = VK_FALSE;
-    info.front = stencilInfo(settings, settings.front);
-    info.back = stencilInfo(settings, settings.back);
-    info.maxDepthBounds = 1;
-    return info;
-}
-
-bool canBlend(VkFormat format) {
-    VkFormatProperties properties{};
-    vkGetPhysicalDeviceFormatProperties(Device::getInstance()->physical(), format, &properties);
-    return (properties.optimalTilingFeatures & VK_FORMAT_FEATURE_COLOR_ATTACHMENT_BLEND_BIT) != 0;
-}
-
-bool readsSecondSource(const BlendState::Target& target) {
-    const auto second = [](BLEND factor) {
-        return factor >= BLEND::SRC1_COLOR && factor <= BLEND::INV_SRC1_ALPHA;
-    };
-    return second(target.src) || second(target.dest) || second(target.srcAlpha) ||
-           second(target.destAlpha);
-}
-
-VkPipelineColorBlendAttachmentState
-blendInfo(const BlendState::Target& target, VkFormat format, bool written) {
-    VkPipelineColorBlendAttachmentState info{};
-    const bool sources =
-            !readsSecondSource(target) || Device::getInstance()->features().dualSrcBlend == VK_TRUE;
-    info.blendEnable = target.enabled && sources && canBlend(format);
-    info.srcColorBlendFactor = vulkan::blendFactor(target.src);
-    info.dstColorBlendFactor = vulkan::blendFactor(target.dest);
-    info.colorBlendOp = vulkan::blendOperation(target.op);
-    info.srcAlphaBlendFactor = vulkan::blendFactor(target.srcAlpha);
-    info.dstAlphaBlendFactor = vulkan::blendFactor(target.destAlpha);
-    info.alphaBlendOp = vulkan::blendOperation(target.opAlpha);
-    // An output that the program does not write has no value: the target keeps its own.
-    info.colorWriteMask = written ? vulkan::colorMask(target.writeMask) : 0;
-    if (info.blendEnable == VK_FALSE) {
-        info.srcColorBlendFactor = info.srcAlphaBlendFactor = VK_BLEND_FACTOR_ONE;
-        info.dstColorBlendFactor = info.dstAlphaBlendFactor = VK_BLEND_FACTOR_ZERO;
+/** The pixel stage with a second source of blending, as long as the pipeline is being made. */
+class SecondSourceModule {
+public:
+    explicit SecondSourceModule(const std::vector<std::uint32_t>& spirv) {
+        auto info = vulkan::vkInfo<VkShaderModuleCreateInfo>(
+                VK_STRUCTURE_TYPE_SHADER_MODULE_CREATE_INFO);
+        info.codeSize = spirv.size() * sizeof(std::uint32_t);
+        info.pCode = spirv.data();
+        const VkDevice device = Device::getInstance()->get();
+        if (vkCreateShaderModule(device, &info, nullptr, &module_) != VK_SUCCESS)
+            module_ = VK_NULL_HANDLE;
     }
-    return info;
-}
+    SecondSourceModule(const SecondSourceModule&) = delete;
+    SecondSourceModule& operator=(const SecondSourceModule&) = delete;
+    ~SecondSourceModule() { vkDestroyShaderModule(Device::getInstance()->get(), module_, nullptr); }
+    VkShaderModule get() const { return module_; }
 
-std::vector<VkPipelineColorBlendAttachmentState> blendInfos(const PassState& state,
-                                                            const Program::Gpu& program) {
-    std::vector<VkPipelineColorBlendAttachmentState> infos;
-    const bool independent = Device::getInstance()->features().independentBlend == VK_TRUE;
-    for (std::uint32_t i = 0; i < state.formats.colorCount; ++i) {
-        const VkFormat format = state.formats.colors[i];
-        const bool written =
-                format != VK_FORMAT_UNDEFINED && i < program.reflection.colorTargetCount;
-        infos.push_back(i > 0 && !independent ? infos.front()
-                                              : blendInfo(state.blend[i], format, written));
-    }
-    return infos;
-}
-
-VkPipelineRenderingCreateInfo renderingInfo(const TargetFormats& formats) {
-    auto info = vulkan::vkInfo<VkPipelineRenderingCreateInfo>(
-            VK_STRUCTURE_TYPE_PIPELINE_RENDERING_CREATE_INFO);
-    info.colorAttachmentCount = formats.colorCount;
-    info.pColorAttachmentFormats = formats.colors.data();
-    info.depthAttachmentFormat = formats.depth;
-    return info;
-}
+private:
+    VkShaderModule module_ = VK_NULL_HANDLE;
+};
 
 InstanceLayout layoutOf(const Shader& shader) {
     InstanceLayout layout;
@@ -158,6 +78,30 @@ InstanceLayout layoutOf(const Shader& shader) {
         layout.stride += 64;
     }
     return layout;
+}
+
+/// Brings the module that SRC1 factors need; where the program has no second colour, the factors
+/// are replaced.
+std::unique_ptr<SecondSourceModule>
+takeSecondSource(PassState& state,
+                 const Program::Gpu& program,
+                 std::vector<VkPipelineShaderStageCreateInfo>& stages) {
+    if (!readsSecondSource(state.blend[0])) return nullptr;
+    if (!program.secondSourcePixel.empty()) {
+        auto module = std::make_unique<SecondSourceModule>(program.secondSourcePixel);
+        for (VkPipelineShaderStageCreateInfo& stage : stages)
+            if (stage.stage == VK_SHADER_STAGE_FRAGMENT_BIT) stage.module = module->get();
+        if (module->get() != VK_NULL_HANDLE) return module;
+        stages = stagesOf(program);
+    } else {
+        Device::getInstance()->logOnce(
+                fmt::format("{} '{}': a program that it is used with writes no second colour "
+                            "(SV_TARGET1) for the factors SRC1: the first takes its place",
+                            BlendState::kindName,
+                            state.blendState.name));
+    }
+    state.blend[0] = withoutSecondSource(state.blend[0]);
+    return nullptr;
 }
 
 } // namespace
@@ -182,11 +126,28 @@ template <class Condition> void Pipelines::eraseIf(Condition condition) {
 }
 
 std::uint32_t Pipelines::passStateId(const PassState& state) {
-    // The newest first: states of recent frames are the last that were made.
-    for (std::size_t i = passStates_.size(); i-- > 0;)
-        if (passStates_[i] == state) return static_cast<std::uint32_t>(i);
-    passStates_.push_back(state);
-    return static_cast<std::uint32_t>(passStates_.size() - 1);
+    auto place = passStates_.end();
+    for (auto entry = passStates_.begin(); entry != passStates_.end(); ++entry) {
+        if (!entry->used) {
+            place = entry;
+        } else if (entry->state == state) {
+            entry->lastFrame = frame_;
+            return static_cast<std::uint32_t>(entry - passStates_.begin());
+        }
+    }
+    if (place == passStates_.end()) place = passStates_.emplace(place);
+    *place = {state, frame_, true};
+    ++statesInUse_;
+    return static_cast<std::uint32_t>(place - passStates_.begin());
+}
+
+void Pipelines::dropStates(std::uint64_t unusedFrames) {
+    for (StateEntry& entry : passStates_) {
+        if (!entry.used || entry.lastFrame + unusedFrames >= frame_) continue;
+        entry.used = false;
+        --statesInUse_;
+    }
+    eraseIf([this](const auto& item) { return !passStates_[item.first.passState].used; });
 }
 
 std::uint32_t Pipelines::instanceLayoutId(const Shader& shader) {
@@ -208,8 +169,9 @@ Pipelines::get(const PipelineKey& key, const Program::Gpu& program, const Mesh::
 
 VkPipeline
 Pipelines::make(const PipelineKey& key, const Program::Gpu& program, const Mesh::Gpu& mesh) {
-    const PassState& state = passStates_[key.passState];
-    const auto stages = stagesOf(program);
+    PassState state = passStates_[key.passState].state;
+    auto stages = stagesOf(program);
+    const auto secondSource = takeSecondSource(state, program, stages);
     const VertexInput input(program, mesh, instanceLayouts_[key.instanceLayout]);
     auto vertices = vulkan::vkInfo<VkPipelineVertexInputStateCreateInfo>(
             VK_STRUCTURE_TYPE_PIPELINE_VERTEX_INPUT_STATE_CREATE_INFO);
@@ -230,11 +192,14 @@ Pipelines::make(const PipelineKey& key, const Program::Gpu& program, const Mesh:
             VK_STRUCTURE_TYPE_PIPELINE_VIEWPORT_STATE_CREATE_INFO);
     viewport.viewportCount = 1;
     viewport.scissorCount = 1;
-    const auto raster = rasterInfo(state.raster);
+    auto raster = rasterInfo(state.raster);
+    const auto smoothLines = smoothLineInfo();
+    if (state.raster.lineAntiAliasing) raster.pNext = &smoothLines;
     auto samples = vulkan::vkInfo<VkPipelineMultisampleStateCreateInfo>(
             VK_STRUCTURE_TYPE_PIPELINE_MULTISAMPLE_STATE_CREATE_INFO);
     samples.rasterizationSamples = VK_SAMPLE_COUNT_1_BIT;
-    samples.alphaToCoverageEnable = state.alphaToCoverage;
+    // Without alpha there is nothing to take the coverage from.
+    samples.alphaToCoverageEnable = state.alphaToCoverage && program.reflection.writesAlpha;
     const auto depth = depthInfo(state);
     const auto attachments = blendInfos(state, program);
     auto blend = vulkan::vkInfo<VkPipelineColorBlendStateCreateInfo>(
@@ -242,10 +207,13 @@ Pipelines::make(const PipelineKey& key, const Program::Gpu& program, const Mesh:
     blend.attachmentCount = static_cast<std::uint32_t>(attachments.size());
     blend.pAttachments = attachments.data();
     std::fill_n(blend.blendConstants, 4, 1.0F);
-    constexpr std::array dynamics{VK_DYNAMIC_STATE_VIEWPORT, VK_DYNAMIC_STATE_SCISSOR};
+    constexpr std::array dynamics{VK_DYNAMIC_STATE_VIEWPORT,
+                                  VK_DYNAMIC_STATE_SCISSOR,
+                                  VK_DYNAMIC_STATE_STENCIL_REFERENCE};
     auto dynamic = vulkan::vkInfo<VkPipelineDynamicStateCreateInfo>(
             VK_STRUCTURE_TYPE_PIPELINE_DYNAMIC_STATE_CREATE_INFO);
-    dynamic.dynamicStateCount = static_cast<std::uint32_t>(dynamics.size());
+    const bool hasStencil = state.formats.stencil != VK_FORMAT_UNDEFINED;
+    dynamic.dynamicStateCount = static_cast<std::uint32_t>(dynamics.size()) - (hasStencil ? 0 : 1);
     dynamic.pDynamicStates = dynamics.data();
     const auto rendering = renderingInfo(state.formats);
 
@@ -281,10 +249,8 @@ void Pipelines::forget(std::uint64_t program) {
 
 void Pipelines::beginFrame() {
     ++frame_;
-    if (passStates_.size() > mostPassStates) {
-        eraseIf([](const auto&) { return true; });
-        passStates_.clear();
-    }
+    if (statesInUse_ > mostPassStates) dropStates(framesUntilOld);
+    if (statesInUse_ > mostPassStates) dropStates(0);
     if (frame_ % framesBetweenSweeps != 0) return;
     eraseIf([this](const auto& item) {
         return item.second.lastFrame + framesUntilUnused < frame_;

@@ -22,11 +22,19 @@ struct TargetFormats {
             colors{}; ///< by the shader's output; undefined where nothing is written
     std::uint32_t colorCount = 0;
     VkFormat depth = VK_FORMAT_UNDEFINED;
+    VkFormat stencil = VK_FORMAT_UNDEFINED; ///< that of depth, where it has stencil
     friend bool operator==(const TargetFormats&, const TargetFormats&) = default;
+};
+
+/// What errors call a state; states that differ in nothing else share their pipelines.
+struct StateLabel {
+    vlMemory::String name;
+    friend bool operator==(const StateLabel&, const StateLabel&) { return true; }
 };
 
 /// All of a pipeline's state that is the same for every draw of a pass.
 struct PassState {
+    StateLabel blendState;
     std::array<BlendState::Target, BlendState::targetCount> blend;
     bool alphaToCoverage = false;
     RasterState::Settings raster;
@@ -82,6 +90,7 @@ public:
     /// A frame begins: drops what has not been used for long.
     void beginFrame();
     std::uint64_t madeCount() const { return made_; }
+    std::size_t heldCount() const { return pipelines_.size(); }
 
 private:
     struct KeyHash {
@@ -92,11 +101,19 @@ private:
         std::uint64_t lastFrame = 0;
     };
 
+    struct StateEntry {
+        PassState state;
+        std::uint64_t lastFrame = 0;
+        bool used = false;
+    };
+
     VkPipeline make(const PipelineKey& key, const Program::Gpu& program, const Mesh::Gpu& mesh);
     template <class Condition> void eraseIf(Condition condition);
+    void dropStates(std::uint64_t unusedFrames);
 
     const vulkan::PipelineCache& cache_;
-    std::vector<PassState> passStates_;
+    std::vector<StateEntry> passStates_; ///< by number; those of no use wait for the next
+    std::size_t statesInUse_ = 0;
     std::vector<InstanceLayout> instanceLayouts_;
     std::unordered_map<PipelineKey, Entry, KeyHash> pipelines_;
     std::uint64_t frame_ = 0;

@@ -1,6 +1,8 @@
 #include "render/PassRecorder.h"
+#include "render/PassStates.h"
 #include "render/RendererGpu.h"
 #include "render/SceneDrawer.h"
+#include "vulkan/RenderContextGpu.h"
 
 #include <vlGraphics/ClearTargetsPass.h>
 #include <vlGraphics/Compositor.h>
@@ -18,47 +20,20 @@ void drawOperations(Renderer::Gpu& renderer, const TargetOperations& operations)
         if (const Pass* pass = operations.getPass(i)) pass->record(recorder);
 }
 
-/// Over what is there, by the source's alpha.
-constexpr BlendState::Target alphaBlending{.src = BLEND::SRC_ALPHA,
-                                           .dest = BLEND::INV_SRC_ALPHA,
-                                           .op = BLEND_OP::ADD,
-                                           .srcAlpha = BLEND::ONE,
-                                           .destAlpha = BLEND::INV_SRC_ALPHA,
-                                           .opAlpha = BLEND_OP::ADD,
-                                           .writeMask = COLOR_WRITE_ENABLE::ALL,
-                                           .enabled = true};
-
-BlendState::Target targetOf(const BlendState& state, std::uint32_t target) {
-    return {.src = state.getSrcBlend(target),
-            .dest = state.getDestBlend(target),
-            .op = state.getBlendOp(target),
-            .srcAlpha = state.getSrcAlphaBlend(target),
-            .destAlpha = state.getDestAlphaBlend(target),
-            .opAlpha = state.getBlendOpAlpha(target),
-            .writeMask = state.getWriteMask(target),
-            .enabled = state.getBlendEnabled(target)};
+bool testsStencil(const Pass& pass) {
+    if (pass.getType() != PASS_TYPE::RENDER_SCENE) return false;
+    const DepthStencilState* state = DepthStencilStateManager::getInstance()->resolve(
+            static_cast<const RenderScenePass&>(pass).getDepthStencilState());
+    return state != nullptr && state->getStencilEnabled();
 }
 
-render::PassState stateOf(const RenderScenePass& pass, const render::TargetFormats& formats) {
-    render::PassState state;
-    state.formats = formats;
-    const BlendState* blend = BlendStateManager::getInstance()->resolve(pass.getBlendState());
-    if (blend != nullptr) {
-        state.alphaToCoverage = blend->getAlphaToCoverage();
-        for (std::uint32_t i = 0; i < BlendState::targetCount; ++i)
-            state.blend[i] = targetOf(*blend, blend->getIndependentBlend() ? i : 0);
-    } else if (pass.getTransparentPass()) {
-        state.blend.fill(alphaBlending);
-    }
-    const RasterState* raster = RasterStateManager::getInstance()->resolve(pass.getRasterState());
-    if (raster != nullptr) state.raster = raster->getSettings();
-    const DepthStencilState* depth =
-            DepthStencilStateManager::getInstance()->resolve(pass.getDepthStencilState());
-    if (depth != nullptr)
-        state.depthStencil = depth->getSettings();
-    else if (pass.getTransparentPass())
-        state.depthStencil.depthWriteMask = DEPTH_WRITE_MASK::ZERO;
-    return state;
+/// Some operation tests the stencil of the context's own depth buffer.
+bool needsStencil(const TargetOperations& operations) {
+    if (!operations.isToChainDepthBuffer()) return false;
+    for (std::uint32_t i = 0; i < operations.getPassCount(); ++i)
+        if (const Pass* pass = operations.getPass(i); pass != nullptr && testsStencil(*pass))
+            return true;
+    return false;
 }
 
 RenderQueue* queueOf(const RenderScenePass& pass) {
@@ -80,6 +55,11 @@ void Compositor::draw() const {
     System* system = System::getInstance();
     if (system == nullptr || !system->getRenderer().gpu().recording) return;
     Renderer::Gpu& renderer = system->getRenderer().gpu();
+    // Before anything is drawn: the depth buffer loses its content when it gets stencil.
+    for (const auto& node : nodes_) {
+        for (std::uint32_t i = 0; node->getActive() && i < node->getOperationsCount(); ++i)
+            if (needsStencil(*node->getOperations(i))) renderer.active->gpu()->addStencil();
+    }
     for (const auto& node : nodes_) {
         if (!node->getActive()) continue;
         for (std::uint32_t i = 0; i < node->getOperationsCount(); ++i)
@@ -90,7 +70,7 @@ void Compositor::draw() const {
 void ClearTargetsPass::record(PassRecorder& recorder) const {
     if (clearsColor_)
         recorder.clearColor(colorTargetIndex_, {color_.x, color_.y, color_.z, color_.w});
-    if (clearsDepth_) recorder.clearDepth(depth_);
+    if (clearsDepth_) recorder.clearDepth(depth_, stencil_);
 }
 
 void RenderScenePass::record(PassRecorder& recorder) const {
@@ -115,7 +95,8 @@ void RenderScenePass::record(PassRecorder& recorder) const {
     inputs.targetWidth = recorder.extent().width;
     inputs.targetHeight = recorder.extent().height;
     inputs.timeMs = recorder.renderer().timeMs;
-    render::SceneDrawer(recorder, *queue, list).draw(inputs, stateOf(*this, recorder.formats()));
+    render::SceneDrawer(recorder, *queue, list)
+            .draw(inputs, render::passStateOf(*this, recorder.formats()));
 }
 
 } // namespace vlGraphics

@@ -17,13 +17,16 @@ SceneDrawer::SceneDrawer(PassRecorder& recorder, const RenderQueue& queue, const
     : recorder_(recorder), queue_(queue), list_(list), commands_(recorder.commands()) {
 }
 
-void SceneDrawer::draw(const PassInputs& inputs, const PassState& state) {
+void SceneDrawer::draw(const PassInputs& inputs, const ScenePassState& state) {
     ShaderBinder& binder = recorder_.renderer().binder;
     binder.begin(inputs);
     bindShaders();
     makeReadable(binder.unreadable());
     recorder_.beginRendering();
-    passState_ = recorder_.renderer().pipelines->passStateId(state);
+    recorder_.setScissor(state.cutsToViewport);
+    if (recorder_.formats().stencil != VK_FORMAT_UNDEFINED)
+        vkCmdSetStencilReference(commands_, VK_STENCIL_FACE_FRONT_AND_BACK, state.stencilReference);
+    passState_ = recorder_.renderer().pipelines->passStateId(state.fixed);
     const VkDeviceSize offset = recorder_.renderer().constantsOffset;
     vkCmdBindVertexBuffers(commands_, constantBinding, 1, &recorder_.renderer().constants, &offset);
     for (std::size_t run = 0; run < list_.runs.size();) {

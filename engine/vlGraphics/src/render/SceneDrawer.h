@@ -1,5 +1,6 @@
 #pragma once
 #include "render/PassRecorder.h"
+#include "render/PassStates.h"
 #include "render/ShaderBinder.h"
 
 #include <vlGraphics/RenderQueue.h>
@@ -14,7 +15,7 @@ class SceneDrawer {
 public:
     SceneDrawer(PassRecorder& recorder, const RenderQueue& queue, const DrawList& list);
 
-    void draw(const PassInputs& inputs, const PassState& state);
+    void draw(const PassInputs& inputs, const ScenePassState& state);
 
 private:
     struct Group {

@@ -32,6 +32,31 @@ TEST(RasterState, EqualAndImpossibleValuesChangeNothing) {
     EXPECT_GT(ChangeCount::get(), pictures);
 }
 
+TEST(DepthStencilState, ImpossibleValuesAmongOthersAreLeftOut) {
+    DepthStencilState state;
+    DepthStencilState::Settings settings;
+    settings.depthFunction = static_cast<COMPARISON_FUNCTION>(0);
+    settings.depthWriteMask = static_cast<DEPTH_WRITE_MASK>(2);
+    settings.front.pass = static_cast<STENCIL_OP>(9);
+    settings.back.function = static_cast<COMPARISON_FUNCTION>(4294967295U);
+    settings.back.fail = STENCIL_OP::DECR;
+    state.setSettings(settings);
+    DepthStencilState::Settings expected;
+    expected.back.fail = STENCIL_OP::DECR;
+    EXPECT_EQ(state.getSettings(), expected);
+}
+
+TEST(BlendState, IgnoresNumbersThatAreNoFactorAndNoOperation) {
+    BlendState state;
+    for (const std::uint32_t number : {0U, 12U, 13U, 20U, 4294967295U})
+        for (std::uint32_t target = 0; target < BlendState::targetCount; ++target) {
+            const auto factor = static_cast<BLEND>(number);
+            const auto op = static_cast<BLEND_OP>(number);
+            state.setTarget({factor, factor, op, factor, factor, op}, target);
+        }
+    EXPECT_EQ(state.getRevision(), BlendState().getRevision());
+}
+
 TEST(BlendState, IgnoresTargetsPastTheLastAndReadsThemAsTheFirst) {
     BlendState state;
     state.setSrcBlend(BLEND::SRC_ALPHA, 7);
@@ -52,6 +77,14 @@ TEST(Sampler, KeepsItsRanges) {
     sampler.setLodRange(notANumber, 1);
     EXPECT_EQ(sampler.getMinLod(), 0);
     EXPECT_EQ(sampler.getMaxLod(), 1000);
+    sampler.setLodBias(infinite);
+    sampler.setFilter(static_cast<FILTER>(0x54));
+    sampler.setAddressModeV(static_cast<TEXTURE_ADDRESS_MODE>(0));
+    sampler.setComparisonFunc(static_cast<COMPARISON_FUNCTION>(9));
+    EXPECT_EQ(sampler.getLodBias(), 0);
+    EXPECT_EQ(sampler.getFilter(), FILTER::MIN_MAG_MIP_LINEAR);
+    EXPECT_EQ(sampler.getAddressModeV(), TEXTURE_ADDRESS_MODE::WRAP);
+    EXPECT_EQ(sampler.getComparisonFunc(), COMPARISON_FUNCTION::NEVER);
     sampler.setBorderColor(0, 0, infinite, 0);
     EXPECT_EQ(sampler.getSettings().borderColor[2], 0);
     EXPECT_TRUE(sampler.setComparisonFuncFromString("LESS_EQUAL"));

@@ -41,11 +41,20 @@ vlCommon::Result<> Device::createDevice() {
     border.customBorderColors = VK_TRUE;
     border.customBorderColorWithoutFormat = VK_TRUE;
 
+    auto lines = vulkan::vkInfo<VkPhysicalDeviceLineRasterizationFeaturesEXT>(
+            VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_LINE_RASTERIZATION_FEATURES_EXT);
+    lines.smoothLines = VK_TRUE;
+
     std::vector<const char*> extensions;
     if (choice_.hasSwapchain) extensions.push_back(VK_KHR_SWAPCHAIN_EXTENSION_NAME);
     if (choice_.hasCustomBorderColors) {
         extensions.push_back(VK_EXT_CUSTOM_BORDER_COLOR_EXTENSION_NAME);
         features13.pNext = &border;
+    }
+    if (choice_.hasSmoothLines) {
+        extensions.push_back(VK_EXT_LINE_RASTERIZATION_EXTENSION_NAME);
+        lines.pNext = features13.pNext;
+        features13.pNext = &lines;
     }
 
     const float priority = 1;
@@ -117,6 +126,12 @@ VkResult Device::note(VkResult result) {
                             choice_.properties.deviceName));
     }
     return result;
+}
+
+void Device::logOnce(const std::string& line) {
+    constexpr std::size_t mostKept = 1024;
+    if (logged_.size() >= mostKept) logged_.clear();
+    if (logged_.insert(line).second) logLine(line);
 }
 
 VkResult Device::submit(std::span<const VkCommandBuffer> commands,

@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string>
+#include <unordered_set>
 
 namespace vlGraphics::vulkan {
 
@@ -39,6 +41,8 @@ public:
     /// is submitted and no wait waits.
     VkResult note(VkResult result);
     bool isLost() const { return lost_; }
+    /// One line to the log, the first time it comes; for faults that each frame meets again.
+    void logOnce(const std::string& line);
 
     /// Submits, and moves the timeline on to the value that submitted() then gives.
     VkResult submit(std::span<const VkCommandBuffer> commands,
@@ -84,6 +88,7 @@ private:
     bool lost_ = false;
     bool recordingFrame_ = false;
     RetireList retired_;
+    std::unordered_set<std::string> logged_;
     std::unique_ptr<Upload> upload_;
 };
 

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace vlGraphics::vulkan {
@@ -119,6 +120,50 @@ bool mirrorClamp(VkPhysicalDevice device) {
     return features12.samplerMirrorClampToEdge == VK_TRUE;
 }
 
+bool smoothLines(VkPhysicalDevice device, const std::vector<VkExtensionProperties>& extensions) {
+    if (!contains(extensions, VK_EXT_LINE_RASTERIZATION_EXTENSION_NAME)) return false;
+    auto lines = vulkan::vkInfo<VkPhysicalDeviceLineRasterizationFeaturesEXT>(
+            VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_LINE_RASTERIZATION_FEATURES_EXT);
+    auto features =
+            vulkan::vkInfo<VkPhysicalDeviceFeatures2>(VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_FEATURES_2);
+    features.pNext = &lines;
+    vkGetPhysicalDeviceFeatures2(device, &features);
+    return lines.smoothLines == VK_TRUE;
+}
+
+bool canBeDepthTarget(VkPhysicalDevice device, VkFormat format) {
+    VkFormatProperties properties{};
+    vkGetPhysicalDeviceFormatProperties(device, format, &properties);
+    return (properties.optimalTilingFeatures & VK_FORMAT_FEATURE_DEPTH_STENCIL_ATTACHMENT_BIT) != 0;
+}
+
+void leaveOff(DeviceChoice& choice, std::string_view names) {
+    const auto isNamed = [names](std::string_view name) {
+        for (std::size_t at = names.find(name); at != std::string_view::npos;
+             at = names.find(name, at + 1)) {
+            const std::size_t end = at + name.size();
+            if ((at == 0 || names[at - 1] == ' ') && (end == names.size() || names[end] == ' '))
+                return true;
+        }
+        return false;
+    };
+    constexpr std::pair<std::string_view, VkBool32 VkPhysicalDeviceFeatures::*> features[] = {
+            {"independentBlend", &VkPhysicalDeviceFeatures::independentBlend},
+            {"dualSrcBlend", &VkPhysicalDeviceFeatures::dualSrcBlend},
+            {"depthClamp", &VkPhysicalDeviceFeatures::depthClamp},
+            {"depthBiasClamp", &VkPhysicalDeviceFeatures::depthBiasClamp},
+            {"fillModeNonSolid", &VkPhysicalDeviceFeatures::fillModeNonSolid},
+            {"samplerAnisotropy", &VkPhysicalDeviceFeatures::samplerAnisotropy}};
+    for (const auto& [name, member] : features)
+        if (isNamed(name)) choice.features.*member = VK_FALSE;
+    if (isNamed("customBorderColors")) choice.hasCustomBorderColors = false;
+    if (isNamed("samplerMirrorClampToEdge")) choice.hasMirrorClamp = false;
+    if (isNamed("smoothLines")) choice.hasSmoothLines = false;
+    if (isNamed("D32_SFLOAT_S8_UINT") &&
+        canBeDepthTarget(choice.device, VK_FORMAT_D24_UNORM_S8_UINT))
+        choice.stencilFormat = VK_FORMAT_D24_UNORM_S8_UINT;
+}
+
 DeviceChoice describe(VkPhysicalDevice device, const VkPhysicalDeviceProperties& properties) {
     DeviceChoice choice;
     choice.device = device;
@@ -131,6 +176,11 @@ DeviceChoice describe(VkPhysicalDevice device, const VkPhysicalDeviceProperties&
     choice.hasSwapchain = contains(extensions, VK_KHR_SWAPCHAIN_EXTENSION_NAME);
     choice.hasCustomBorderColors = customBorderColors(device, extensions);
     choice.hasMirrorClamp = mirrorClamp(device);
+    choice.hasSmoothLines = smoothLines(device, extensions);
+    // Every device has one of the two.
+    if (!canBeDepthTarget(device, choice.stencilFormat))
+        choice.stencilFormat = VK_FORMAT_D24_UNORM_S8_UINT;
+    if (const char* without = std::getenv("VL_DEVICE_WITHOUT")) leaveOff(choice, without);
 
     auto driver = vulkan::vkInfo<VkPhysicalDeviceDriverProperties>(
             VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_DRIVER_PROPERTIES);

@@ -1,6 +1,7 @@
 #include "vulkan/GpuImage.h"
 
 #include "vulkan/Device.h"
+#include "vulkan/Translate.h"
 #include "vulkan/VkText.h"
 
 #include <fmt/format.h>
@@ -30,7 +31,7 @@ constexpr std::array<Scope, 7> scopes{{
          VK_PIPELINE_STAGE_2_COLOR_ATTACHMENT_OUTPUT_BIT,
          VK_ACCESS_2_COLOR_ATTACHMENT_READ_BIT | VK_ACCESS_2_COLOR_ATTACHMENT_WRITE_BIT,
          true},
-        {VK_IMAGE_LAYOUT_DEPTH_ATTACHMENT_OPTIMAL,
+        {VK_IMAGE_LAYOUT_DEPTH_STENCIL_ATTACHMENT_OPTIMAL,
          depthStages,
          VK_ACCESS_2_DEPTH_STENCIL_ATTACHMENT_READ_BIT |
                  VK_ACCESS_2_DEPTH_STENCIL_ATTACHMENT_WRITE_BIT,
@@ -58,10 +59,6 @@ const Scope& scopeOf(ImageUse use) {
 
 VkImageLayout layoutOf(ImageUse use) {
     return scopeOf(use).layout;
-}
-
-bool isDepthFormat(VkFormat format) {
-    return format == VK_FORMAT_D32_SFLOAT;
 }
 
 void imageBarrier(VkCommandBuffer commands,
@@ -150,8 +147,12 @@ vlCommon::Result<GpuImage> GpuImage::create(const ImageDescription& description,
     view.image = made.image_;
     view.viewType = VK_IMAGE_VIEW_TYPE_2D;
     view.format = description.viewFormat;
-    view.subresourceRange = {made.aspect(), 0, description.mipCount, 0, 1};
+    view.subresourceRange = {made.readAspect(), 0, description.mipCount, 0, 1};
     result = vkCreateImageView(device.get(), &view, nullptr, &made.view_);
+    if (result == VK_SUCCESS && made.aspect() != made.readAspect()) {
+        view.subresourceRange.aspectMask = made.aspect();
+        result = vkCreateImageView(device.get(), &view, nullptr, &made.targetView_);
+    }
     if (result != VK_SUCCESS) return tl::unexpected(check(result, size).error());
     return made;
 }
@@ -160,10 +161,17 @@ GpuImage::~GpuImage() {
     if (image_ == VK_NULL_HANDLE) return;
     Device& device = *Device::getInstance();
     device.retire(view_);
+    device.retire(targetView_);
     device.retire(image_, allocation_);
 }
 
 VkImageAspectFlags GpuImage::aspect() const {
+    if (hasStencil(description_.format))
+        return VK_IMAGE_ASPECT_DEPTH_BIT | VK_IMAGE_ASPECT_STENCIL_BIT;
+    return readAspect();
+}
+
+VkImageAspectFlags GpuImage::readAspect() const {
     return isDepthFormat(description_.format) ? VK_IMAGE_ASPECT_DEPTH_BIT
                                               : VK_IMAGE_ASPECT_COLOR_BIT;
 }

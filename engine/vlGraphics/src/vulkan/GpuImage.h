@@ -49,11 +49,16 @@ public:
 
     explicit operator bool() const { return image_ != VK_NULL_HANDLE; }
     VkImage get() const { return image_; }
-    /// Every level, as shaders and passes see it.
+    /// Every level, as shaders see it: of depth with stencil, the depth alone.
     VkImageView view() const { return view_; }
+    /// As passes draw into it, stencil included.
+    VkImageView targetView() const { return targetView_ != VK_NULL_HANDLE ? targetView_ : view_; }
     const ImageDescription& description() const { return description_; }
     VkExtent2D extent() const { return description_.extent; }
+    /// All that the memory holds: what barriers and clears name.
     VkImageAspectFlags aspect() const;
+    /// Colour or depth: what shaders and copies read.
+    VkImageAspectFlags readAspect() const;
     ImageUse use() const { return use_; }
 
     /// Records the barrier from the last use to the next one; none where both only read alike. With
@@ -67,6 +72,7 @@ private:
         std::swap(image_, other.image_);
         std::swap(allocation_, other.allocation_);
         std::swap(view_, other.view_);
+        std::swap(targetView_, other.targetView_);
         std::swap(description_, other.description_);
         std::swap(use_, other.use_);
     }
@@ -74,11 +80,10 @@ private:
     VkImage image_ = VK_NULL_HANDLE;
     VmaAllocation allocation_ = VK_NULL_HANDLE;
     VkImageView view_ = VK_NULL_HANDLE;
+    VkImageView targetView_ = VK_NULL_HANDLE; ///< only where it differs
     ImageDescription description_;
     ImageUse use_ = ImageUse::undefined;
 };
-
-bool isDepthFormat(VkFormat format);
 
 /// A barrier between two uses of some levels of an image.
 void imageBarrier(VkCommandBuffer commands,

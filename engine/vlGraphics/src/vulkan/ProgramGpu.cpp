@@ -3,6 +3,7 @@
 #include "programs/BindingModel.h"
 #include "render/Pipelines.h"
 #include "vulkan/Device.h"
+#include "vulkan/SecondSource.h"
 #include "vulkan/Translate.h"
 #include "vulkan/VkText.h"
 
@@ -164,6 +165,11 @@ vlCommon::Result<std::unique_ptr<Program::Gpu>> makeProgramGpu(const CompiledPro
     gpu->reflection = program.reflection;
     if (auto made = makeLayout(*gpu); !made) return tl::unexpected(made.error());
     if (auto made = makeModules(*gpu, program); !made) return tl::unexpected(made.error());
+    constexpr std::uint32_t firstTwo = 3;
+    if ((gpu->reflection.colorTargetMask & firstTwo) == firstTwo &&
+        Device::getInstance()->features().dualSrcBlend == VK_TRUE)
+        gpu->secondSourcePixel = vulkan::withSecondSource(
+                program.spirv[static_cast<std::size_t>(SHADER_TYPE::PIXEL)]);
     return gpu;
 }
 

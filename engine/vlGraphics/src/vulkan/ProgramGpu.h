@@ -35,6 +35,9 @@ struct Program::Gpu {
     std::vector<Set> sets; ///< by space
     VkPipelineLayout layout = VK_NULL_HANDLE;
     ProgramReflection reflection;
+    /// The pixel stage with its second output as the second source of blending; empty where it has
+    /// none or the device cannot.
+    std::vector<std::uint32_t> secondSourcePixel;
     /// Has a resource that scene draws cannot provide (an unordered access view).
     bool needsUnorderedAccess = false;
 };

@@ -56,6 +56,11 @@ Pixel decodePixel(VkFormat format, const std::byte* at) {
         return {byte(0), byte(1), 0, 1};
     case VK_FORMAT_R16_SFLOAT:
         return {half(0), half(0), half(0), 1};
+    case VK_FORMAT_D24_UNORM_S8_UINT: {
+        const std::uint32_t bits = valueAt<std::uint32_t>(at) & 0xFFFFFFU;
+        const float value = static_cast<float>(bits) / 16777215.0F;
+        return {value, value, value, 1};
+    }
     case VK_FORMAT_A2B10G10R10_UNORM_PACK32: {
         const auto bits = valueAt<std::uint32_t>(at);
         const auto ten = [bits](std::uint32_t shift) {
@@ -112,7 +117,7 @@ std::uint32_t pixelSize(VkFormat format) {
 void recordReadback(VkCommandBuffer commands, GpuImage& image, VkRect2D area, VkBuffer target) {
     image.become(commands, ImageUse::transferSource);
     VkBufferImageCopy region{};
-    region.imageSubresource = {image.aspect(), 0, 0, 1};
+    region.imageSubresource = {image.readAspect(), 0, 0, 1};
     region.imageOffset = {area.offset.x, area.offset.y, 0};
     region.imageExtent = {area.extent.width, area.extent.height, 1};
     vkCmdCopyImageToBuffer(

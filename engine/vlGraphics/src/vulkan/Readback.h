@@ -9,7 +9,8 @@
 
 namespace vlGraphics::vulkan {
 
-/// Bytes of a pixel as it is copied out of an image; 0 for formats that are not copied.
+/// Bytes of a pixel as it is copied out of an image (of depth with stencil, the depth); 0 for
+/// formats that are not copied.
 std::uint32_t pixelSize(VkFormat format);
 
 /// Records the copy of a rectangle of level 0 into the start of a buffer, rows tightly packed, and

@@ -2,6 +2,7 @@
 #include "vulkan/Device.h"
 #include "vulkan/Readback.h"
 #include "vulkan/RenderContextGpu.h"
+#include "vulkan/Translate.h"
 
 #include <vlGraphics/System.h>
 
@@ -25,11 +26,11 @@ vlCommon::Result<GpuImage> makeBackBuffer(VkExtent2D extent) {
     return GpuImage::create(description, "back buffer");
 }
 
-vlCommon::Result<GpuImage> makeDepthBuffer(VkExtent2D extent) {
+vlCommon::Result<GpuImage> makeDepthBuffer(VkExtent2D extent, VkFormat format) {
     vulkan::ImageDescription description;
     description.extent = extent;
-    description.format = VK_FORMAT_D32_SFLOAT;
-    description.viewFormat = VK_FORMAT_D32_SFLOAT;
+    description.format = format;
+    description.viewFormat = format;
     description.usage = VK_IMAGE_USAGE_DEPTH_STENCIL_ATTACHMENT_BIT;
     return GpuImage::create(description, "depth buffer");
 }
@@ -41,6 +42,20 @@ Camera* resolveCamera(Handle<Camera> camera) {
 }
 
 } // namespace
+
+void RenderContext::Gpu::addStencil() {
+    const VkFormat format = Device::getInstance()->choice().stencilFormat;
+    if (!depth || vulkan::hasStencil(depth.description().format)) return;
+    auto made = makeDepthBuffer(depth.extent(), format);
+    if (!made) {
+        Device::getInstance()->logOnce(
+                fmt::format("The stencil test passes everywhere: {}", made.error().message));
+        return;
+    }
+    // What earlier operations left in the depth buffer is lost: the next frame has it right.
+    if (depth.use() != vulkan::ImageUse::undefined) ChangeCount::bump();
+    depth = *std::move(made);
+}
 
 RenderContext::RenderContext(const RenderContextDescriptor& descriptor)
     : surface_(&descriptor.getSurface()), gpu_(std::make_unique<Gpu>()) {
@@ -70,7 +85,9 @@ vlCommon::Result<> RenderContext::apply() {
                                           most));
     auto backBuffer = makeBackBuffer({width, height});
     if (!backBuffer) return tl::unexpected(backBuffer.error());
-    auto depth = makeDepthBuffer({width, height});
+    const VkFormat old = gpu_->depth.description().format;
+    auto depth =
+            makeDepthBuffer({width, height}, vulkan::hasStencil(old) ? old : VK_FORMAT_D32_SFLOAT);
     if (!depth) return tl::unexpected(depth.error());
     gpu_->backBuffer = *std::move(backBuffer);
     gpu_->depth = *std::move(depth);

@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace vlGraphics {
 
@@ -24,6 +25,42 @@ VkBorderColor nearestBorder(const std::array<float, 4>& color) {
 bool isStandardBorder(const std::array<float, 4>& color) {
     using Color = std::array<float, 4>;
     return color == Color{0, 0, 0, 0} || color == Color{0, 0, 0, 1} || color == Color{1, 1, 1, 1};
+}
+
+void note(const Sampler& sampler, std::string_view fault) {
+    Device::getInstance()->logOnce(
+            fmt::format("{} '{}': {}", Sampler::kindName, sampler.getName(), fault));
+}
+
+bool showsBorder(const Sampler::Settings& settings) {
+    constexpr auto border = TEXTURE_ADDRESS_MODE::BORDER;
+    return settings.addressU == border || settings.addressV == border ||
+           settings.addressW == border;
+}
+
+/// What the device does in another way than asked for.
+void noteFallbacks(const Sampler& sampler) {
+    const Sampler::Settings& settings = sampler.getSettings();
+    const Device& device = *Device::getInstance();
+    constexpr auto once = TEXTURE_ADDRESS_MODE::MIRROR_ONCE;
+    const bool mirrorsOnce =
+            settings.addressU == once || settings.addressV == once || settings.addressW == once;
+    if (mirrorsOnce && !device.choice().hasMirrorClamp)
+        note(sampler, "the device cannot mirror once: the edge goes on instead");
+    if (showsBorder(settings) && !isStandardBorder(settings.borderColor) &&
+        !device.choice().hasCustomBorderColors)
+        note(sampler,
+             "the device has no such border colour: the nearest of transparent black, opaque black "
+             "and opaque white takes its place");
+    const float most = device.features().samplerAnisotropy == VK_TRUE
+                               ? device.limits().maxSamplerAnisotropy
+                               : 1.0F;
+    if (vulkan::filterParts(settings.filter).anisotropic &&
+        static_cast<float>(settings.anisotropy) > most)
+        note(sampler, fmt::format("the device's anisotropy goes up to {}", most));
+    if (std::abs(settings.lodBias) > device.limits().maxSamplerLodBias)
+        note(sampler,
+             fmt::format("the device's LOD bias goes up to {}", device.limits().maxSamplerLodBias));
 }
 
 VkSamplerAddressMode addressMode(TEXTURE_ADDRESS_MODE mode) {
@@ -75,13 +112,15 @@ vlCommon::Result<> Sampler::load() {
     const Device* device = Device::getInstance();
     if (device == nullptr)
         return vlCommon::fail(fmt::format("sampler '{}': there is no device", getName()));
+    noteFallbacks(*this);
     VkSamplerCreateInfo info = samplerInfo(settings_);
     auto border = vulkan::vkInfo<VkSamplerCustomBorderColorCreateInfoEXT>(
             VK_STRUCTURE_TYPE_SAMPLER_CUSTOM_BORDER_COLOR_CREATE_INFO_EXT);
     std::copy(settings_.borderColor.begin(),
               settings_.borderColor.end(),
               border.customBorderColor.float32);
-    if (!isStandardBorder(settings_.borderColor) && device->choice().hasCustomBorderColors) {
+    if (showsBorder(settings_) && !isStandardBorder(settings_.borderColor) &&
+        device->choice().hasCustomBorderColors) {
         info.borderColor = VK_BORDER_COLOR_FLOAT_CUSTOM_EXT;
         info.pNext = &border;
     }

@@ -85,9 +85,11 @@ vlCommon::Result<> checkSize(const Texture& texture) {
 
 vlCommon::Result<GpuImage> makeImage(const Texture& texture, const vlImages::Image& picture) {
     const FORMAT wanted = picture.empty() ? texture.getFormat() : formatOf(picture);
-    const VkFormat format =
+    VkFormat format =
             vulkan::textureFormat(wanted, texture.getRenderFlag(), texture.isGammaCorrected());
     const VkFormatFeatureFlags needed = neededFeatures(texture.getRenderFlag());
+    if (vulkan::hasStencil(format) && (featuresOf(format) & needed) != needed)
+        format = Device::getInstance()->choice().stencilFormat;
     if (format == VK_FORMAT_UNDEFINED || (featuresOf(format) & needed) != needed)
         return vlCommon::fail(fmt::format("{}: format {} cannot be used for it",
                                           nameOf(texture),

@@ -28,6 +28,7 @@ constexpr std::array formatRows{
         FormatRow{16, VK_FORMAT_R32G32_SFLOAT, VK_FORMAT_UNDEFINED, true, true, false},
         FormatRow{17, VK_FORMAT_R32G32_UINT, VK_FORMAT_UNDEFINED, false, true, true},
         FormatRow{18, VK_FORMAT_R32G32_SINT, VK_FORMAT_UNDEFINED, false, true, true},
+        FormatRow{20, VK_FORMAT_D32_SFLOAT_S8_UINT, VK_FORMAT_UNDEFINED, true, false, false},
         FormatRow{24, VK_FORMAT_A2B10G10R10_UNORM_PACK32, VK_FORMAT_UNDEFINED, true, false, false},
         FormatRow{26, VK_FORMAT_B10G11R11_UFLOAT_PACK32, VK_FORMAT_UNDEFINED, true, false, false},
         FormatRow{28, VK_FORMAT_R8G8B8A8_UNORM, VK_FORMAT_R8G8B8A8_SRGB, true, true, false},
@@ -37,6 +38,7 @@ constexpr std::array formatRows{
         FormatRow{41, VK_FORMAT_R32_SFLOAT, VK_FORMAT_UNDEFINED, true, true, false},
         FormatRow{42, VK_FORMAT_R32_UINT, VK_FORMAT_UNDEFINED, true, true, true},
         FormatRow{43, VK_FORMAT_R32_SINT, VK_FORMAT_UNDEFINED, false, true, true},
+        FormatRow{45, VK_FORMAT_D24_UNORM_S8_UINT, VK_FORMAT_UNDEFINED, true, false, false},
         FormatRow{49, VK_FORMAT_R8G8_UNORM, VK_FORMAT_UNDEFINED, true, false, false},
         FormatRow{54, VK_FORMAT_R16_SFLOAT, VK_FORMAT_UNDEFINED, true, false, false},
         FormatRow{61, VK_FORMAT_R8_UNORM, VK_FORMAT_UNDEFINED, true, false, false},
@@ -61,14 +63,22 @@ Value pick(const std::array<Value, count>& table, Enum value, std::uint32_t firs
 
 } // namespace
 
+bool isDepthFormat(VkFormat format) {
+    return format == VK_FORMAT_D32_SFLOAT || hasStencil(format);
+}
+
+bool hasStencil(VkFormat format) {
+    return format == VK_FORMAT_D32_SFLOAT_S8_UINT || format == VK_FORMAT_D24_UNORM_S8_UINT;
+}
+
 VkFormat textureFormat(FORMAT format, RENDER_FLAG flag, bool gammaCorrected) {
     const FormatRow* row = rowOf(format);
     if (row == nullptr || !row->texture) return VK_FORMAT_UNDEFINED;
-    if (flag == RENDER_FLAG::DEPTH_TARGET)
-        return row->linear == VK_FORMAT_D32_SFLOAT || row->linear == VK_FORMAT_R32_SFLOAT
-                       ? VK_FORMAT_D32_SFLOAT
-                       : VK_FORMAT_UNDEFINED;
-    if (row->linear == VK_FORMAT_D32_SFLOAT) return VK_FORMAT_UNDEFINED;
+    if (flag == RENDER_FLAG::DEPTH_TARGET) {
+        if (row->linear == VK_FORMAT_R32_SFLOAT) return VK_FORMAT_D32_SFLOAT;
+        return isDepthFormat(row->linear) ? row->linear : VK_FORMAT_UNDEFINED;
+    }
+    if (isDepthFormat(row->linear)) return VK_FORMAT_UNDEFINED;
     return gammaCorrected && row->gamma != VK_FORMAT_UNDEFINED ? row->gamma : row->linear;
 }
 

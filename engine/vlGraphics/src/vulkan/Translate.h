@@ -8,9 +8,12 @@ namespace vlGraphics::vulkan {
 // The only place where the engine's numbers (Direct3D's and DXGI's) meet Vulkan's. A number that is
 // no value of its enumeration gives what stands for the enumeration's start.
 
-/// Of a texture's memory. Targets of depth are D32, whatever float format they ask for;
-/// VK_FORMAT_UNDEFINED for formats that textures cannot have.
+/// Of a texture's memory. A target of depth that asks for R32_FLOAT is D32; VK_FORMAT_UNDEFINED for
+/// formats that textures cannot have.
 VkFormat textureFormat(FORMAT format, RENDER_FLAG flag, bool gammaCorrected);
+/// Of the formats that textureFormat() gives.
+bool isDepthFormat(VkFormat format);
+bool hasStencil(VkFormat format);
 /// VK_FORMAT_UNDEFINED for formats that vertices cannot have.
 VkFormat vertexFormat(FORMAT format);
 /// The format's components are integers, as the shader sees them.

@@ -1,6 +1,7 @@
 #include "vulkan/Upload.h"
 
 #include "vulkan/Device.h"
+#include "vulkan/Translate.h"
 #include "vulkan/VkText.h"
 
 #include <algorithm>
@@ -166,7 +167,7 @@ vlCommon::Result<> Upload::toImage(GpuImage& target, std::span<const std::byte> 
     target.become(buffer, ImageUse::transferTarget, true);
     VkBufferImageCopy region{};
     region.bufferOffset = slice->offset;
-    region.imageSubresource = {target.aspect(), 0, 0, 1};
+    region.imageSubresource = {target.readAspect(), 0, 0, 1};
     region.imageExtent = {target.extent().width, target.extent().height, 1};
     vkCmdCopyBufferToImage(
             buffer, slice->buffer, target.get(), layoutOf(ImageUse::transferTarget), 1, &region);
@@ -218,7 +219,7 @@ vlCommon::Result<> Upload::clear(GpuImage& target) {
     target.become(buffer, ImageUse::transferTarget, true);
     const VkImageSubresourceRange range = wholeOf(target);
     const VkImageLayout layout = layoutOf(ImageUse::transferTarget);
-    if (target.aspect() == VK_IMAGE_ASPECT_DEPTH_BIT) {
+    if (isDepthFormat(target.description().format)) {
         const VkClearDepthStencilValue far{1, 0};
         vkCmdClearDepthStencilImage(buffer, target.get(), layout, &far, 1, &range);
     } else {

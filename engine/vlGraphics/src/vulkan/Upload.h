@@ -29,7 +29,7 @@ public:
     /// Fills level 0 from tightly packed rows, and the further levels by halving; the image can be
     /// sampled afterwards.
     vlCommon::Result<> toImage(GpuImage& target, std::span<const std::byte> pixels);
-    /// Colours 0, depth 1.
+    /// Colours 0, depth 1, stencil 0.
     vlCommon::Result<> clear(GpuImage& target);
 
     /// To record transfers into; null when the device is out of memory.
