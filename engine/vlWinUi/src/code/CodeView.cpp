@@ -87,6 +87,7 @@ CodeView::CodeView()
     setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     ownFontSize_ = font().pointSizeF();
     setLineWrapMode(NoWrap);
+    setProperty("code", true);
     connect(this, &QPlainTextEdit::blockCountChanged, this, [this] {
         placeParts();
         if (!problems_.empty()) indexProblems();
@@ -210,7 +211,13 @@ void CodeView::updateSelections() {
     for (const auto& [block, problem] : problemsByLine_) {
         QTextEdit::ExtraSelection marked;
         marked.cursor = problem.line;
+        const QString text = marked.cursor.block().text();
+        const auto code =
+                std::ranges::find_if_not(text, [](QChar letter) { return letter.isSpace(); });
         marked.cursor.movePosition(QTextCursor::StartOfBlock);
+        marked.cursor.movePosition(QTextCursor::NextCharacter,
+                                   QTextCursor::MoveAnchor,
+                                   static_cast<int>(code - text.begin()));
         marked.cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
         marked.format.setUnderlineStyle(QTextCharFormat::WaveUnderline);
         marked.format.setUnderlineColor(colorOf(problem.emphasis, shades()));
