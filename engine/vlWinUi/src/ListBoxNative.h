@@ -13,7 +13,7 @@ namespace vlWinUi {
 
 /** The view of a ListBox with its entries and what is selected of them. */
 struct ListBoxNative final : Native {
-    static constexpr qsizetype FEW_RANGES = 32;
+    static constexpr qsizetype FEW_RANGES = 6;
 
     ListBoxNative();
     ListView& view() const { return *static_cast<ListView*>(widget); }
