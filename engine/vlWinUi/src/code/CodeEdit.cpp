@@ -8,7 +8,6 @@
 #include <vlWinUi/CodeEdit.h>
 
 #include <QApplication>
-#include <QLineEdit>
 
 #include <algorithm>
 
@@ -18,8 +17,8 @@ namespace {
 struct CodeEditNative final : Native {
     CodeEditNative() : Native(new CodeView) {
         listenTo(view().viewport());
-        for (auto* field : view().findBar().findChildren<QLineEdit*>())
-            listenTo(field);
+        for (auto* part : view().findBar().findChildren<QWidget*>())
+            listenTo(part);
         connect(&view(), &QPlainTextEdit::textChanged, this, [this] {
             if (quiet > 0) return;
             touched = true;

@@ -127,6 +127,9 @@ TEST_F(CodeEditTest, AFreshTextLeavesTheCursorAndTheViewWhereTheyAre) {
     EXPECT_EQ(view().verticalScrollBar()->value(), top + 2);
     key(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_TRUE(code->getText().ends_with("-- end"));
+    view().setTextCursor(QTextCursor(view().document()->findBlockByNumber(4)));
+    code->setText("other\n1\n2\n3\n4\n5\n6\nnothing like it");
+    EXPECT_EQ(code->getLine(), 5U);
     code->setText("short");
     EXPECT_EQ(code->getText(), "short");
     EXPECT_EQ(code->getLine(), 1U);

@@ -6,11 +6,8 @@
 #include "code/FindBar.h"
 #include "code/LineNumbers.h"
 
-#include <QAction>
-#include <QContextMenuEvent>
 #include <QFontDatabase>
 #include <QHelpEvent>
-#include <QMenu>
 #include <QScrollBar>
 #include <QToolTip>
 #include <QWheelEvent>
@@ -45,36 +42,6 @@ Difference differenceOf(const QString& before, const QString& after) {
     return {begin, before.size() - same, after.size() - same};
 }
 
-bool isUndo(const QKeyEvent& key) {
-    return key.matches(QKeySequence::Undo);
-}
-
-bool isRedo(const QKeyEvent& key) {
-    const bool control = key.modifiers().testFlag(Qt::ControlModifier);
-    const bool shift = key.modifiers().testFlag(Qt::ShiftModifier);
-    return key.matches(QKeySequence::Redo) || (control && shift && key.key() == Qt::Key_Z) ||
-           (control && !shift && key.key() == Qt::Key_Y);
-}
-
-/// What the view does with Ctrl, so that no shortcut of the window takes it.
-bool isCommand(const QKeyEvent& key) {
-    if (key.key() == Qt::Key_F3) return true;
-    if (!key.modifiers().testFlag(Qt::ControlModifier)) return false;
-    switch (key.key()) {
-    case Qt::Key_F:
-    case Qt::Key_H:
-    case Qt::Key_G:
-    case Qt::Key_Slash:
-    case Qt::Key_Plus:
-    case Qt::Key_Equal:
-    case Qt::Key_Minus:
-    case Qt::Key_0:
-        return !key.modifiers().testFlag(Qt::AltModifier);
-    default:
-        return isUndo(key) || isRedo(key);
-    }
-}
-
 } // namespace
 
 QColor colorOf(Emphasis emphasis, const Shades& shades) {
@@ -87,6 +54,7 @@ CodeView::CodeView()
     setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     ownFontSize_ = font().pointSizeF();
     setLineWrapMode(NoWrap);
+    setProperty("code", true);
     connect(this, &QPlainTextEdit::blockCountChanged, this, [this] {
         placeParts();
         if (!problems_.empty()) indexProblems();
@@ -128,7 +96,16 @@ void CodeView::setText(const QString& text) {
     const bool above = edit.blockNumber() < top;
     edit.setPosition(static_cast<int>(changed.oldEnd), QTextCursor::KeepAnchor);
     const bool whollyAbove = above && edit.blockNumber() < top;
+    QTextCursor cursor = textCursor();
+    const int line = cursor.blockNumber();
+    const int column = cursor.positionInBlock();
+    const bool inside = cursor.position() > changed.begin && cursor.position() < changed.oldEnd;
     edit.insertText(text.mid(changed.begin, changed.newEnd - changed.begin));
+    if (inside) {
+        const QTextBlock at = document()->findBlockByNumber(std::min(line, blockCount() - 1));
+        cursor.setPosition(at.position() + std::min(column, at.length() - 1));
+        setTextCursor(cursor);
+    }
     document()->clearUndoRedoStacks();
     verticalScrollBar()->setValue(whollyAbove ? top + blockCount() - linesBefore : top);
 }
@@ -210,7 +187,13 @@ void CodeView::updateSelections() {
     for (const auto& [block, problem] : problemsByLine_) {
         QTextEdit::ExtraSelection marked;
         marked.cursor = problem.line;
+        const QString text = marked.cursor.block().text();
+        const auto code =
+                std::ranges::find_if_not(text, [](QChar letter) { return letter.isSpace(); });
         marked.cursor.movePosition(QTextCursor::StartOfBlock);
+        marked.cursor.movePosition(QTextCursor::NextCharacter,
+                                   QTextCursor::MoveAnchor,
+                                   static_cast<int>(code - text.begin()));
         marked.cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
         marked.format.setUnderlineStyle(QTextCharFormat::WaveUnderline);
         marked.format.setUnderlineColor(colorOf(problem.emphasis, shades()));
@@ -258,100 +241,11 @@ void CodeView::placeParts() {
     findBar_.setGeometry(rows.x() - gutter, rows.bottom() + 1, rows.width() + gutter, bar);
 }
 
-bool CodeView::event(QEvent* event) {
-    if (event->type() == QEvent::ShortcutOverride &&
-        isCommand(*static_cast<const QKeyEvent*>(event))) {
-        event->accept();
-        return true;
-    }
-    return QPlainTextEdit::event(event);
-}
-
 bool CodeView::viewportEvent(QEvent* event) {
     if (event->type() != QEvent::ToolTip) return QPlainTextEdit::viewportEvent(event);
     const auto& help = *static_cast<const QHelpEvent*>(event);
     showProblem(help.pos().y(), help.globalPos());
     return true;
-}
-
-void CodeView::keyPressEvent(QKeyEvent* event) {
-    if (handleCommand(*event) || (!isReadOnly() && handleEdit(*event)))
-        event->accept();
-    else
-        QPlainTextEdit::keyPressEvent(event);
-}
-
-bool CodeView::handleCommand(const QKeyEvent& key) {
-    if (key.key() == Qt::Key_Escape && findBar_.isVisible()) {
-        findBar_.close();
-        return true;
-    }
-    if (!isCommand(key)) return false;
-    const bool shift = key.modifiers().testFlag(Qt::ShiftModifier);
-    switch (key.key()) {
-    case Qt::Key_F3:
-        findBar_.findNext(shift);
-        return true;
-    case Qt::Key_F:
-        findBar_.open(FindBar::Mode::Find);
-        return true;
-    case Qt::Key_H:
-        findBar_.open(FindBar::Mode::Replace);
-        return true;
-    case Qt::Key_G:
-        findBar_.open(FindBar::Mode::Line);
-        return true;
-    case Qt::Key_Slash:
-        if (!isReadOnly() && highlighter_.getRules() != nullptr)
-            CodeLines::toggleComment(textCursor(), highlighter_.getRules()->lineComment);
-        return true;
-    case Qt::Key_Plus:
-    case Qt::Key_Equal:
-        zoom(1);
-        return true;
-    case Qt::Key_Minus:
-        zoom(-1);
-        return true;
-    case Qt::Key_0:
-        resetZoom();
-        return true;
-    default:
-        undoOrRedo(isRedo(key));
-        return true;
-    }
-}
-
-bool CodeView::handleEdit(const QKeyEvent& key) {
-    const auto held = key.modifiers() & ~Qt::KeypadModifier;
-    const bool backTab =
-            key.key() == Qt::Key_Backtab || (key.key() == Qt::Key_Tab && held == Qt::ShiftModifier);
-    if (backTab) {
-        CodeLines::outdent(textCursor());
-    } else if (key.key() == Qt::Key_Tab && held == Qt::NoModifier) {
-        const QTextCursor cursor = textCursor();
-        const bool lines = cursor.selectedText().contains(QChar::ParagraphSeparator);
-        if (lines)
-            CodeLines::indent(cursor);
-        else
-            insertPlainText(QString(CodeLines::INDENT, u' '));
-    } else if ((key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) &&
-               (held == Qt::NoModifier || held == Qt::ShiftModifier)) {
-        CodeLines::breakLine(textCursor());
-    } else {
-        return false;
-    }
-    ensureCursorVisible();
-    return true;
-}
-
-void CodeView::undoOrRedo(bool redoing) {
-    const auto asked = undoWanted;
-    const QPointer<CodeView> self = this;
-    if ((asked && asked(redoing)) || self.isNull() || isReadOnly()) return;
-    if (redoing)
-        redo();
-    else
-        undo();
 }
 
 void CodeView::wheelEvent(QWheelEvent* event) {
@@ -372,19 +266,6 @@ void CodeView::changeEvent(QEvent* event) {
     highlighter_.colorAnew();
     updateSelections();
     numbers_.update();
-}
-
-void CodeView::contextMenuEvent(QContextMenuEvent* event) {
-    auto* menu = createStandardContextMenu(event->pos());
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    for (const bool redoing : {false, true}) {
-        auto* action = menu->findChild<QAction*>(redoing ? "edit-redo" : "edit-undo");
-        if (action == nullptr || !undoWanted) continue;
-        action->disconnect();
-        action->setEnabled(true);
-        connect(action, &QAction::triggered, this, [this, redoing] { undoOrRedo(redoing); });
-    }
-    menu->popup(event->globalPos());
 }
 
 } // namespace vlWinUi
