@@ -6,7 +6,7 @@
 namespace vlEditor {
 
 std::span<const AnyKind* const> allKinds() {
-    static const std::array kinds{&blendStateKind(), &depthStencilStateKind()};
+    static const std::array kinds{&blendStateKind(), &depthStencilStateKind(), &rasterStateKind()};
     return kinds;
 }
 

@@ -98,7 +98,7 @@ TEST_P(Kinds, EachWidgetSetsWhatItShowsAndNothingElse) {
 
 INSTANTIATE_TEST_SUITE_P(Automation,
                          Kinds,
-                         testing::Values("blend_state", "depth_stencil_state"),
+                         testing::Values("blend_state", "depth_stencil_state", "raster_state"),
                          [](const auto& test) { return std::string(test.param); });
 
 TEST(Automation, TheViewportDrawsWithAWindowAndWithoutADisplay) {
