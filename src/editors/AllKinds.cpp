@@ -6,7 +6,8 @@
 namespace vlEditor {
 
 std::span<const AnyKind* const> allKinds() {
-    static const std::array kinds{&blendStateKind(), &depthStencilStateKind(), &rasterStateKind()};
+    static const std::array kinds{
+            &blendStateKind(), &depthStencilStateKind(), &rasterStateKind(), &samplerKind()};
     return kinds;
 }
 

@@ -9,6 +9,7 @@ namespace vlEditor {
 const AnyKind& blendStateKind();
 const AnyKind& depthStencilStateKind();
 const AnyKind& rasterStateKind();
+const AnyKind& samplerKind();
 
 /// Every kind of resource that has an editor. What one refers to comes before it.
 std::span<const AnyKind* const> allKinds();

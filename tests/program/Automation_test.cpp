@@ -96,10 +96,11 @@ TEST_P(Kinds, EachWidgetSetsWhatItShowsAndNothingElse) {
     keep(pictureOf(folder.path() / (name + ".png")), name);
 }
 
-INSTANTIATE_TEST_SUITE_P(Automation,
-                         Kinds,
-                         testing::Values("blend_state", "depth_stencil_state", "raster_state"),
-                         [](const auto& test) { return std::string(test.param); });
+INSTANTIATE_TEST_SUITE_P(
+        Automation,
+        Kinds,
+        testing::Values("blend_state", "depth_stencil_state", "raster_state", "sampler"),
+        [](const auto& test) { return std::string(test.param); });
 
 TEST(Automation, TheViewportDrawsWithAWindowAndWithoutADisplay) {
     const std::string script = source("tests/program/viewport.lua").string();

@@ -6,7 +6,7 @@ local base, readEngine, readRecord
 
 local function flat(value, path, into)
     if type(value) ~= "table" then
-        into[path] = value
+        into[path] = type(value) == "userdata" and tostring(value) or value
         return into
     end
     for key, member in pairs(value) do
