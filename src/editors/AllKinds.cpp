@@ -6,8 +6,11 @@
 namespace vlEditor {
 
 std::span<const AnyKind* const> allKinds() {
-    static const std::array kinds{
-            &blendStateKind(), &depthStencilStateKind(), &rasterStateKind(), &samplerKind()};
+    static const std::array kinds{&blendStateKind(),
+                                  &bufferKind(),
+                                  &depthStencilStateKind(),
+                                  &rasterStateKind(),
+                                  &samplerKind()};
     return kinds;
 }
 

@@ -7,6 +7,7 @@ namespace vlEditor {
 
 // Adding a kind: its folder, and a line here and in AllKinds.cpp.
 const AnyKind& blendStateKind();
+const AnyKind& bufferKind();
 const AnyKind& depthStencilStateKind();
 const AnyKind& rasterStateKind();
 const AnyKind& samplerKind();

@@ -30,8 +30,6 @@ void listResources(const vlKestrion::ProjectLoadResult& loaded) {
     for (const AnyKind* kind : allKinds())
         kind->adopt(resources);
     // Kinds without an editor are only offered by their pick lists.
-    list("UAV_POP_UP_LIST", resources.getBuffers());
-    list("TEXTURE_BUFFER_POP_UP_LIST", resources.getBuffers());
     list("SCRIPT_POP_UP_LIST", resources.getScripts());
     list("CAMERA_POP_UP_LIST", resources.getCameras());
     list("RENDER_QUEUE_POP_UP_LIST", resources.getRenderQueues());

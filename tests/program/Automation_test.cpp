@@ -99,7 +99,7 @@ TEST_P(Kinds, EachWidgetSetsWhatItShowsAndNothingElse) {
 INSTANTIATE_TEST_SUITE_P(
         Automation,
         Kinds,
-        testing::Values("blend_state", "depth_stencil_state", "raster_state", "sampler"),
+        testing::Values("blend_state", "buffer", "depth_stencil_state", "raster_state", "sampler"),
         [](const auto& test) { return std::string(test.param); });
 
 TEST(Automation, TheViewportDrawsWithAWindowAndWithoutADisplay) {
