@@ -6,7 +6,11 @@
 namespace vlEditor {
 
 std::span<const AnyKind* const> allKinds() {
-    static const std::array kinds{&blendStateKind()};
+    static const std::array kinds{&blendStateKind(),
+                                  &bufferKind(),
+                                  &depthStencilStateKind(),
+                                  &rasterStateKind(),
+                                  &samplerKind()};
     return kinds;
 }
 

@@ -7,6 +7,10 @@ namespace vlEditor {
 
 // Adding a kind: its folder, and a line here and in AllKinds.cpp.
 const AnyKind& blendStateKind();
+const AnyKind& bufferKind();
+const AnyKind& depthStencilStateKind();
+const AnyKind& rasterStateKind();
+const AnyKind& samplerKind();
 
 /// Every kind of resource that has an editor. What one refers to comes before it.
 std::span<const AnyKind* const> allKinds();

@@ -30,11 +30,6 @@ void listResources(const vlKestrion::ProjectLoadResult& loaded) {
     for (const AnyKind* kind : allKinds())
         kind->adopt(resources);
     // Kinds without an editor are only offered by their pick lists.
-    list("DEPTH_POP_UP_LIST", resources.getDepthStencilStates());
-    list("RASTER_POP_UP_LIST", resources.getRasterStates());
-    list("SAMPLER_POP_UP_LIST", resources.getSamplers());
-    list("UAV_POP_UP_LIST", resources.getBuffers());
-    list("TEXTURE_BUFFER_POP_UP_LIST", resources.getBuffers());
     list("SCRIPT_POP_UP_LIST", resources.getScripts());
     list("CAMERA_POP_UP_LIST", resources.getCameras());
     list("RENDER_QUEUE_POP_UP_LIST", resources.getRenderQueues());

@@ -85,6 +85,23 @@ TEST(Automation, ContainersTabsAndTheLogWithoutADisplay) {
                    noDisplay));
 }
 
+/** The widgets of one kind of resource, each for itself. */
+class Kinds : public testing::TestWithParam<const char*> {};
+
+TEST_P(Kinds, EachWidgetSetsWhatItShowsAndNothingElse) {
+    const Folder folder;
+    const std::string name = GetParam();
+    const std::string script = source("tests/program/" + name + ".lua").string();
+    expectGood(runText(folder, textOf(source("tests/program/kinds.lua")) + textOf(script)));
+    keep(pictureOf(folder.path() / (name + ".png")), name);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+        Automation,
+        Kinds,
+        testing::Values("blend_state", "buffer", "depth_stencil_state", "raster_state", "sampler"),
+        [](const auto& test) { return std::string(test.param); });
+
 TEST(Automation, TheViewportDrawsWithAWindowAndWithoutADisplay) {
     const std::string script = source("tests/program/viewport.lua").string();
     for (const bool headless : {false, true}) {
