@@ -10,6 +10,7 @@
 #include "interfaces/CommandInterpreter.h"
 #include "interfaces/InterfaceContainerCreator.h"
 #include "interfaces/PickLists.h"
+#include "interfaces/ViewedCamera.h"
 #include "scene/GraphElementUiDataTracker.h"
 #include "scene/GraphManager.h"
 #include "viewport/EngineSurfaceTable.h"
@@ -29,6 +30,7 @@ void endEngine() {
     // A job that runs may reach for the pool to its end.
     WorkerPool::getInstance().stop();
     WorkerPool::destroyInstance();
+    ViewedCamera::connect(nullptr);
     // The contexts go while their windows still exist.
     EngineWindowEngineDataTracker::destroyInstance();
     GraphManager::destroyInstance();

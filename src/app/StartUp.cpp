@@ -18,6 +18,7 @@
 #include "interfaces/LogInterfaceCreator.h"
 #include "interfaces/PickListDialog.h"
 #include "interfaces/PickLists.h"
+#include "interfaces/ViewedCamera.h"
 #include "project/OpenProject.h"
 #include "scene/GraphInterface.h"
 #include "scene/GraphManager.h"
@@ -82,7 +83,7 @@ void installCallbacks() {
 }
 
 bool prepareEngine() {
-    EngineWindowEngineDataTracker::getInstance();
+    ViewedCamera::connect(&EngineWindowEngineDataTracker::getInstance());
     GraphManager::getInstance();
     DefaultView::apply(*vlGraphics::CameraManager::getInstance()->getActiveRenderCamera());
     const auto made = BasicCompositor::create();

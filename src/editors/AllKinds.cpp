@@ -10,7 +10,8 @@ std::span<const AnyKind* const> allKinds() {
                                   &bufferKind(),
                                   &depthStencilStateKind(),
                                   &rasterStateKind(),
-                                  &samplerKind()};
+                                  &samplerKind(),
+                                  &cameraKind()};
     return kinds;
 }
 

@@ -11,6 +11,7 @@ const AnyKind& bufferKind();
 const AnyKind& depthStencilStateKind();
 const AnyKind& rasterStateKind();
 const AnyKind& samplerKind();
+const AnyKind& cameraKind();
 
 /// Every kind of resource that has an editor. What one refers to comes before it.
 std::span<const AnyKind* const> allKinds();

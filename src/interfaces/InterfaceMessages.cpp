@@ -2,6 +2,7 @@
 
 #include "interfaces/AddPickListEntriesMessage.h"
 #include "interfaces/CompleteCommandMessage.h"
+#include "interfaces/FollowCameraMessage.h"
 #include "interfaces/history/UndoMessage.h"
 
 namespace vlEditor {
@@ -9,6 +10,7 @@ namespace vlEditor {
 void registerInterfaceMessages(MessageRegistry& registry) {
     registry.add<AddPickListEntriesMessage>(MessageQueue::ui);
     registry.add<CompleteCommandMessage>(MessageQueue::graphics);
+    registry.add<FollowCameraMessage>(MessageQueue::graphics);
     registry.add<UndoMessage>(MessageQueue::graphics);
 }
 

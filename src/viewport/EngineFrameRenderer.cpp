@@ -1,6 +1,7 @@
 #include "viewport/EngineFrameRenderer.h"
 
 #include "viewport/EngineSurfaceState.h"
+#include "viewport/EngineWindowEngineDataTracker.h"
 
 #include <vlGraphics/ChangeCount.h>
 #include <vlGraphics/Compositor.h>
@@ -24,6 +25,8 @@ bool EngineFrameRenderer::tick(const RenderWindow& window) {
     const auto& surface = static_cast<const EngineSurfaceState&>(window);
     auto* context = vlGraphics::RenderContextManager::getInstance()->getRenderContextOf(surface);
     if (context == nullptr) return false;
+    auto* data = EngineWindowEngineDataTracker::getInstance().find(surface.getName());
+    if (data != nullptr) data->updateCamera();
     vlGraphics::System::getInstance()->tickForNewFrame(*context);
     return true;
 }

@@ -25,6 +25,11 @@ void EngineSurfaceState::setExposed(bool exposed) {
     exposed_ = exposed;
 }
 
+void EngineSurfaceState::setFocused() {
+    static std::uint64_t newest = 0;
+    focusOrder_ = ++newest;
+}
+
 std::unique_ptr<vlImages::Image> EngineSurfaceState::takePicture() {
     return std::unique_ptr<vlImages::Image>(picture_.exchange(nullptr));
 }

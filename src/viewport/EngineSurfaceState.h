@@ -25,6 +25,8 @@ public:
     void setNativeHandle(const vlWinUi::SurfaceHandle& handle);
     void setSize(std::uint32_t width, std::uint32_t height); ///< pixels
     void setExposed(bool exposed);
+    /// It has the input focus now, later than any other.
+    void setFocused();
     /// A mouse button is held in it.
     void setMouseCaptured(bool captured) { mouseCaptured_ = captured; }
     /// The newest picture that was presented and not taken yet; null when there is none.
@@ -36,6 +38,8 @@ public:
     /// Nothing is presented to it any more, for good.
     void setDetached() { detached_ = true; }
 
+    /// Greater than that of every one that had the input focus before; 0: it never had.
+    std::uint64_t getFocusOrder() const { return focusOrder_; }
     bool isMouseCaptured() const { return mouseCaptured_; }
     bool isFinalized() const { return finalized_; }
     bool isDetached() const { return detached_; }
@@ -56,6 +60,7 @@ private:
     std::atomic<std::uint32_t> window_ = 0;
     std::atomic<std::uint64_t> size_ = 0; ///< width in the upper half
     std::atomic<std::uint64_t> revision_ = 1;
+    std::atomic<std::uint64_t> focusOrder_ = 0;
     std::atomic<bool> exposed_ = false;
     std::atomic<bool> mouseCaptured_ = false;
     std::atomic<bool> finalized_ = false;

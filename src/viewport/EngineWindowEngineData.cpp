@@ -33,10 +33,8 @@ EngineWindowEngineData::EngineWindowEngineData(std::shared_ptr<EngineSurfaceStat
     vlGraphics::Camera& camera = *cameras.createOrRetrieve(cameraName(getName()));
     camera.prepareForContext(context_);
     camera.setHidden(true);
-    const auto handle = cameras.handleOf(&camera);
-    context_.setRenderCamera(handle);
-    context_.setCullingCamera(handle);
-    context_.setLodCamera(handle);
+    own_ = cameras.handleOf(&camera);
+    updateCamera();
 
     auto& compositors = *vlGraphics::CompositorManager::getInstance();
     vlGraphics::Compositor& copy = *compositors.createOrRetrieve(compositorName(getName()));
@@ -57,6 +55,21 @@ std::string EngineWindowEngineData::getBaseName() const {
 
 vlGraphics::Camera* EngineWindowEngineData::getCamera() const {
     return vlGraphics::CameraManager::getInstance()->get(cameraName(getName()));
+}
+
+void EngineWindowEngineData::follow(vlMemory::StringView camera) {
+    followed_ = vlGraphics::CameraManager::getInstance()->handleOf(camera);
+    updateCamera();
+}
+
+void EngineWindowEngineData::updateCamera() {
+    const bool follows = vlGraphics::CameraManager::getInstance()->resolve(followed_) != nullptr;
+    const auto wanted = follows ? followed_ : own_;
+    if (wanted == used_) return;
+    used_ = wanted;
+    context_.setRenderCamera(wanted);
+    context_.setCullingCamera(wanted);
+    context_.setLodCamera(wanted);
 }
 
 vlGraphics::Compositor* EngineWindowEngineData::getSource() const {

@@ -34,7 +34,13 @@ public:
     std::string getBaseName() const;
     EngineSurfaceState& getSurface() const { return *surface_; }
     vlGraphics::RenderContext& getContext() const { return context_; }
+    /// Its own, whether or not it looks through it.
     vlGraphics::Camera* getCamera() const;
+    /// Has it look through the camera of that name whenever there is one, else through its own; for
+    /// an empty name always through its own.
+    void follow(vlMemory::StringView camera);
+    /// Before anything is drawn: what it follows may have come or gone.
+    void updateCamera();
     /// The one chosen, not the copy; null when it is gone or none was chosen yet.
     vlGraphics::Compositor* getSource() const;
 
@@ -50,6 +56,9 @@ private:
 
     std::shared_ptr<EngineSurfaceState> surface_;
     vlGraphics::RenderContext& context_;
+    vlGraphics::Handle<vlGraphics::Camera> own_;
+    vlGraphics::Handle<vlGraphics::Camera> followed_;
+    vlGraphics::Handle<vlGraphics::Camera> used_; ///< by the context
     vlGraphics::Handle<vlGraphics::Compositor> source_;
     std::uint64_t sourceRevision_ = 0; ///< that the copy was made of
 };

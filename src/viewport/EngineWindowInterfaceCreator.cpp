@@ -50,6 +50,9 @@ vlWinUi::Surface& createSurface(const std::string& name) {
         EngineWindowResizeMessage::post(state->getName());
     });
     surface.setExposeCallback([state](bool exposed) { state->setExposed(exposed); });
+    surface.setFocusCallback([state](bool focused) {
+        if (focused) state->setFocused();
+    });
     surface.setLossCallback([state] { letGoOf(*state); });
     return surface;
 }

@@ -41,11 +41,14 @@ public:
 
     template <ResourceEdit Edit> void check(const std::string& suffix, Edit edit) {
         const std::string component = base_ + suffix;
-        bindCheck(component, [this, edit](bool checked) {
-            post(edit, [checked](Edit& each) { each.value = checked; });
-        });
-        addRow<bool>(valueOf(edit), [component](const bool* value, bool isMixed) {
+        const auto show = [component](const bool* value, bool isMixed) {
             showCheck(component, value != nullptr ? std::optional(*value) : std::nullopt, isMixed);
+        };
+        const Known isKnown = addRow<bool>(valueOf(edit), show);
+        bindCheck(component, [this, edit, isKnown](bool checked) {
+            post(edit, [checked](Edit& each) { each.value = checked; });
+            // The engine may refuse what the widget shows now.
+            *isKnown = false;
         });
     }
 
@@ -55,22 +58,25 @@ public:
         using Value = decltype(edit.value);
         constexpr bool isText = std::is_same_v<Value, std::string>;
         const std::string component = base_ + suffix;
-        bindCombo(component, all, [this, edit](const std::string& label, std::uint32_t number) {
-            post(edit, [&](Edit& each) {
-                if constexpr (isText)
-                    each.value = label;
-                else
-                    each.value = number;
-            });
-        });
-        addRow<Value>(valueOf(edit), [component](const Value* value, bool isMixed) {
+        const auto show = [component](const Value* value, bool isMixed) {
             if constexpr (isText)
                 showComboLabel(component, value, isMixed);
             else
                 showCombo(component,
                           value != nullptr ? std::optional(*value) : std::nullopt,
                           isMixed);
-        });
+        };
+        const Known isKnown = addRow<Value>(valueOf(edit), show);
+        const auto chosen = [this, edit, isKnown](const std::string& label, std::uint32_t number) {
+            post(edit, [&](Edit& each) {
+                if constexpr (isText)
+                    each.value = label;
+                else
+                    each.value = number;
+            });
+            *isKnown = false;
+        };
+        bindCombo(component, all, chosen);
     }
 
     /// Numbers that are typed into boxes and read together when the button is pressed, or Enter in

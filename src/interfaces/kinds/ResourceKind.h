@@ -43,7 +43,8 @@ struct KindLayout {
     std::vector<Block> blocks;
 };
 
-/** A resource as its declaration, for kinds whose record does not say everything. A kind chooses it
+/** A resource as its declaration, for kinds whose record does not say everything, or whose values
+ *  the engine takes together only. A kind chooses it
  *  by `using Memento = TreeMemento<K##Kind>;`. */
 template <class Kind> struct TreeMemento {
     std::string name;

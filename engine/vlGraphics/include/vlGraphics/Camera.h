@@ -27,22 +27,34 @@ public:
     };
 
     const Settings& getSettings() const { return settings_; }
-    /// Values that make no camera (not finite, out of range, near not below far) are refused:
-    /// false.
+    /// Why these values make no camera (not finite, out of range, near not below far), without its
+    /// name: "the near distance must be above 0 and below the far one".
+    static vlCommon::Result<> check(const Settings& settings);
+    /// Values that make no camera are refused, here and below: false, and nothing has changed.
     bool setSettings(const Settings& settings);
 
     const vlMaths::Vector& getPositionAbsolute() const { return settings_.position; }
     const vlMaths::Quaternion& getOrientationAbsolute() const { return settings_.orientation; }
+    bool getOrthographic() const { return settings_.orthographic; }
+    float getFieldOfView() const { return settings_.fieldOfView; }
+    float getNearDistance() const { return settings_.nearDistance; }
+    float getFarDistance() const { return settings_.farDistance; }
+    float getOrthographicHeight() const { return settings_.orthographicHeight; }
     bool setPosition(const vlMaths::Vector& position);
     bool setOrientation(const vlMaths::Quaternion& orientation);
+    bool setOrthographic(bool orthographic);
+    bool setFieldOfView(float radians);
+    bool setNearDistance(float distance);
+    bool setFarDistance(float distance);
+    bool setOrthographicHeight(float height);
     /// Moves by a vector given in the camera's own frame.
     void translateLocal(const vlMaths::Vector& offset);
     void rotateWorld(const vlMaths::Vector& axis, float radians);
     void rotateLocal(const vlMaths::Vector& axis, float radians);
     /// Turns towards a point. The second vector is the wished up direction; zero, or one along the
-    /// view, means +Y (+Z where that is along the view too). A target at the camera changes
-    /// nothing.
-    void lookAt(const vlMaths::Vector& target, const vlMaths::Vector& up);
+    /// view, means +Y (+Z where that is along the view too). False, with nothing changed, where the
+    /// target gives no direction: it is at the camera, or not finite.
+    bool lookAt(const vlMaths::Vector& target, const vlMaths::Vector& up);
     vlMaths::Vector getAbsoluteRight() const;
     vlMaths::Vector getAbsoluteUp() const;
     vlMaths::Vector getAbsoluteFront() const;
@@ -66,6 +78,7 @@ public:
 private:
     void update() const;
     void changed();
+    template <class Value> bool change(Value Settings::*setting, const Value& value);
 
     Settings settings_;
     float aspectRatio_ = 16.0F / 9.0F;

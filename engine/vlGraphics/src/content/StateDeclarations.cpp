@@ -153,10 +153,7 @@ template <> struct Declared<Camera> : DeclaredSettings<Camera> {
         archive.optional("orthographicHeight", values.orthographicHeight);
     }
     static vlCommon::Result<> prepare(Values& values, const DeclarationFolders&) {
-        Camera camera;
-        if (camera.setSettings(values)) return {};
-        return vlCommon::fail("these values make no camera: the field of view lies between 0 and "
-                              "pi, the near distance below the far one and above 0 in perspective");
+        return Camera::check(values);
     }
 };
 

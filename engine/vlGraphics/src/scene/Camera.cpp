@@ -31,16 +31,6 @@ vlMaths::Matrix projectionOf(const Camera::Settings& s, float aspect) {
     return vlMaths::Matrix::perspective(s.fieldOfView, aspect, s.nearDistance, s.farDistance);
 }
 
-bool makesCamera(const Camera::Settings& s) {
-    const bool finite = isFinitePoint(s.position) && hasLength(s.orientation) &&
-                        std::isfinite(s.fieldOfView) && std::isfinite(s.nearDistance) &&
-                        std::isfinite(s.farDistance) && std::isfinite(s.orthographicHeight);
-    if (!finite || !(s.nearDistance < s.farDistance) || !(s.orthographicHeight > 0)) return false;
-    if (!(s.fieldOfView > 0) || !(s.fieldOfView < std::numbers::pi_v<float>)) return false;
-    if (!s.orthographic && !(s.nearDistance > 0)) return false;
-    return isFinite(projectionOf(s, 1));
-}
-
 bool equal(const Camera::Settings& a, const Camera::Settings& b) {
     return a.position == b.position && a.orientation == b.orientation &&
            a.orthographic == b.orthographic && a.fieldOfView == b.fieldOfView &&
@@ -57,27 +47,61 @@ vlMaths::Vector halfExtent(const Camera::Settings& s, float aspect) {
 
 } // namespace
 
+vlCommon::Result<> Camera::check(const Settings& s) {
+    if (!isFinitePoint(s.position)) return vlCommon::fail("the position must be finite");
+    if (!hasLength(s.orientation)) return vlCommon::fail("the orientation must have a length");
+    if (!(s.fieldOfView > 0) || !(s.fieldOfView < std::numbers::pi_v<float>))
+        return vlCommon::fail("the field of view must be above 0 and below half a turn");
+    const bool isOrdered = s.nearDistance < s.farDistance && std::isfinite(s.farDistance);
+    if (!s.orthographic && !(isOrdered && s.nearDistance > 0))
+        return vlCommon::fail("the near distance must be above 0 and below the far one");
+    if (!isOrdered || !std::isfinite(s.nearDistance))
+        return vlCommon::fail("the near distance must be below the far one");
+    if (!(s.orthographicHeight > 0) || !std::isfinite(s.orthographicHeight))
+        return vlCommon::fail("the height of the orthographic box must be above 0");
+    if (!isFinite(projectionOf(s, 1)))
+        return vlCommon::fail("its distances, angle and height are too extreme to project with");
+    return {};
+}
+
 bool Camera::setSettings(const Settings& settings) {
-    if (!makesCamera(settings)) return false;
+    if (!check(settings)) return false;
     Settings taken = settings;
     taken.position = settings.position.withW(1);
     taken.orientation = unit(settings.orientation);
-    if (equal(taken, settings_)) return true;
+    // A zero's sign makes no other picture, but it is kept, for files.
+    const bool isSame = equal(taken, settings_);
     settings_ = taken;
-    changed();
+    if (!isSame) changed();
     return true;
 }
 
-bool Camera::setPosition(const vlMaths::Vector& position) {
+template <class Value> bool Camera::change(Value Settings::*setting, const Value& value) {
     Settings settings = settings_;
-    settings.position = position;
+    settings.*setting = value;
     return setSettings(settings);
 }
 
+bool Camera::setPosition(const vlMaths::Vector& position) {
+    return change(&Settings::position, position);
+}
 bool Camera::setOrientation(const vlMaths::Quaternion& orientation) {
-    Settings settings = settings_;
-    settings.orientation = orientation;
-    return setSettings(settings);
+    return change(&Settings::orientation, orientation);
+}
+bool Camera::setOrthographic(bool orthographic) {
+    return change(&Settings::orthographic, orthographic);
+}
+bool Camera::setFieldOfView(float radians) {
+    return change(&Settings::fieldOfView, radians);
+}
+bool Camera::setNearDistance(float distance) {
+    return change(&Settings::nearDistance, distance);
+}
+bool Camera::setFarDistance(float distance) {
+    return change(&Settings::farDistance, distance);
+}
+bool Camera::setOrthographicHeight(float height) {
+    return change(&Settings::orthographicHeight, height);
 }
 
 void Camera::translateLocal(const vlMaths::Vector& offset) {
@@ -94,10 +118,10 @@ void Camera::rotateLocal(const vlMaths::Vector& axis, float radians) {
             normalised(settings_.orientation * vlMaths::Quaternion::fromAxisAngle(axis, radians)));
 }
 
-void Camera::lookAt(const vlMaths::Vector& target, const vlMaths::Vector& up) {
-    const vlMaths::Vector direction = normalised(target - settings_.position);
-    if (lengthSquared(direction) == 0 || !isFinitePoint(up)) return;
-    setOrientation(vlMaths::Quaternion::lookAt(settings_.position, target, up));
+bool Camera::lookAt(const vlMaths::Vector& target, const vlMaths::Vector& up) {
+    const vlMaths::Vector way = (target - settings_.position).withW(0);
+    if (way == vlMaths::Vector() || !isFinitePoint(way) || !isFinitePoint(up)) return false;
+    return setOrientation(vlMaths::Quaternion::lookAt(settings_.position, target, up));
 }
 
 vlMaths::Vector Camera::getAbsoluteRight() const {

@@ -61,6 +61,25 @@ TEST(Camera, RefusesSettingsThatMakeNoCamera) {
     EXPECT_TRUE(isFinite(camera.getProjectionMatrix()));
 }
 
+TEST(Camera, SaysWhyValuesMakeNoCamera) {
+    Camera::Settings settings;
+    EXPECT_TRUE(Camera::check(settings));
+    settings.nearDistance = -1;
+    EXPECT_EQ(Camera::check(settings).error().message,
+              "the near distance must be above 0 and below the far one");
+    settings.orthographic = true;
+    EXPECT_TRUE(Camera::check(settings));
+    settings.farDistance = -2;
+    EXPECT_EQ(Camera::check(settings).error().message,
+              "the near distance must be below the far one");
+    Camera camera;
+    EXPECT_FALSE(camera.setNearDistance(camera.getFarDistance()));
+    EXPECT_FALSE(camera.setFieldOfView(4));
+    EXPECT_TRUE(camera.setFarDistance(5));
+    EXPECT_FALSE(camera.lookAt(camera.getPositionAbsolute(), {}));
+    EXPECT_EQ(camera.getNearDistance(), 0.1F);
+}
+
 TEST(Camera, AspectRatioIsTheContextsAndMakesNoPictureOutOfDate) {
     Camera camera;
     const std::uint64_t pictures = ChangeCount::get();
