@@ -1,5 +1,6 @@
 #pragma once
 #include <vlGraphics/BlendState.h>
+#include <vlGraphics/Buffer.h>
 #include <vlGraphics/Compositor.h>
 #include <vlGraphics/DepthStencilState.h>
 #include <vlGraphics/Mesh.h>
@@ -8,6 +9,7 @@
 #include <vlGraphics/RenderQueue.h>
 #include <vlGraphics/Viewport.h>
 #include <vlKestrion/Material.h>
+#include <vlScripts/ScriptManager.h>
 
 #include <gtest/gtest.h>
 
@@ -35,6 +37,7 @@ protected:
     vlGraphics::RasterStateManager rasterStates_;
     vlGraphics::ViewportManager viewports_;
     vlGraphics::SamplerManager samplers_;
+    vlGraphics::BufferManager buffers_;
     vlGraphics::TextureManager textures_;
     vlGraphics::MeshManager meshes_;
     vlGraphics::ProgramManager programs_;
@@ -43,6 +46,7 @@ protected:
     vlGraphics::NodeManager nodes_;
     vlGraphics::RenderQueueManager queues_;
     vlGraphics::CompositorManager compositors_;
+    vlScripts::ScriptManager scripts_;
     MaterialManager materials_;
 };
 

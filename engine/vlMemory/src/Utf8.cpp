@@ -50,6 +50,15 @@ bool startsWithControl(StringView text) {
            static_cast<std::uint8_t>(text[1]) < 0xA0;
 }
 
+bool isPrintable(StringView text) {
+    while (!text.empty()) {
+        const std::size_t length = utf8Length(text);
+        if (length == 0 || startsWithControl(text)) return false;
+        text.remove_prefix(length);
+    }
+    return true;
+}
+
 String printable(StringView text, std::size_t mostBytes) {
     String line;
     line.reserve(std::min(text.size(), mostBytes) + 3);

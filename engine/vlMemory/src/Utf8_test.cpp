@@ -51,5 +51,12 @@ TEST(Utf8, APrintableLineHasNothingThatMovesTheCursor) {
     EXPECT_EQ(printable("1234\xC3\xA4", 5), "1234...");
 }
 
+TEST(Utf8, TextOfOneLineIsPrintable) {
+    EXPECT_TRUE(isPrintable(""));
+    EXPECT_TRUE(isPrintable("r\xC3\xA9sum\xC3\xA9 \xF0\x9F\x98\x80"));
+    for (const StringView bad : {"a\nb", "\x7F", "\xC2\x85", "a\xC3"})
+        EXPECT_FALSE(isPrintable(bad));
+}
+
 } // namespace
 } // namespace vlMemory

@@ -507,5 +507,36 @@ TEST(ScriptTest, TheManagerKeepsNamesUnique) {
     EXPECT_FALSE(manager.erase("a"));
 }
 
+TEST(ScriptTest, NoRenameTakesTheNameOfAHiddenScript) {
+    ScriptManager manager;
+    const Lines log;
+    manager.createOrRetrieve("NO_SCRIPT")->setHidden(true);
+    const Script* mine = manager.createOrRetrieve("mine");
+    EXPECT_FALSE(manager.rename("mine", "NO_SCRIPT"));
+    EXPECT_EQ(manager.get("mine"), mine);
+    EXPECT_EQ(manager.getCount(), 2U);
+    EXPECT_THAT(log.lines,
+                testing::ElementsAre("Refused the name 'NO_SCRIPT' for a script: the one that "
+                                     "bears it is not the project's."));
+    EXPECT_EQ(manager.createOrRetrieve("\xC3"), nullptr);
+    EXPECT_EQ(log.lines.size(), 2U);
+}
+
+TEST(ScriptTest, TheManagerKeepsTheOrderOfThousands) {
+    ScriptManager manager;
+    constexpr int count = 10000;
+    for (int i = 0; i < count; ++i)
+        manager.createOrRetrieve(std::to_string(i));
+    for (int i = 0; i < count; i += 2)
+        EXPECT_TRUE(manager.erase(std::to_string(i)));
+    EXPECT_TRUE(manager.rename("3", "three"));
+    EXPECT_EQ(manager.getByIndex(0)->getName(), "1");
+    EXPECT_EQ(manager.getByIndex(1), manager.get("three"));
+    EXPECT_EQ(manager.getByIndex(count / 2 - 1)->getName(), std::to_string(count - 1));
+    manager.clear();
+    EXPECT_EQ(manager.getCount(), 0U);
+    EXPECT_EQ(manager.get("three"), nullptr);
+}
+
 } // namespace
 } // namespace vlScripts

@@ -2,8 +2,21 @@
 
 namespace vlScripts {
 
+void Script::setTargetInterpreter(std::uint32_t interpreter) {
+    if (interpreter_ == interpreter) return;
+    interpreter_ = interpreter;
+    ++revision_;
+}
+
+void Script::setSources(std::string_view text) {
+    if (sources_ == text) return;
+    sources_ = text;
+    ++revision_;
+}
+
 vlCommon::Result<> Script::load() {
     if (compiled_) return {};
+    ++revision_;
     if (interpreter_ != luaInterpreter) {
         result_ = {CompilationResult::notLoaded,
                    "script '" + name_ + "': no interpreter has the number " +
@@ -16,6 +29,7 @@ vlCommon::Result<> Script::load() {
 }
 
 void Script::unload() {
+    ++revision_;
     compiled_.reset();
     result_ = {};
 }

@@ -1,10 +1,12 @@
 #pragma once
 #include <vlCommon/Result.h>
 #include <vlExport/Node.h>
+#include <vlGraphics/Buffer.h>
 #include <vlGraphics/Compositor.h>
 #include <vlGraphics/Mesh.h>
 #include <vlGraphics/Shader.h>
 #include <vlGraphics/Viewport.h>
+#include <vlScripts/Script.h>
 
 #include <tuple>
 #include <vector>
@@ -25,6 +27,7 @@ public:
     }
     const std::vector<RasterState*>& getRasterStates() const { return getResources<RasterState>(); }
     const std::vector<Sampler*>& getSamplers() const { return getResources<Sampler>(); }
+    const std::vector<Buffer*>& getBuffers() const { return getResources<Buffer>(); }
     const std::vector<Camera*>& getCameras() const { return getResources<Camera>(); }
     const std::vector<Viewport*>& getViewports() const { return getResources<Viewport>(); }
     const std::vector<RenderQueue*>& getRenderQueues() const { return getResources<RenderQueue>(); }
@@ -33,6 +36,9 @@ public:
     const std::vector<Texture*>& getTextures() const { return getResources<Texture>(); }
     const std::vector<Mesh*>& getMeshes() const { return getResources<Mesh>(); }
     const std::vector<Compositor*>& getCompositors() const { return getResources<Compositor>(); }
+    const std::vector<vlScripts::Script*>& getScripts() const {
+        return getResources<vlScripts::Script>();
+    }
 
     void addError(vlMemory::String line) { errors_.push_back(std::move(line)); }
     template <class T> void add(T* resource) {
@@ -45,6 +51,7 @@ private:
                std::vector<DepthStencilState*>,
                std::vector<RasterState*>,
                std::vector<Sampler*>,
+               std::vector<Buffer*>,
                std::vector<Camera*>,
                std::vector<Viewport*>,
                std::vector<RenderQueue*>,
@@ -52,7 +59,8 @@ private:
                std::vector<Shader*>,
                std::vector<Texture*>,
                std::vector<Mesh*>,
-               std::vector<Compositor*>>
+               std::vector<Compositor*>,
+               std::vector<vlScripts::Script*>>
             resources_;
 };
 
@@ -91,6 +99,7 @@ public:
                                                                   bool load);
     static DeclarationLoadResult loadRasterStateDeclaration(vlMemory::StringView path, bool load);
     static DeclarationLoadResult loadSamplerDeclaration(vlMemory::StringView path, bool load);
+    static DeclarationLoadResult loadBufferDeclaration(vlMemory::StringView path, bool load);
     static DeclarationLoadResult loadCameraDeclaration(vlMemory::StringView path, bool load);
     static DeclarationLoadResult loadViewportDeclaration(vlMemory::StringView path, bool load);
     static DeclarationLoadResult loadRenderQueueDeclaration(vlMemory::StringView path, bool load);
@@ -99,6 +108,8 @@ public:
     static DeclarationLoadResult loadTextureDeclaration(vlMemory::StringView path, bool load);
     static DeclarationLoadResult loadMeshDeclaration(vlMemory::StringView path, bool load);
     static DeclarationLoadResult loadCompositorDeclaration(vlMemory::StringView path, bool load);
+    /// With `load`, a script that does not compile is an error and is adopted all the same.
+    static DeclarationLoadResult loadScriptDeclaration(vlMemory::StringView path, bool load);
 
     /// Makes the compositors that the text declares (the same form as a declaration file, whose
     /// "formatVersion" may be left out): all of them, or none and the first error.
@@ -109,7 +120,8 @@ public:
 
     /// The declaration of one resource, as its file holds it; `folder` is what its paths are
     /// relative to. An empty folder makes a memento for fillFromDeclaration(): paths stay those of
-    /// the resource, and a program's sources stand in it even where they belong into files.
+    /// the resource, and a program's sources stand in it even where they belong into files. A
+    /// script's text always does: only saveObjectDeclaration() knows the file that it goes to.
     template <class T>
     static vlExport::Node getDeclaration(const T& resource, vlMemory::StringView folder);
     /// Fills an existing resource in place from such a declaration; its name stays. Nothing changes
@@ -119,7 +131,8 @@ public:
                                                   const vlExport::Node& declaration,
                                                   vlMemory::StringView folder);
     /// Writes a file with that one resource, whole or not at all. `path` is relative to the working
-    /// directory unless absolute.
+    /// directory unless absolute. A script's text goes into a file beside it, of the same name with
+    /// ".lua" in the extension's place: both are written or neither.
     template <class T>
     static vlCommon::Result<> saveObjectDeclaration(const T& resource, vlMemory::StringView path);
     /// "rasterStates": the member of a declaration file that lists resources of the kind.

@@ -17,6 +17,9 @@ bool isValidResourceName(vlMemory::StringView name);
 /// "Refused the name '' for a raster state: ..." through the library's log.
 void logRefusedName(vlMemory::StringView kind, vlMemory::StringView name);
 
+/// "Refused the name 'VORLANE_DEFAULT_CAMERA' for a camera: ..." through the library's log.
+void logHiddenBearer(vlMemory::StringView kind, vlMemory::StringView name);
+
 /** Owns the resources of one kind by unique name. Made and ended with the engine.
  *  T needs a default constructor and `static constexpr StringView kindName`.
  *  Graphics thread only (whoever owns the engine). */
@@ -45,7 +48,8 @@ public:
     }
 
     /// Gives the resource another name; one that bore it is replaced (erased). False, with nothing
-    /// changed, when there is no such resource (silent) or the new name is not valid (log line).
+    /// changed, when there is no such resource (silent), when the new name is not valid or when a
+    /// hidden resource bears it (log line).
     bool rename(vlMemory::StringView oldName, vlMemory::StringView wantedName) {
         // The text may be the name of the bearer that is about to be erased.
         const vlMemory::String newName(wantedName);
@@ -54,6 +58,10 @@ public:
         if (oldName == newName) return true;
         if (!isValidResourceName(newName)) {
             logRefusedName(T::kindName, newName);
+            return false;
+        }
+        if (const T* bearer = get(newName); bearer != nullptr && bearer->isHidden()) {
+            logHiddenBearer(T::kindName, newName);
             return false;
         }
         const std::uint32_t index = found->second;

@@ -12,6 +12,8 @@
 
 namespace vlGraphics {
 
+using vlScripts::Script;
+
 #define VL_EXTERN_KIND(T)                                                                          \
     extern template void readList<T>(const vlExport::Node&, LoadSession&);                         \
     extern template vlMemory::StringView ContentLoader::getListName<T>();
@@ -19,6 +21,7 @@ VL_EXTERN_KIND(BlendState)
 VL_EXTERN_KIND(DepthStencilState)
 VL_EXTERN_KIND(RasterState)
 VL_EXTERN_KIND(Sampler)
+VL_EXTERN_KIND(Buffer)
 VL_EXTERN_KIND(Texture)
 VL_EXTERN_KIND(Mesh)
 VL_EXTERN_KIND(Camera)
@@ -27,6 +30,7 @@ VL_EXTERN_KIND(RenderQueue)
 VL_EXTERN_KIND(Program)
 VL_EXTERN_KIND(Shader)
 VL_EXTERN_KIND(Compositor)
+VL_EXTERN_KIND(Script)
 #undef VL_EXTERN_KIND
 
 namespace {
@@ -44,11 +48,12 @@ template <class T> Kind kindOf() {
 }
 
 /// In the order in which they are made: what others refer to goes first, so that loading finds it.
-const std::array<Kind, 12>& allKinds() {
+const std::array<Kind, 14>& allKinds() {
     static const std::array kinds{kindOf<BlendState>(),
                                   kindOf<DepthStencilState>(),
                                   kindOf<RasterState>(),
                                   kindOf<Sampler>(),
+                                  kindOf<Buffer>(),
                                   kindOf<Texture>(),
                                   kindOf<Mesh>(),
                                   kindOf<Camera>(),
@@ -56,7 +61,8 @@ const std::array<Kind, 12>& allKinds() {
                                   kindOf<RenderQueue>(),
                                   kindOf<Program>(),
                                   kindOf<Shader>(),
-                                  kindOf<Compositor>()};
+                                  kindOf<Compositor>(),
+                                  kindOf<Script>()};
     return kinds;
 }
 
@@ -99,7 +105,7 @@ LoadSession sessionFor(vlMemory::StringView fileName,
                        bool load) {
     // No folder is the working directory; only mementos have none at all.
     const vlMemory::StringView from = folder.empty() ? vlMemory::StringView(".") : folder;
-    return {nullptr, {}, DeclarationFolders(from, root), vlMemory::String(fileName), load};
+    return {nullptr, false, {}, DeclarationFolders(from, root), vlMemory::String(fileName), load};
 }
 
 vlCommon::Result<vlExport::Node> readTreeFile(vlMemory::StringView path) {
@@ -126,6 +132,7 @@ loadFile(vlMemory::StringView path, vlMemory::StringView root, bool load, Read&&
     }
     LoadSession session = sessionFor(path, folderOf(absoluteDeclarationPath(path)), root, load);
     session.result = &result;
+    session.inEngine = true;
     read(*tree, session);
     takeErrors(session, result);
     return result;
@@ -155,12 +162,19 @@ bool isForeignMember(vlMemory::StringView unknownMemberLine) {
 
 vlCommon::Result<> saveDeclaration(vlMemory::StringView listName,
                                    vlExport::Node declaration,
-                                   vlMemory::StringView absolutePath) {
+                                   vlMemory::StringView absolutePath,
+                                   vlResources::FileBatch files) {
     vlExport::Node tree = vlExport::Node::object();
     tree.add(versionMember, currentVersion);
     tree.add(listName, vlExport::Node::array()).append(std::move(declaration));
-    return vlResources::FileWriter::writeFileWhole(
-            absolutePath, vlExport::JsonExporter::exportTreeIntoString(tree));
+    const vlMemory::String text = vlExport::JsonExporter::exportTreeIntoString(tree);
+    const vlMemory::String folder = folderOf(absolutePath);
+    std::error_code error;
+    // Several files would make the folder that they lack; one alone does not.
+    if (files.size() == 0 || !std::filesystem::is_directory(folder, error))
+        return vlResources::FileWriter::writeFileWhole(absolutePath, text);
+    files.add(absolutePath, text);
+    return files.commit();
 }
 
 vlMemory::String absoluteDeclarationPath(vlMemory::StringView path) {
@@ -186,6 +200,7 @@ DeclarationLoadResult ContentLoader::loadDeclarations(const vlExport::Node& tree
     DeclarationLoadResult result;
     LoadSession session = sessionFor(fileName, folder, root, load);
     session.result = &result;
+    session.inEngine = true;
     readTree(tree, session);
     takeErrors(session, result);
     return result;
@@ -214,6 +229,7 @@ vlCommon::Result<> ContentLoader::processCompositorSources(vlMemory::StringView 
     const auto tree = vlExport::JsonExporter::importIntoTree(text, name);
     if (!tree) return tl::unexpected(tree.error());
     LoadSession session = sessionFor(name, {}, {}, false);
+    session.inEngine = true;
     readTree(*tree, session, false);
     if (!session.errors.empty()) return vlCommon::fail(session.errors.front());
     DeclarationLoadResult result;
@@ -231,6 +247,7 @@ VL_LOAD_KIND(BlendState, BlendState)
 VL_LOAD_KIND(DepthStencilState, DepthStencilState)
 VL_LOAD_KIND(RasterState, RasterState)
 VL_LOAD_KIND(Sampler, Sampler)
+VL_LOAD_KIND(Buffer, Buffer)
 VL_LOAD_KIND(Camera, Camera)
 VL_LOAD_KIND(Viewport, Viewport)
 VL_LOAD_KIND(RenderQueue, RenderQueue)
@@ -239,6 +256,7 @@ VL_LOAD_KIND(Shader, Shader)
 VL_LOAD_KIND(Texture, Texture)
 VL_LOAD_KIND(Mesh, Mesh)
 VL_LOAD_KIND(Compositor, Compositor)
+VL_LOAD_KIND(Script, Script)
 #undef VL_LOAD_KIND
 
 } // namespace vlGraphics

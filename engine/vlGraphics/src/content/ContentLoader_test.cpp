@@ -1,76 +1,11 @@
-#include "resources/TestManagers.h"
+#include "content/ContentLoaderTest.h"
 
 #include <vlExport/JsonExporter.h>
-#include <vlGraphics/MeshFile.h>
-#include <vlImages/PngEncoder.h>
-#include <vlResources/FileWriter.h>
-#include <vlResources/ResourceManager.h>
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <stdexcept>
+#include <fmt/format.h>
 
 namespace vlGraphics {
 namespace {
-
-namespace fs = std::filesystem;
-
-/// Ends the test where the manager has none of that name.
-template <class Manager> auto& known(const Manager& manager, vlMemory::StringView name) {
-    auto* resource = manager.get(name);
-    if (resource == nullptr) throw std::runtime_error("missing: " + vlMemory::String(name));
-    return *resource;
-}
-
-class ContentLoaderTest : public testing::Test {
-protected:
-    ContentLoaderTest()
-        : folder(fs::canonical(testing::TempDir()) /
-                 (std::string("content_") +
-                  testing::UnitTest::GetInstance()->current_test_info()->name())) {
-        fs::remove_all(folder);
-        fs::create_directories(folder / "sub");
-        vlResources::ResourceManager::getInstance().setWorkingPath(folder.string());
-        writeMesh("stone.vlmb", triangle(2));
-        writeBytes("stone.png",
-                   vlImages::PngEncoder::encode(
-                           vlImages::Image(4, 2, vlImages::PixelFormat::rgba8).view())
-                           ->span());
-    }
-    ~ContentLoaderTest() override {
-        vlResources::ResourceManager::destroyInstance();
-        fs::remove_all(folder);
-    }
-
-    void writeBytes(const std::string& name, std::span<const std::byte> bytes) {
-        ASSERT_TRUE(vlResources::FileWriter::writeFileWhole((folder / name).string(), bytes));
-    }
-    void writeMesh(const std::string& name, const MeshData& data) {
-        writeBytes(name, writeMeshFile(data).span());
-    }
-    void write(const std::string& name, vlMemory::StringView text) {
-        writeBytes(name, std::as_bytes(std::span(text)));
-    }
-    std::string read(const std::string& name) {
-        std::ostringstream text;
-        text << std::ifstream(folder / name, std::ios::binary).rdbuf();
-        return text.str();
-    }
-    /// The lines of a file of that text.
-    std::vector<vlMemory::String> load(vlMemory::StringView text) {
-        write("test.json", text);
-        return ContentLoader::loadDeclarations("test.json", {}, false).getErrors();
-    }
-    void expectErrors(vlMemory::StringView text, const std::vector<vlMemory::String>& expected) {
-        EXPECT_EQ(load(text), expected);
-    }
-
-    fs::path folder;
-    TestManagers managers;
-};
 
 // A sample of each kind that sets whatever its declaration can say.
 
@@ -97,6 +32,9 @@ void fillSample(Sampler& sampler) {
     sampler.setAnisotropy(8);
     sampler.setLodRange(0.5F, 3);
     sampler.setBorderColor(0.1F, 0.2F, 0.3F, 1);
+}
+void fillSample(Buffer& buffer) {
+    buffer.setSettings({4294967295U, 3, false, true});
 }
 void fillSample(Camera& camera) {
     Camera::Settings settings;
@@ -178,10 +116,18 @@ void fillSample(Compositor& compositor) {
     compositor.addNode();
 }
 
+void fillSample(vlScripts::Script& script) {
+    script.setSources("local name = \"r\xC3\xA9sum\xC3\xA9\"\n\treturn name\n");
+}
+
 template <class T, class M> struct KindUnderTest {
     using Type = T;
     using Manager = M;
 };
+
+/// What a declaration cannot do without, besides its name.
+template <class T> constexpr const char* neededMembers = "";
+template <> constexpr const char* neededMembers<Texture> = R"(, "width": 1, "height": 1)";
 
 template <class K> class EveryKind : public ContentLoaderTest {};
 
@@ -189,6 +135,7 @@ using Kinds = testing::Types<KindUnderTest<BlendState, BlendStateManager>,
                              KindUnderTest<DepthStencilState, DepthStencilStateManager>,
                              KindUnderTest<RasterState, RasterStateManager>,
                              KindUnderTest<Sampler, SamplerManager>,
+                             KindUnderTest<Buffer, BufferManager>,
                              KindUnderTest<Camera, CameraManager>,
                              KindUnderTest<Viewport, ViewportManager>,
                              KindUnderTest<RenderQueue, RenderQueueManager>,
@@ -196,25 +143,32 @@ using Kinds = testing::Types<KindUnderTest<BlendState, BlendStateManager>,
                              KindUnderTest<Mesh, MeshManager>,
                              KindUnderTest<Program, ProgramManager>,
                              KindUnderTest<Shader, ShaderManager>,
-                             KindUnderTest<Compositor, CompositorManager>>;
+                             KindUnderTest<Compositor, CompositorManager>,
+                             KindUnderTest<vlScripts::Script, vlScripts::ScriptManager>>;
 TYPED_TEST_SUITE(EveryKind, Kinds);
 
 TYPED_TEST(EveryKind, LoadsAndSavesByteByByte) {
     using T = typename TypeParam::Type;
+    fs::create_directories(this->folder / "first");
+    fs::create_directories(this->folder / "second");
     auto& manager = *TypeParam::Manager::getInstance();
     for (const bool filled : {false, true}) {
         T& sample = *manager.createOrRetrieve("sample");
         if (filled) fillSample(sample);
-        ASSERT_TRUE(ContentLoader::saveObjectDeclaration(sample, "first.json"));
+        ASSERT_TRUE(ContentLoader::saveObjectDeclaration(sample, "first/it.json"));
         manager.clear();
-        const auto result = ContentLoader::loadDeclarations("first.json", {}, false);
+        const auto result = ContentLoader::loadDeclarations("first/it.json", ".", false);
         EXPECT_EQ(result.getErrors(), std::vector<vlMemory::String>());
         ASSERT_EQ(result.template getResources<T>().size(), 1U);
         T& loaded = *result.template getResources<T>()[0];
         EXPECT_EQ(&loaded, manager.get("sample"));
-        ASSERT_TRUE(ContentLoader::saveObjectDeclaration(loaded, "second.json"));
-        EXPECT_EQ(this->read("first.json"), this->read("second.json"));
-        EXPECT_NE(this->read("first.json"), "");
+        ASSERT_TRUE(ContentLoader::saveObjectDeclaration(loaded, "second/it.json"));
+        // Some kinds have a file beside the declaration.
+        for (const auto& file : fs::directory_iterator(this->folder / "first")) {
+            const std::string name = file.path().filename().string();
+            EXPECT_EQ(this->read("first/" + name), this->read("second/" + name)) << name;
+            EXPECT_NE(this->read("first/it.json"), "");
+        }
         manager.clear();
     }
 }
@@ -259,6 +213,83 @@ TYPED_TEST(EveryKind, FaultyDeclarationLeavesAnExistingResourceAsItWas) {
         EXPECT_FALSE(ContentLoader::fillFromDeclaration(sample, broken, ""));
         EXPECT_EQ(ContentLoader::getDeclaration(sample, ""), before);
     }
+}
+
+TYPED_TEST(EveryKind, UnknownMembersAndSecondOnesAreNamedAndTheRestIsAdopted) {
+    using T = typename TypeParam::Type;
+    auto& manager = *TypeParam::Manager::getInstance();
+    this->write("test.json",
+                fmt::format(R"({{"formatVersion": 1, "{}": [
+{{"name": "a", "colour": 3, "EDITOR_colour": 3{}}},
+{{"name": "a"}},
+{{"name": 5}},
+{{"name": "b"{}}}]}})",
+                            ContentLoader::getListName<T>(),
+                            neededMembers<T>,
+                            neededMembers<T>));
+    const auto result = ContentLoader::loadDeclarations("test.json", {}, false);
+    EXPECT_EQ(result.getErrors(),
+              (std::vector<vlMemory::String>{
+                      fmt::format("test.json:2: {} 'a': unknown member 'colour'", T::kindName),
+                      fmt::format("test.json:3: {} 'a': is in this file already, and the first one "
+                                  "stays",
+                                  T::kindName),
+                      fmt::format("test.json:4: {} 3 of the list: 'name' expected a string",
+                                  T::kindName)}));
+    EXPECT_EQ(result.template getResources<T>(),
+              (std::vector<T*>{manager.get("a"), manager.get("b")}));
+    EXPECT_EQ(manager.getCount(), 2U);
+}
+
+TYPED_TEST(EveryKind, NoDeclarationChangesAHiddenResource) {
+    using T = typename TypeParam::Type;
+    auto& manager = *TypeParam::Manager::getInstance();
+    T& sample = *manager.createOrRetrieve("sample");
+    fillSample(sample);
+    sample.setHidden(true);
+    const vlExport::Node before = ContentLoader::getDeclaration(sample, "");
+    this->write(
+            "test.json",
+            fmt::format(
+                    R"({{"formatVersion": 1, "{}": [{{"name": "sample"{}}}, {{"name": "other"{}}}]}})",
+                    ContentLoader::getListName<T>(),
+                    neededMembers<T>,
+                    neededMembers<T>));
+    const auto result = ContentLoader::loadDeclarations("test.json", {}, false);
+    EXPECT_EQ(result.getErrors(),
+              std::vector<vlMemory::String>{fmt::format(
+                      "test.json:1: {} 'sample': the one that bears this name is not the project's",
+                      T::kindName)});
+    EXPECT_EQ(result.template getResources<T>(), std::vector<T*>{manager.get("other")});
+    EXPECT_EQ(ContentLoader::getDeclaration(sample, ""), before);
+    EXPECT_FALSE(manager.rename("other", "sample"));
+    EXPECT_EQ(manager.get("sample"), &sample);
+}
+
+TYPED_TEST(EveryKind, AFailedSaveIsOneLineAndLeavesTheFolderAsItWas) {
+    using T = typename TypeParam::Type;
+    T& sample = *TypeParam::Manager::getInstance()->createOrRetrieve("sample");
+    fillSample(sample);
+    this->write("it.json", "old");
+    this->write("it.lua", "old too");
+    fs::create_directories(this->folder / "taken.json");
+    fs::create_directories(this->folder / "beside.lua");
+    const auto before = this->listing();
+    const auto expectFailure = [&](const char* path) {
+        const auto saved = ContentLoader::saveObjectDeclaration(sample, path);
+        ASSERT_FALSE(saved.has_value()) << path;
+        EXPECT_EQ(saved.error().message.find('\n'), vlMemory::String::npos);
+        EXPECT_EQ(this->listing(), before) << path;
+        EXPECT_EQ(this->read("it.json"), "old");
+        EXPECT_EQ(this->read("it.lua"), "old too");
+    };
+    for (const char* path : {"", "taken.json", "nowhere/it.json", "it.json/it.json"})
+        expectFailure(path);
+    {
+        const FullDisk full;
+        expectFailure("it.json");
+    }
+    if constexpr (std::is_same_v<T, vlScripts::Script>) expectFailure("beside.json");
 }
 
 TEST_F(ContentLoaderTest, NamesFileLineKindAndNameOfEachFaultAndAdoptsTheRest) {
@@ -451,6 +482,10 @@ TEST_F(ContentLoaderTest, CompositorSourcesMakeAllOrNothing) {
     EXPECT_FALSE(ContentLoader::processCompositorSources(
             R"({"compositors": [{"name": "a"}, {"name": "b", "nodes": 3}]})"));
     EXPECT_EQ(managers.compositors.getCount(), 0U);
+    managers.compositors.createOrRetrieve("mine")->setHidden(true);
+    EXPECT_FALSE(ContentLoader::processCompositorSources(
+            R"({"compositors": [{"name": "a"}, {"name": "mine"}]})"));
+    EXPECT_EQ(managers.compositors.getCount(), 1U);
     EXPECT_TRUE(ContentLoader::processCompositorSources(
             R"({"compositors": [{"name": "a"}, {"name": "b", "nodes": [{"name": "n"}]}]})"));
     EXPECT_EQ(known(managers.compositors, "b").getNodeCount(), 1U);

@@ -5,6 +5,7 @@
 #include <vlExport/NodeReader.h>
 #include <vlExport/NodeWriter.h>
 #include <vlGraphics/ContentLoader.h>
+#include <vlResources/FileBatch.h>
 
 #include <fmt/format.h>
 
@@ -21,12 +22,18 @@ namespace vlGraphics {
  *  - `from(resource, folders)`, the values of a resource;
  *  - `prepare(values, folders)`, which checks what the description cannot say and reads the files
  *    that it refers to; it may fail;
- *  - `apply(resource, values)`, which may not. */
+ *  - `apply(resource, values)`, which may not;
+ *  and, where it has some,
+ *  - `check(name, values)`, an error that leaves nothing out and that loading would show: only for
+ *    validation;
+ *  - `splitOff(declaration, absolutePath, files)`, which moves what belongs beside the file into
+ *    files of their own; it may fail. */
 template <class T> struct Declared;
 
 /** One reading of a file. */
 struct LoadSession {
     DeclarationLoadResult* result = nullptr; ///< null where nothing is to be made
+    bool inEngine = false;                   ///< what is there already counts
     std::vector<vlMemory::String> errors;
     DeclarationFolders folders;
     vlMemory::String fileName; ///< as errors call it
@@ -56,7 +63,29 @@ private:
     static std::optional<Item>
     readItem(const vlExport::Node& node, std::size_t index, LoadSession& session);
     static void make(const vlExport::Node& node, Item item, LoadSession& session);
+    /// Whether the name may be given to it, or whoever bears it changed.
+    static bool isOpen(const vlExport::Node& node, const Item& item, LoadSession& session);
+    static void validate(const vlExport::Node& node, const Item& item, LoadSession& session);
+    static vlMemory::String at(const vlExport::Node& node,
+                               vlMemory::StringView label,
+                               vlMemory::StringView text,
+                               const LoadSession& session);
 };
+
+/// "file:line: kind 'name': text"; the kind and the name stand once where the text has them itself.
+template <class T>
+vlMemory::String KindLoader<T>::at(const vlExport::Node& node,
+                                   vlMemory::StringView label,
+                                   vlMemory::StringView text,
+                                   const LoadSession& session) {
+    const bool labelled = text.starts_with(label);
+    return fmt::format("{}:{}: {}{}{}",
+                       session.fileName,
+                       node.line(),
+                       labelled ? vlMemory::StringView() : label,
+                       labelled ? "" : ": ",
+                       text);
+}
 
 template <class T>
 vlMemory::String KindLoader<T>::labelOf(const vlExport::Node& node, std::size_t index) {
@@ -88,8 +117,7 @@ KindLoader<T>::readItem(const vlExport::Node& node, std::size_t index, LoadSessi
         return {};
     }
     if (auto prepared = Declared<T>::prepare(item.values, session.folders); !prepared) {
-        session.errors.push_back(fmt::format(
-                "{}:{}: {}: {}", session.fileName, node.line(), label, prepared.error().message));
+        session.errors.push_back(at(node, label, prepared.error().message, session));
         return {};
     }
     return item;
@@ -97,7 +125,8 @@ KindLoader<T>::readItem(const vlExport::Node& node, std::size_t index, LoadSessi
 
 template <class T>
 void KindLoader<T>::make(const vlExport::Node& node, Item item, LoadSession& session) {
-    T* resource = Declared<T>::Manager::getInstance()->createOrRetrieve(item.name);
+    auto* manager = Declared<T>::Manager::getInstance();
+    T* resource = manager->createOrRetrieve(item.name);
     assert(resource != nullptr); // the name was checked
     if (resource == nullptr) return;
     Declared<T>::apply(*resource, std::move(item.values));
@@ -105,13 +134,27 @@ void KindLoader<T>::make(const vlExport::Node& node, Item item, LoadSession& ses
     if (!session.load) return;
     // A program keeps its last good result in use until the next one is there.
     if constexpr (!std::is_same_v<T, Program>) resource->unload();
-    if (auto loaded = resource->load(); !loaded) {
-        session.errors.push_back(fmt::format("{}:{}: {} '{}': {}",
-                                             session.fileName,
-                                             node.line(),
-                                             T::kindName,
-                                             item.name,
-                                             loaded.error().message));
+    if (auto loaded = resource->load(); !loaded)
+        session.errors.push_back(at(node, labelOf(node, 0), loaded.error().message, session));
+}
+
+template <class T>
+bool KindLoader<T>::isOpen(const vlExport::Node& node, const Item& item, LoadSession& session) {
+    const auto* manager = Declared<T>::Manager::getInstance();
+    const T* bearer = manager == nullptr ? nullptr : manager->get(item.name);
+    if (manager != nullptr && (bearer == nullptr || !bearer->isHidden())) return true;
+    const vlMemory::StringView text = manager == nullptr
+                                              ? "nothing here keeps this kind"
+                                              : "the one that bears this name is not the project's";
+    session.errors.push_back(at(node, labelOf(node, 0), text, session));
+    return false;
+}
+
+template <class T>
+void KindLoader<T>::validate(const vlExport::Node& node, const Item& item, LoadSession& session) {
+    if constexpr (requires { Declared<T>::check(item.name, item.values); }) {
+        if (auto checked = Declared<T>::check(item.name, item.values); !checked)
+            session.errors.push_back(at(node, labelOf(node, 0), checked.error().message, session));
     }
 }
 
@@ -135,7 +178,12 @@ template <class T> void KindLoader<T>::readList(const vlExport::Node& list, Load
             continue;
         }
         auto item = readItem(node, index, session);
-        if (item && session.result != nullptr) make(node, std::move(*item), session);
+        if (!item || (session.inEngine && !isOpen(node, *item, session))) continue;
+        if (session.result == nullptr) {
+            validate(node, *item, session);
+        } else {
+            make(node, std::move(*item), session);
+        }
     }
 }
 
@@ -182,10 +230,11 @@ vlCommon::Result<> KindLoader<T>::fill(T& resource,
 
 namespace vlGraphics {
 
-/// Writes a file with that one declaration.
+/// Writes a file with that one declaration, together with those that go beside it: all or none.
 vlCommon::Result<> saveDeclaration(vlMemory::StringView listName,
                                    vlExport::Node declaration,
-                                   vlMemory::StringView absolutePath);
+                                   vlMemory::StringView absolutePath,
+                                   vlResources::FileBatch files);
 vlMemory::String absoluteDeclarationPath(vlMemory::StringView path);
 vlMemory::String folderOf(vlMemory::StringView absolutePath);
 
@@ -213,8 +262,15 @@ template <class T>
 vlCommon::Result<> ContentLoader::saveObjectDeclaration(const T& resource,
                                                         vlMemory::StringView path) {
     const vlMemory::String absolute = absoluteDeclarationPath(path);
-    return saveDeclaration(
-            getListName<T>(), getDeclaration(resource, folderOf(absolute)), absolute);
+    vlExport::Node declaration = getDeclaration(resource, folderOf(absolute));
+    vlResources::FileBatch files;
+    if constexpr (requires { Declared<T>::splitOff(declaration, absolute, files); }) {
+        if (auto split = Declared<T>::splitOff(declaration, absolute, files); !split) {
+            return vlCommon::fail(fmt::format(
+                    "{} '{}': {}", T::kindName, resource.getName(), split.error().message));
+        }
+    }
+    return saveDeclaration(getListName<T>(), std::move(declaration), absolute, std::move(files));
 }
 
 } // namespace vlGraphics

@@ -129,6 +129,17 @@ template <> struct Declared<Sampler> : DeclaredSettings<Sampler> {
     }
 };
 
+template <> struct Declared<Buffer> : DeclaredSettings<Buffer> {
+    using Manager = BufferManager;
+    static constexpr vlMemory::StringView list = "buffers";
+    template <class Archive, class V> static void describe(Archive& archive, V& values) {
+        archive.optional("elementByteSize", values.elementByteSize);
+        archive.optional("elementCount", values.elementCount);
+        archive.optional("unorderedAccess", values.unorderedAccess);
+        archive.optional("shaderResource", values.shaderResource);
+    }
+};
+
 template <> struct Declared<Camera> : DeclaredSettings<Camera> {
     using Manager = CameraManager;
     static constexpr vlMemory::StringView list = "cameras";
@@ -210,6 +221,7 @@ VL_DECLARED_KIND(BlendState);
 VL_DECLARED_KIND(DepthStencilState);
 VL_DECLARED_KIND(RasterState);
 VL_DECLARED_KIND(Sampler);
+VL_DECLARED_KIND(Buffer);
 VL_DECLARED_KIND(Camera);
 VL_DECLARED_KIND(Viewport);
 VL_DECLARED_KIND(RenderQueue);

@@ -20,13 +20,7 @@ void Resource::markChanged() {
 }
 
 bool isValidResourceName(vlMemory::StringView name) {
-    if (name.empty() || name.size() > longestName) return false;
-    while (!name.empty()) {
-        const std::size_t size = vlMemory::utf8Length(name);
-        if (size == 0 || vlMemory::startsWithControl(name)) return false;
-        name.remove_prefix(size);
-    }
-    return true;
+    return !name.empty() && name.size() <= longestName && vlMemory::isPrintable(name);
 }
 
 void logRefusedName(vlMemory::StringView kind, vlMemory::StringView name) {
@@ -36,6 +30,13 @@ void logRefusedName(vlMemory::StringView kind, vlMemory::StringView name) {
                         vlMemory::printable(name, 80),
                         kind,
                         longestName));
+}
+
+void logHiddenBearer(vlMemory::StringView kind, vlMemory::StringView name) {
+    LogManager::getInstance().log(fmt::format(
+            "Refused the name '{}' for a {}: the one that bears it is not the project's.",
+            vlMemory::printable(name, 80),
+            kind));
 }
 
 } // namespace vlGraphics

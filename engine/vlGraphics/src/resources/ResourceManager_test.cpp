@@ -89,6 +89,19 @@ TEST(ResourceManager, RefusesNamesThatAreNoneWithOneLine) {
     EXPECT_EQ(log.lines.size(), 3U);
 }
 
+TEST(ResourceManager, NoRenameTakesTheNameOfAHiddenResource) {
+    RasterStateManager manager;
+    const Lines log;
+    manager.createOrRetrieve("VORLANE_SOLID")->setHidden(true);
+    const RasterState* mine = manager.createOrRetrieve("mine");
+    EXPECT_FALSE(manager.rename("mine", "VORLANE_SOLID"));
+    EXPECT_EQ(manager.get("mine"), mine);
+    EXPECT_NE(manager.get("VORLANE_SOLID"), nullptr);
+    EXPECT_EQ(log.lines,
+              std::vector<vlMemory::String>{"Refused the name 'VORLANE_SOLID' for a raster state: "
+                                            "the one that bears it is not the project's."});
+}
+
 TEST(ResourceName, IsUtf8WithoutControlCharacters) {
     EXPECT_TRUE(isValidResourceName("r\xC3\xA9sum\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80"));
     EXPECT_TRUE(isValidResourceName(vlMemory::String(4096, 'x')));

@@ -1,6 +1,8 @@
 #pragma once
+#include <vlGraphics/Buffer.h>
 #include <vlGraphics/ContentLoader.h>
 #include <vlGraphics/Node.h>
+#include <vlScripts/ScriptManager.h>
 
 namespace vlGraphics {
 
@@ -10,6 +12,7 @@ struct TestManagers {
     DepthStencilStateManager depthStencilStates;
     RasterStateManager rasterStates;
     SamplerManager samplers;
+    BufferManager buffers;
     TextureManager textures;
     MeshManager meshes;
     CameraManager cameras;
@@ -19,6 +22,7 @@ struct TestManagers {
     NodeManager nodes;
     RenderQueueManager renderQueues;
     CompositorManager compositors;
+    vlScripts::ScriptManager scripts;
 };
 
 /// A mesh of one triangle with corners at distance `size` of the origin, and a TEXCOORD.

@@ -11,6 +11,7 @@ Managers::~Managers() {
     programs_.clear();
     meshes_.clear();
     textures_.clear();
+    buffers_.clear();
     samplers_.clear();
     viewports_.clear();
     rasterStates_.clear();

@@ -2,6 +2,7 @@
 #include "programs/ProgramCompiler.h"
 
 #include <vlGraphics/BlendState.h>
+#include <vlGraphics/Buffer.h>
 #include <vlGraphics/Camera.h>
 #include <vlGraphics/Compositor.h>
 #include <vlGraphics/DepthStencilState.h>
@@ -33,6 +34,7 @@ private:
     RasterStateManager rasterStates_;
     ViewportManager viewports_;
     SamplerManager samplers_;
+    BufferManager buffers_;
     TextureManager textures_;
     MeshManager meshes_;
     ProgramManager programs_;

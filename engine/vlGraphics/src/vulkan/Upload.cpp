@@ -146,6 +146,19 @@ Upload::toBuffer(GpuBuffer& target, VkDeviceSize offset, std::span<const std::by
     return {};
 }
 
+vlCommon::Result<> Upload::zero(GpuBuffer& target) {
+    if (target.mapped() != nullptr) {
+        std::memset(target.mapped(), 0, target.size());
+        target.flush();
+        return {};
+    }
+    const VkCommandBuffer buffer = commands();
+    if (buffer == VK_NULL_HANDLE)
+        return vlCommon::fail("Could not record an upload: out of memory");
+    vkCmdFillBuffer(buffer, target.get(), 0, VK_WHOLE_SIZE, 0);
+    return {};
+}
+
 vlCommon::Result<> Upload::toImage(GpuImage& target, std::span<const std::byte> pixels) {
     const auto slice = stage(pixels);
     if (!slice) return tl::unexpected(slice.error());

@@ -24,6 +24,8 @@ public:
 
     vlCommon::Result<>
     toBuffer(GpuBuffer& target, VkDeviceSize offset, std::span<const std::byte> bytes);
+    /// All of the buffer, whose size is a multiple of 4.
+    vlCommon::Result<> zero(GpuBuffer& target);
     /// Fills level 0 from tightly packed rows, and the further levels by halving; the image can be
     /// sampled afterwards.
     vlCommon::Result<> toImage(GpuImage& target, std::span<const std::byte> pixels);

@@ -66,6 +66,7 @@ private:
              vlGraphics::DepthStencilState,
              vlGraphics::RasterState,
              vlGraphics::Sampler,
+             vlGraphics::Buffer,
              vlGraphics::Camera,
              vlGraphics::Viewport,
              vlGraphics::RenderQueue,
@@ -73,7 +74,8 @@ private:
              vlGraphics::Shader,
              vlGraphics::Texture,
              vlGraphics::Mesh,
-             vlGraphics::Compositor>(loaded);
+             vlGraphics::Compositor,
+             vlScripts::Script>(loaded);
     }
 
     template <class... Kinds> void take(const vlGraphics::DeclarationLoadResult& loaded) {
@@ -89,6 +91,15 @@ private:
         auto* manager = MaterialManager::getInstance();
         auto* shaders = vlGraphics::ShaderManager::getInstance();
         for (const auto& [file, decl] : materials_) {
+            const Material* bearer = manager->get(decl.name);
+            if (bearer != nullptr && bearer->isHidden()) {
+                error(file,
+                      decl.line,
+                      fmt::format("material '{}': the one that bears this name is not the "
+                                  "project's",
+                                  decl.name));
+                continue;
+            }
             Material* material = manager->createOrRetrieve(decl.name);
             if (!decl.shader.empty() && shaders->get(decl.shader) == nullptr)
                 missing_.note(file,

@@ -121,6 +121,35 @@ TEST_F(ProjectLoaderTest, AChangedMaterialShowsOnItsEntitiesAndAnErasedOneLeaves
     EXPECT_TRUE(materials_.materialOf(painted).isNull());
 }
 
+TEST_F(ProjectLoaderTest, BuffersAndScriptsAreResourcesOfAProject) {
+    folder_.write("tools/data.vlbu",
+                  R"({"formatVersion": 1, "buffers": [{"name": "sparks", "elementCount": 7}]})");
+    folder_.write("tools/day.vlsc",
+                  R"({"formatVersion": 1, "scripts": [{"name": "day", "file": "day.lua"}]})");
+    folder_.write("tools/day.lua", "return 1");
+    const auto result =
+            load(R"({"formatVersion": 1, "declarations": ["tools/data.vlbu", "tools/day.vlsc"]})");
+    EXPECT_THAT(result.errors, IsEmpty());
+    EXPECT_THAT(result.resources.getBuffers(), ElementsAre(buffers_.get("sparks")));
+    EXPECT_THAT(result.resources.getScripts(), ElementsAre(scripts_.get("day")));
+    EXPECT_EQ(existing(buffers_.get("sparks")).getElementCount(), 7U);
+    EXPECT_EQ(existing(scripts_.get("day")).getSources(), "return 1");
+}
+
+TEST_F(ProjectLoaderTest, WhatIsHiddenIsNotDeclaredOver) {
+    for (const char* name : {"EDITOR_GIZMO", "mine"})
+        existing(materials_.createOrRetrieve(name)).setTransparent(true);
+    existing(materials_.get("EDITOR_GIZMO")).setHidden(true);
+    folder_.write("a.vlma", R"({"formatVersion": 1, "materials": [{"name": "EDITOR_GIZMO"},
+                               {"name": "mine"}]})");
+    const auto result = load(R"({"formatVersion": 1, "declarations": ["a.vlma"]})");
+    EXPECT_THAT(result.errors,
+                ElementsAre(HasSubstr("a.vlma:1: material 'EDITOR_GIZMO': the one that bears")));
+    EXPECT_THAT(result.materials, ElementsAre(materials_.get("mine")));
+    EXPECT_TRUE(existing(materials_.get("EDITOR_GIZMO")).getTransparent());
+    EXPECT_FALSE(existing(materials_.get("mine")).getTransparent());
+}
+
 TEST_F(ProjectLoaderTest, AnImportedModelLoadsFromItsOwnFolder) {
     folder_.write("box.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl x\nf 1 2 3\n");
     ASSERT_TRUE(importModel(folder_.path("box.obj"), folder_.path("sub/p.vls")).has_value());

@@ -1,6 +1,7 @@
 #include "script/KindBuilder.h"
 #include "script/Kinds.h"
 
+#include <vlGraphics/Buffer.h>
 #include <vlGraphics/RenderContext.h>
 #include <vlGraphics/RenderQueue.h>
 
@@ -101,6 +102,16 @@ template <class T> auto asHandle(void (RenderContext::*set)(vlGraphics::Handle<T
     };
 }
 
+template <class T> void addLoad(KindBuilder<T>& builder) {
+    builder.method("load",
+                   "",
+                   "makes the device's side anew, from what the fields say now",
+                   [](T& resource, std::span<const Value>) -> Result<> {
+                       resource.unload();
+                       return resource.load();
+                   });
+}
+
 } // namespace
 
 EngineKind materialKind() {
@@ -181,14 +192,28 @@ EngineKind textureKind() {
                    "holds sRGB colours; see load()",
                    &T::isGammaCorrected,
                    &T::setGammaCorrected);
-    builder.method("load",
-                   "",
-                   "makes the device's side anew, from what the fields say now",
-                   [](Texture& texture, std::span<const Value>) -> Result<> {
-                       texture.unload();
-                       return texture.load();
-                   });
+    addLoad(builder);
     return finish<vlGraphics::TextureManager>(builder, "textures");
+}
+
+EngineKind bufferKind() {
+    using B = vlGraphics::Buffer;
+    auto builder = resourceKind<vlGraphics::BufferManager>("buffer");
+    builder.field("elementByteSize",
+                  "bytes; see load()",
+                  &B::getElementByteSize,
+                  &B::setElementByteSize)
+            .field("elementCount", "see load()", &B::getElementCount, &B::setElementCount)
+            .field("unorderedAccess",
+                   "offered where shaders write",
+                   &B::getUnorderedAccess,
+                   &B::setUnorderedAccess)
+            .field("shaderResource",
+                   "offered where shaders read",
+                   &B::getShaderResource,
+                   &B::setShaderResource);
+    addLoad(builder);
+    return finish<vlGraphics::BufferManager>(builder, "buffers");
 }
 
 EngineKind renderQueueKind() {

@@ -54,6 +54,7 @@ std::vector<EngineKind> engineKinds() {
                             meshKind,
                             textureKind,
                             samplerKind,
+                            bufferKind,
                             blendStateKind,
                             depthStencilStateKind,
                             rasterStateKind,

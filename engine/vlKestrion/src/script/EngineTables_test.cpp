@@ -27,6 +27,7 @@ protected:
         rasterStates_.createOrRetrieve("it");
         viewports_.createOrRetrieve("it");
         samplers_.createOrRetrieve("it");
+        buffers_.createOrRetrieve("it");
         textures_.createOrRetrieve("it");
         meshes_.createOrRetrieve("it");
         programs_.createOrRetrieve("it");

@@ -12,6 +12,7 @@ EngineKind programKind();
 EngineKind meshKind();
 EngineKind textureKind();
 EngineKind samplerKind();
+EngineKind bufferKind();
 EngineKind blendStateKind();
 EngineKind depthStencilStateKind();
 EngineKind rasterStateKind();

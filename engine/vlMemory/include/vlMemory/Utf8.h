@@ -18,6 +18,9 @@ std::size_t findInvalidUtf8(StringView text);
 /// U+009F.
 bool startsWithControl(StringView text);
 
+/// Well-formed and without control characters: can be shown on one line as it is.
+bool isPrintable(StringView text);
+
 /** One line that can be shown: what is broken or a control character becomes '?', and what lies
  * behind that many bytes becomes "...". */
 String printable(StringView text, std::size_t mostBytes = 2000);

@@ -8,16 +8,17 @@ namespace vlScripts {
  *  owned by the ScriptManager under a unique name. One thread at a time. */
 class Script final {
 public:
+    static constexpr std::string_view kindName = "script";
     static constexpr std::uint32_t luaInterpreter = 1;
 
     explicit Script(std::string_view name) : name_(name) {}
 
     const std::string& getName() const { return name_; }
     /// 1 is Lua; load() refuses any other.
-    void setTargetInterpreter(std::uint32_t interpreter) { interpreter_ = interpreter; }
+    void setTargetInterpreter(std::uint32_t interpreter);
     std::uint32_t getTargetInterpreter() const { return interpreter_; }
     /// Takes effect with the next load().
-    void setSources(std::string_view text) { sources_ = text; }
+    void setSources(std::string_view text);
     const std::string& getSources() const { return sources_; }
     /// The editor's or the engine's own: no list shows it, no project saves it.
     void setHidden(bool hidden) { hidden_ = hidden; }
@@ -31,6 +32,8 @@ public:
     const CompilationResult& getCompilationResult() const { return result_; }
     /// Null while the script is not loaded.
     std::shared_ptr<const CompiledScript> getCompiled() const { return compiled_; }
+    /// Grows with every change of the sources, the interpreter or the snapshot; never 0.
+    std::uint64_t getRevision() const { return revision_; }
 
 private:
     friend class ScriptManager;
@@ -38,6 +41,7 @@ private:
     std::string sources_;
     std::uint32_t interpreter_ = luaInterpreter;
     bool hidden_ = false;
+    std::uint64_t revision_ = 1;
     CompilationResult result_;
     std::shared_ptr<const CompiledScript> compiled_;
 };
