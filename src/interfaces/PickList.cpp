@@ -5,21 +5,44 @@
 namespace vlEditor {
 
 PickList::PickList(std::string name, std::string label, std::vector<std::string> fixedEntries)
-    : name_(std::move(name)), label_(std::move(label)), fixedCount_(fixedEntries.size()),
-      entries_(std::move(fixedEntries)) {
+    : name_(std::move(name)), label_(std::move(label)) {
+    for (const std::string& entry : fixedEntries)
+        add(entry);
+    fixedCount_ = entries_.size();
+}
+
+const std::vector<std::string>& PickList::getEntries() const {
+    if (gaps_.empty()) return entries_;
+    std::ranges::sort(gaps_);
+    auto gap = gaps_.begin();
+    std::size_t kept = *gap;
+    for (std::size_t place = kept; place < entries_.size(); ++place) {
+        if (gap != gaps_.end() && *gap == place) {
+            ++gap;
+            continue;
+        }
+        places_.at(entries_[place]) = kept;
+        entries_[kept++] = std::move(entries_[place]);
+    }
+    entries_.resize(kept);
+    gaps_.clear();
+    return entries_;
 }
 
 bool PickList::has(vlMemory::StringView entry) const {
-    return std::ranges::find(entries_, entry) != entries_.end();
+    return places_.contains(entry);
+}
+
+bool PickList::add(const std::string& entry) {
+    if (!places_.try_emplace(entry, entries_.size()).second) return false;
+    entries_.push_back(entry);
+    return true;
 }
 
 void PickList::addEntries(const std::vector<std::string>& entries) {
     bool added = false;
-    for (const std::string& entry : entries) {
-        if (has(entry)) continue;
-        entries_.push_back(entry);
-        added = true;
-    }
+    for (const std::string& entry : entries)
+        added = add(entry) || added;
     if (added) notify();
 }
 
@@ -27,27 +50,43 @@ void PickList::addEntry(vlMemory::StringView entry) {
     addEntries({std::string(entry)});
 }
 
+void PickList::drop(Places::iterator entry) {
+    gaps_.push_back(entry->second);
+    places_.erase(entry);
+}
+
 bool PickList::removeEntry(vlMemory::StringView entry) {
     const auto found = findChangeable(entry);
-    if (found == entries_.end()) return false;
-    entries_.erase(found);
+    if (found == places_.end()) return false;
+    drop(found);
     notify();
     return true;
 }
 
 bool PickList::renameEntry(vlMemory::StringView entry, vlMemory::StringView newName) {
-    if (findChangeable(entry) == entries_.end()) return false;
+    const auto found = findChangeable(entry);
+    if (found == places_.end()) return false;
     if (entry == newName) return true;
-    const auto replaced = findChangeable(newName);
-    if (replaced != entries_.end()) entries_.erase(replaced);
-    *findChangeable(entry) = newName;
+    const auto bearer = places_.find(newName);
+    if (bearer != places_.end() && bearer->second < fixedCount_) {
+        drop(found);
+        notify();
+        return true;
+    }
+    if (bearer != places_.end()) drop(bearer);
+    const std::size_t place = found->second;
+    places_.erase(found);
+    entries_[place] = newName;
+    places_.try_emplace(entries_[place], place);
     notify();
     return true;
 }
 
 void PickList::reset() {
-    if (entries_.size() == fixedCount_) return;
+    if (places_.size() == fixedCount_) return;
+    std::erase_if(places_, [this](const auto& entry) { return entry.second >= fixedCount_; });
     entries_.resize(fixedCount_);
+    gaps_.clear();
     notify();
 }
 
@@ -59,9 +98,9 @@ void PickList::removeListener(PickListListener& listener) {
     std::erase(listeners_, &listener);
 }
 
-std::vector<std::string>::iterator PickList::findChangeable(vlMemory::StringView entry) {
-    const auto first = entries_.begin() + static_cast<std::ptrdiff_t>(fixedCount_);
-    return std::find(first, entries_.end(), entry);
+PickList::Places::iterator PickList::findChangeable(vlMemory::StringView entry) {
+    const auto found = places_.find(entry);
+    return found != places_.end() && found->second < fixedCount_ ? places_.end() : found;
 }
 
 void PickList::notify() {

@@ -7,6 +7,7 @@
 #include <vlWinUi/Button.h>
 #include <vlWinUi/ComponentManager.h>
 #include <vlWinUi/ListBox.h>
+#include <vlWinUi/System.h>
 
 #include <algorithm>
 #include <memory>
@@ -81,7 +82,7 @@ bool PickListDialog::open(vlMemory::StringView name,
 PickListDialog::PickListDialog(PickList& list) : name_(list.getName()), label_(list.getLabel()) {
     createWindow();
     list.addListener(*this);
-    entriesChanged();
+    refresh();
 }
 
 PickListDialog::~PickListDialog() {
@@ -136,6 +137,7 @@ void PickListDialog::show(const vlWinUi::Component& anchor,
 
 void PickListDialog::accept() {
     auto* window = ComponentManager::get<Window>(name_);
+    refreshIfDue();
     const std::string entry = listBoxOf(name_).getText();
     if (entry.empty() || window == nullptr || !window->isVisible()) return;
     window->setVisible(false);
@@ -164,7 +166,7 @@ void PickListDialog::setFilter(std::string filter) {
     filter_ = std::move(filter);
     auto& window = *ComponentManager::get<Window>(name_);
     window.setText(filter_.empty() ? label_ : label_ + ": " + filter_);
-    entriesChanged();
+    refresh();
     // The best guess stands ready for Enter.
     ListBox& entries = listBoxOf(name_);
     if (!filter_.empty() && !entries.getSelectedIndex() && entries.getEntryCount() > 0)
@@ -173,6 +175,23 @@ void PickListDialog::setFilter(std::string filter) {
 }
 
 void PickListDialog::entriesChanged() {
+    refreshDue_ = true;
+    const auto* window = ComponentManager::get<Window>(name_);
+    if (window == nullptr || !window->isVisible() || std::exchange(refreshQueued_, true)) return;
+    vlWinUi::System::runLater([weak = std::weak_ptr(self_)] {
+        const auto self = weak.lock();
+        if (self == nullptr) return;
+        (*self)->refreshQueued_ = false;
+        (*self)->refreshIfDue();
+    });
+}
+
+void PickListDialog::refreshIfDue() {
+    if (refreshDue_) refresh();
+}
+
+void PickListDialog::refresh() {
+    refreshDue_ = false;
     const PickList* list = PickLists::getInstance().find(name_);
     if (list == nullptr || ComponentManager::get(name_) == nullptr) return;
     std::vector<vlWinUi::ListEntry> shown;

@@ -4,14 +4,16 @@
 #include <vlWinUi/Window.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace vlEditor {
 
 /** The window in which a person chooses an entry of a pick list. It is called as the list; in it
  * are a list box, "Ok" and "Cancel" (the name, then "LISTBOX", "OK_BUTTON", "CANCEL_BUTTON"). It
- * follows the list while it is open. Typing narrows the entries to those that contain what was
- * typed. Kept as the window's data, for the whole run. UI thread only. */
+ * follows the list while it is open, once a turn of the event loop. Typing narrows the entries to
+ * those that contain what was typed. Kept as the window's data, for the whole run. UI thread only.
+ */
 class PickListDialog final : public PickListListener {
 public:
     using Chosen = std::function<void(const std::string& entry)>;
@@ -33,6 +35,7 @@ public:
     PickListDialog(const PickListDialog&) = delete;
     PickListDialog& operator=(const PickListDialog&) = delete;
 
+    /// Shown in the event loop's next turn, or when the dialog opens.
     void entriesChanged() override;
     /// What has been typed; with the first entry that contains it selected, unless another one that
     /// does is.
@@ -41,6 +44,9 @@ public:
 private:
     void createWindow();
     void show(const vlWinUi::Component& anchor, Chosen chosen, vlMemory::StringView selected);
+    /// Shows the list as it is now.
+    void refresh();
+    void refreshIfDue();
     void accept();
     void cancel();
     bool handleKey(const vlWinUi::KeyEvent& key);
@@ -51,6 +57,10 @@ private:
     std::string label_;
     std::string filter_;
     Chosen chosen_;
+    bool refreshDue_ = false;
+    bool refreshQueued_ = false;
+    /// Lets a queued call see that the dialog is gone.
+    std::shared_ptr<PickListDialog*> self_ = std::make_shared<PickListDialog*>(this);
 };
 
 } // namespace vlEditor

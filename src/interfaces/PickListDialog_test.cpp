@@ -116,12 +116,29 @@ TEST_F(PickListDialogTest, TheLastOpenerGetsTheAnswer) {
 TEST_F(PickListDialogTest, AnEntryThatVanishesIsNotSelectedAnyMore) {
     open("Smoke");
     list->removeEntry("glass");
+    vlWinUi::System::processEvents();
     EXPECT_EQ(box->getText(), "Smoke");
     list->renameEntry("Smoke", "Steam");
+    vlWinUi::System::processEvents();
     EXPECT_THAT(shown(), ElementsAre("Steam", "smog"));
     EXPECT_FALSE(ok->isEnabled());
     list->addEntry("new");
+    vlWinUi::System::processEvents();
     EXPECT_THAT(shown(), ElementsAre("Steam", "smog", "new"));
+    open("new");
+    list->removeEntry("new");
+    ok->click();
+    EXPECT_TRUE(chosen.empty());
+}
+
+TEST_F(PickListDialogTest, AHiddenOneShowsWhatChangedOnceItOpens) {
+    for (int i = 0; i < 3; ++i)
+        list->addEntry(std::to_string(i));
+    vlWinUi::System::processEvents();
+    EXPECT_EQ(box->getEntryCount(), 0U);
+    open("1");
+    EXPECT_EQ(box->getEntryCount(), 6U);
+    EXPECT_EQ(box->getText(), "1");
 }
 
 TEST_F(PickListDialogTest, TypingNarrowsTheEntriesAndGuesses) {
@@ -134,6 +151,7 @@ TEST_F(PickListDialogTest, TypingNarrowsTheEntriesAndGuesses) {
     typed.setFilter("smog");
     EXPECT_EQ(box->getText(), "smog");
     list->addEntry("more smog");
+    vlWinUi::System::processEvents();
     EXPECT_THAT(shown(), ElementsAre("smog", "more smog"));
     typed.setFilter("x");
     EXPECT_FALSE(ok->isEnabled());

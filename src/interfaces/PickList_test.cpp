@@ -32,6 +32,21 @@ TEST_F(PickListTest, ARenameKeepsThePlaceAndReplacesTheBearer) {
     EXPECT_THAT(list.getEntries(), ElementsAre("fixed", "b", "a"));
     EXPECT_TRUE(list.renameEntry("b", "d"));
     EXPECT_THAT(list.getEntries(), ElementsAre("fixed", "d", "a"));
+    EXPECT_TRUE(list.renameEntry("d", "fixed"));
+    EXPECT_THAT(list.getEntries(), ElementsAre("fixed", "a"));
+}
+
+TEST_F(PickListTest, WhatComesBackStandsAtTheEnd) {
+    list.addEntries({"a", "b", "c", "d"});
+    for (const char* gone : {"c", "a"})
+        EXPECT_TRUE(list.removeEntry(gone));
+    EXPECT_FALSE(list.has("a"));
+    list.addEntry("a");
+    EXPECT_THAT(list.getEntries(), ElementsAre("fixed", "b", "d", "a"));
+    EXPECT_TRUE(list.renameEntry("a", "e"));
+    EXPECT_TRUE(list.removeEntry("b"));
+    EXPECT_THAT(list.getEntries(), ElementsAre("fixed", "d", "e"));
+    EXPECT_TRUE(list.has("e"));
 }
 
 TEST_F(PickListTest, FixedEntriesStay) {

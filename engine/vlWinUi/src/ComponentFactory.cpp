@@ -2,6 +2,7 @@
 
 #include <vlWinUi/Button.h>
 #include <vlWinUi/CheckBox.h>
+#include <vlWinUi/CodeEdit.h>
 #include <vlWinUi/ComboBox.h>
 #include <vlWinUi/ContextMenu.h>
 #include <vlWinUi/EditBox.h>
@@ -31,6 +32,7 @@ const ComponentFactory::Entry& ComponentFactory::find(ComponentType type) {
             entry<Button>("BUTTON"),
             entry<EditBox>("EDIT_BOX"),
             entry<MultiLineEdit>("MULTI_LINE_EDIT"),
+            entry<CodeEdit>("CODE_EDIT"),
             entry<CheckBox>("CHECK_BOX"),
             entry<ComboBox>("COMBO_BOX"),
             entry<ListBox>("LIST_BOX"),

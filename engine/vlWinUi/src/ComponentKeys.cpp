@@ -4,6 +4,7 @@
 
 #include <vlWinUi/Button.h>
 #include <vlWinUi/CheckBox.h>
+#include <vlWinUi/CodeEdit.h>
 #include <vlWinUi/ComboBox.h>
 #include <vlWinUi/EditBox.h>
 #include <vlWinUi/GroupBox.h>
@@ -124,6 +125,14 @@ void setAlignment(LayoutText& text, const Node& object, vlMemory::StringView nam
     if (text.read(object, name, value, ALIGNMENTS)) static_cast<Static&>(to).setAlignment(value);
 }
 
+void setLanguage(LayoutText& text, const Node& object, vlMemory::StringView name, Component& to) {
+    using Language = CodeEdit::Language;
+    static constexpr vlExport::EnumText<Language> LANGUAGES[] = {
+            {Language::None, "NONE"}, {Language::Lua, "LUA"}, {Language::Hlsl, "HLSL"}};
+    auto value = Language::None;
+    if (text.read(object, name, value, LANGUAGES)) static_cast<CodeEdit&>(to).setLanguage(value);
+}
+
 void addTabs(LayoutText& text, const Node& object, vlMemory::StringView name, Component& to) {
     const auto tabs = text.elements(object, name);
     if (tabs.size() > LayoutText::MOST_TABS)
@@ -173,6 +182,11 @@ constexpr Key MULTI_LINE_EDIT[] = {
         LABEL,
         text<MultiLineEdit, &MultiLineEdit::setPlaceHolder>("placeHolder"),
 };
+constexpr Key CODE_EDIT[] = {
+        ACCESSIBLE_LABEL,
+        text<CodeEdit, &CodeEdit::setPlaceHolder>("placeHolder"),
+        {"language", setLanguage},
+};
 constexpr Key LIST_BOX[] = {
         ACCESSIBLE_LABEL,
         text<ListBox, &ListBox::setPlaceHolder>("placeHolder"),
@@ -204,6 +218,7 @@ constexpr Type TYPES[] = {
         {ComponentType::Button, BUTTON},
         {ComponentType::EditBox, EDIT_BOX},
         {ComponentType::MultiLineEdit, MULTI_LINE_EDIT},
+        {ComponentType::CodeEdit, CODE_EDIT},
         {ComponentType::CheckBox, LABELLED},
         {ComponentType::ComboBox, UNLABELLED},
         {ComponentType::ListBox, LIST_BOX},

@@ -2,6 +2,7 @@
 #include "WinUiTest.h"
 
 #include <vlWinUi/Button.h>
+#include <vlWinUi/CodeEdit.h>
 #include <vlWinUi/ContentLoader.h>
 #include <vlWinUi/ContextMenu.h>
 #include <vlWinUi/EditBox.h>
@@ -67,7 +68,8 @@ TEST_F(ContentLoaderTest, AWindowIsAsItsTextSays) {
         {"name": "W_SAVE", "type": "BUTTON", "label": "Save", "enabled": false,
          "maxSize": {"y": 24}, "minSize": {"x": 60}, "toolTip": "Keeps it",
          "shortcut": "Ctrl+S", "accessibleName": "Save the blend state"},
-        {"name": "W_EDIT", "type": "EDIT_BOX", "placeHolder": "Depth", "onlyNumbers": true}
+        {"name": "W_EDIT", "type": "EDIT_BOX", "placeHolder": "Depth", "onlyNumbers": true},
+        {"name": "W_CODE", "type": "CODE_EDIT", "language": "HLSL", "placeHolder": "Shader"}
       ],
       "layouts": [
         {"parent": "W", "type": "GRID", "width": 4, "height": 2,
@@ -101,6 +103,7 @@ TEST_F(ContentLoaderTest, AWindowIsAsItsTextSays) {
             static_cast<QPushButton*>(ComponentManager::get("W_SAVE")->native().widget);
     EXPECT_EQ(button->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_S));
     EXPECT_EQ(button->accessibleName(), "Save the blend state");
+    ASSERT_NE(ComponentManager::get<CodeEdit>("W_CODE"), nullptr);
     auto* edit = static_cast<QLineEdit*>(ComponentManager::get("W_EDIT")->native().widget);
     EXPECT_EQ(edit->placeholderText(), "Depth");
     EXPECT_FALSE([&] {

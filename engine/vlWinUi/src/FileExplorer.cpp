@@ -89,4 +89,9 @@ std::string FileExplorer::getCurrentSelection() const {
     return fromQt(nativeAs<FileExplorerNative>(*this).selection);
 }
 
+void FileExplorer::setCurrentSelection(vlMemory::StringView path) {
+    vlCommon::assertUiThread();
+    nativeAs<FileExplorerNative>(*this).selection = toQt(path);
+}
+
 } // namespace vlWinUi

@@ -14,7 +14,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     const auto at = entryOf(index);
     if (!at) return {};
     const Row& row = rows_[static_cast<std::size_t>(index.row())];
-    const Item& item = *items_[*at];
+    const Item& item = this->item(*at);
     const ListEntry& entry = item.entry;
     const auto line = [&] {
         return toQt(std::string_view(entry.label).substr(row.begin, row.length));
@@ -46,17 +46,18 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
 std::optional<std::size_t> ListModel::find(std::string_view label) const {
     if (!labels_) {
         labels_.emplace();
-        for (const auto& item : items_)
-            labels_->add(item->entry.label, item->serial);
+        for (const auto& [serial, item] : items_)
+            labels_->add(item.entry.label, serial);
     }
     const auto serial = labels_->first(label);
-    return serial ? std::optional(itemOf(*serial)) : std::nullopt;
+    return serial ? std::optional(placeOf(*serial)) : std::nullopt;
 }
 
 void ListModel::add(ListEntry entry) {
-    items_.push_back(std::make_unique<Item>(Item{std::move(entry), nextSerial_++, false, {}}));
-    const Item& item = *items_.back();
-    if (labels_) labels_->add(item.entry.label, item.serial);
+    const std::uint64_t serial = nextSerial_++;
+    if (labels_) labels_->add(entry.label, serial);
+    serials_.push_back(serial);
+    items_.try_emplace(serial, Item{std::move(entry), false, {}});
 }
 
 void ListModel::append(std::deque<ListEntry> entries) {
@@ -64,35 +65,37 @@ void ListModel::append(std::deque<ListEntry> entries) {
     rows.reserve(entries.size());
     for (ListEntry& entry : entries) {
         add(std::move(entry));
-        appendRows(rows, items_.size() - 1);
+        appendRows(rows, serials_.size() - 1);
     }
     insertRows(rows_.end(), rows);
 }
 
 void ListModel::removeFirst(std::size_t count) {
     removeRows(rows_.begin(), lowerBound(count));
-    const auto end = items_.begin() + static_cast<std::ptrdiff_t>(count);
-    if (labels_)
-        std::for_each(items_.begin(), end, [this](const auto& item) {
-            labels_->remove(item->entry.label, item->serial);
-        });
-    items_.erase(items_.begin(), end);
+    const auto end = serials_.begin() + static_cast<std::ptrdiff_t>(count);
+    std::for_each(serials_.begin(), end, [this](std::uint64_t serial) { forget(serial); });
+    serials_.erase(serials_.begin(), end);
 }
 
 void ListModel::remove(std::size_t entry) {
     removeRows(lowerBound(entry), lowerBound(entry + 1));
-    const Item& item = *items_[entry];
-    if (labels_) labels_->remove(item.entry.label, item.serial);
-    items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(entry));
+    forget(serials_[entry]);
+    serials_.erase(serials_.begin() + static_cast<std::ptrdiff_t>(entry));
+}
+
+void ListModel::forget(std::uint64_t serial) {
+    const auto found = items_.find(serial);
+    if (labels_) labels_->remove(found->second.entry.label, serial);
+    items_.erase(found);
 }
 
 bool ListModel::rename(std::size_t entry, std::string label) {
-    Item& item = *items_[entry];
+    Item& renamed = item(entry);
     if (labels_) {
-        labels_->remove(item.entry.label, item.serial);
-        labels_->add(label, item.serial);
+        labels_->remove(renamed.entry.label, serials_[entry]);
+        labels_->add(label, serials_[entry]);
     }
-    item.entry.label = std::move(label);
+    renamed.entry.label = std::move(label);
     std::vector<Row> rows;
     appendRows(rows, entry);
     const auto first = lowerBound(entry);
@@ -108,20 +111,21 @@ bool ListModel::rename(std::size_t entry, std::string label) {
 }
 
 void ListModel::setCount(std::size_t entry, unsigned count) {
-    items_[entry]->entry.count = count;
+    item(entry).entry.count = count;
     tellChange(entry);
 }
 
 void ListModel::setMark(std::size_t entry, bool marked, std::string reason) {
-    Item& item = *items_[entry];
-    item.marked = marked;
-    item.reason = marked ? std::move(reason) : std::string();
+    Item& changed = item(entry);
+    changed.marked = marked;
+    changed.reason = marked ? std::move(reason) : std::string();
     tellChange(entry);
 }
 
 void ListModel::reset(std::vector<ListEntry> entries) {
     labels_.reset();
     items_.clear();
+    serials_.clear();
     for (ListEntry& entry : entries)
         add(std::move(entry));
     resetRows();
@@ -135,19 +139,17 @@ void ListModel::setFilter(const QString& text) {
 
 std::optional<std::size_t> ListModel::entryOf(const QModelIndex& row) const {
     if (!row.isValid()) return std::nullopt;
-    return itemOf(rows_[static_cast<std::size_t>(row.row())].serial);
+    return placeOf(rows_[static_cast<std::size_t>(row.row())].serial);
 }
 
 QModelIndex ListModel::rowOf(std::size_t entry) const {
     const auto found = lowerBound(entry);
-    if (found == rows_.end() || found->serial != items_[entry]->serial) return {};
+    if (found == rows_.end() || found->serial != serials_[entry]) return {};
     return index(static_cast<int>(found - rows_.begin()));
 }
 
-std::size_t ListModel::itemOf(std::uint64_t serial) const {
-    const auto found = std::ranges::lower_bound(
-            items_, serial, {}, [](const auto& item) { return item->serial; });
-    return static_cast<std::size_t>(found - items_.begin());
+std::size_t ListModel::placeOf(std::uint64_t serial) const {
+    return static_cast<std::size_t>(std::ranges::lower_bound(serials_, serial) - serials_.begin());
 }
 
 bool ListModel::passes(const ListEntry& entry) const {
@@ -155,14 +157,14 @@ bool ListModel::passes(const ListEntry& entry) const {
 }
 
 void ListModel::appendRows(std::vector<Row>& rows, std::size_t entry) const {
-    const Item& item = *items_[entry];
-    const std::string& label = item.entry.label;
-    if (!passes(item.entry)) return;
+    const ListEntry& shown = this->entry(entry);
+    const std::string& label = shown.label;
+    if (!passes(shown)) return;
     for (std::size_t begin = 0; begin != std::string::npos;) {
         const std::size_t end = std::min(label.find('\n', begin), label.size());
         // A line feed at the very end ends the last line and does not begin another.
         const bool more = end + 1 < label.size();
-        rows.push_back({item.serial,
+        rows.push_back({serials_[entry],
                         static_cast<std::uint32_t>(begin),
                         static_cast<std::uint32_t>(end - begin)});
         begin = more ? end + 1 : std::string::npos;
@@ -172,16 +174,16 @@ void ListModel::appendRows(std::vector<Row>& rows, std::size_t entry) const {
 void ListModel::resetRows() {
     beginResetModel();
     std::vector<Row> rows;
-    for (std::size_t entry = 0; entry < items_.size(); ++entry)
+    for (std::size_t entry = 0; entry < serials_.size(); ++entry)
         appendRows(rows, entry);
-    rows_.assign(rows.begin(), rows.end());
+    rows_ = std::move(rows);
     shown_ = static_cast<std::size_t>(std::ranges::count(rows_, 0U, &Row::begin));
     endResetModel();
 }
 
 ListModel::Rows::const_iterator ListModel::lowerBound(std::size_t entry) const {
-    if (entry >= items_.size()) return rows_.end();
-    return std::ranges::lower_bound(rows_, items_[entry]->serial, {}, &Row::serial);
+    if (entry >= serials_.size()) return rows_.end();
+    return std::ranges::lower_bound(rows_, serials_[entry], {}, &Row::serial);
 }
 
 void ListModel::insertRows(Rows::const_iterator at, const std::vector<Row>& rows) {

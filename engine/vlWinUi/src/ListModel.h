@@ -7,8 +7,8 @@
 #include <QString>
 
 #include <deque>
-#include <memory>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace vlWinUi {
@@ -25,8 +25,8 @@ public:
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
 
-    std::size_t entryCount() const { return items_.size(); }
-    const ListEntry& entry(std::size_t at) const { return items_.at(at)->entry; }
+    std::size_t entryCount() const { return serials_.size(); }
+    const ListEntry& entry(std::size_t at) const { return item(at).entry; }
     /// The first entry of that label.
     std::optional<std::size_t> find(std::string_view label) const;
     void append(std::deque<ListEntry> entries);
@@ -36,7 +36,7 @@ public:
     bool rename(std::size_t entry, std::string label);
     void setCount(std::size_t entry, unsigned count);
     void setMark(std::size_t entry, bool marked, std::string reason);
-    bool isMarked(std::size_t entry) const { return items_.at(entry)->marked; }
+    bool isMarked(std::size_t entry) const { return item(entry).marked; }
     void reset(std::vector<ListEntry> entries);
     /// Only entries that contain it, whatever the case; an empty text leaves all.
     void setFilter(const QString& text);
@@ -49,10 +49,8 @@ public:
     QModelIndex rowOf(std::size_t entry) const;
 
 private:
-    /// Serials rise from entry to entry, so that the rows stay as they are while others go.
     struct Item {
         ListEntry entry;
-        std::uint64_t serial = 0;
         bool marked = false;
         std::string reason; ///< of the mark
     };
@@ -61,10 +59,14 @@ private:
         std::uint32_t begin;  ///< of the line in the label
         std::uint32_t length;
     };
-    using Rows = std::deque<Row>;
+    using Rows = std::vector<Row>;
 
     void add(ListEntry entry);
-    std::size_t itemOf(std::uint64_t serial) const;
+    /// Throws where there is none.
+    const Item& item(std::size_t entry) const { return items_.at(serials_.at(entry)); }
+    Item& item(std::size_t entry) { return items_.at(serials_.at(entry)); }
+    void forget(std::uint64_t serial);
+    std::size_t placeOf(std::uint64_t serial) const;
     bool passes(const ListEntry& entry) const;
     void appendRows(std::vector<Row>& rows, std::size_t entry) const;
     void resetRows();
@@ -74,7 +76,9 @@ private:
     void removeRows(Rows::const_iterator first, Rows::const_iterator last);
     void tellChange(std::size_t entry);
 
-    std::deque<std::unique_ptr<Item>> items_;
+    /// Serials rise from entry to entry and stay while others go: what is moved then is small.
+    std::vector<std::uint64_t> serials_;
+    std::unordered_map<std::uint64_t, Item> items_; ///< by serial
     std::uint64_t nextSerial_ = 0;
     /// Made when a label is looked up for the first time: logs never do.
     mutable std::optional<LabelIndex> labels_;

@@ -6,6 +6,7 @@
 #include <vlWinUi/Clipboard.h>
 #include <vlWinUi/ContextMenu.h>
 #include <vlWinUi/FileExplorer.h>
+#include <vlWinUi/GroupBox.h>
 #include <vlWinUi/MultiLineEdit.h>
 #include <vlWinUi/Notificator.h>
 #include <vlWinUi/Slider.h>
@@ -98,6 +99,26 @@ TEST_F(FileExplorerTest, SavingTakesANameThatIsNotThereAndAddsNothing) {
     EXPECT_EQ(dialog().fileMode(), QFileDialog::Directory);
     choose(folder.path());
     EXPECT_EQ(chosen.back(), folder.path().toStdString());
+}
+
+TEST_F(FileExplorerTest, TheModeOfEachOpeningAndTheSelectionCanBeSet) {
+    explorer->setCurrentSelection("/made/up.vls");
+    EXPECT_EQ(explorer->getCurrentSelection(), "/made/up.vls");
+    EXPECT_TRUE(chosen.empty());
+    using Mode = FileExplorer::Mode;
+    const std::pair<Mode, QFileDialog::FileMode> modes[] = {
+            {Mode::Directory, QFileDialog::Directory},
+            {Mode::Save, QFileDialog::AnyFile},
+            {Mode::Open, QFileDialog::ExistingFile},
+    };
+    for (const auto& [mode, expected] : modes) {
+        explorer->setMode(mode);
+        open();
+        EXPECT_EQ(dialog().fileMode(), expected);
+        dialog().reject();
+    }
+    EXPECT_EQ(dialog().acceptMode(), QFileDialog::AcceptOpen);
+    EXPECT_EQ(explorer->getCurrentSelection(), "/made/up.vls");
 }
 
 struct NotificatorTest : test::WinUiTest {
@@ -222,6 +243,29 @@ TEST_F(MultiLineEditTest, AKeyMayEraseTheField) {
     System::processEvents();
     EXPECT_EQ(keys, std::vector<std::uint32_t>{13});
     EXPECT_EQ(ComponentManager::get("TEXT"), nullptr);
+}
+
+using GroupBoxTest = test::WinUiTest;
+
+TEST_F(GroupBoxTest, ALowGroupShowsItsLineWhole) {
+    auto& window = make<Window>("W");
+    auto& group = make<GroupBox>("GROUP");
+    auto& button = make<Button>("BUTTON");
+    group.setText("Name");
+    GridLayout inner(1, 1);
+    inner.addComponent(button, 0, 0);
+    group.setLayout(std::move(inner));
+    GridLayout outer(1, 2);
+    outer.setFixedSizeRow(0, 65);
+    outer.addComponent(group, 0, 0);
+    window.setLayout(std::move(outer));
+    window.setRectangle({0, 0, 200, 200});
+    window.load();
+    System::settle();
+    EXPECT_GE(button.getHeight(), 24U);
+    const QWidget& frame = *group.native().widget;
+    EXPECT_LE(frame.height(), 65);
+    EXPECT_TRUE(frame.contentsRect().contains(button.native().widget->geometry()));
 }
 
 using SliderTest = test::WinUiTest;

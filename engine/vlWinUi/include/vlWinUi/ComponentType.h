@@ -10,6 +10,7 @@ enum class ComponentType {
     Button,
     EditBox,
     MultiLineEdit,
+    CodeEdit,
     CheckBox,
     ComboBox,
     ListBox,

@@ -13,6 +13,7 @@ public:
     /// The title.
     void setText(vlMemory::StringView text) override;
     std::string getText() const override;
+    /// Counts from the next opening on.
     void setMode(Mode mode);
     /// "Images" with "jpg"; the first filter is the chosen one. Saving adds nothing to the name.
     void addFilter(vlMemory::StringView label, vlMemory::StringView extension);
@@ -24,8 +25,10 @@ public:
     /// Returns at once; the callback gets the absolute path of a choice, and is not called without
     /// one.
     void open(std::function<void(const std::string& path)> chosen);
-    /// The last choice; empty when there was none.
+    /// The last choice, or what was set since; empty when there was none.
     std::string getCurrentSelection() const;
+    /// What was chosen by other means than the dialog; nothing is called.
+    void setCurrentSelection(vlMemory::StringView path);
 
 private:
     friend class ComponentFactory;

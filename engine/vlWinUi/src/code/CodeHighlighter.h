@@ -1,0 +1,44 @@
+#pragma once
+#include "code/CodeRules.h"
+
+#include <QSyntaxHighlighter>
+
+#include <vector>
+
+namespace vlWinUi {
+
+/** Colours the lines in view, and knows where the brackets are of all. Every line is scanned, since
+ *  the next one depends on it, which is quick; to colour it is not, and waits until it is shown. */
+class CodeHighlighter final : public QSyntaxHighlighter {
+public:
+    /// A bracket in the code itself, not in a text or a comment.
+    struct Bracket {
+        int at; ///< in the line
+        char16_t letter;
+    };
+
+    using QSyntaxHighlighter::QSyntaxHighlighter;
+
+    /// Null colours nothing.
+    void setRules(const CodeRules* rules);
+    const CodeRules* getRules() const { return rules_; }
+    /// Colours what is not yet, from one block to another.
+    void show(int firstBlock, int lastBlock);
+    /// The theme is another one.
+    void colorAnew();
+    /// The bracket at that place of the document and the one that belongs to it; where that is
+    /// missing or of another kind, only the one. Empty without a bracket there.
+    std::vector<int> bracketsAt(int position) const;
+
+protected:
+    void highlightBlock(const QString& text) override;
+
+private:
+    const CodeRules* rules_ = nullptr;
+    int firstShown_ = 0;
+    int lastShown_ = 0;
+    int generation_ = 1; ///< of the colours
+    std::vector<Token> tokens_;
+};
+
+} // namespace vlWinUi
