@@ -6,7 +6,7 @@
 namespace vlEditor {
 
 std::span<const AnyKind* const> allKinds() {
-    static const std::array kinds{&blendStateKind()};
+    static const std::array kinds{&blendStateKind(), &scriptKind()};
     return kinds;
 }
 

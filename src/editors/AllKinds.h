@@ -7,6 +7,7 @@ namespace vlEditor {
 
 // Adding a kind: its folder, and a line here and in AllKinds.cpp.
 const AnyKind& blendStateKind();
+const AnyKind& scriptKind();
 
 /// Every kind of resource that has an editor. What one refers to comes before it.
 std::span<const AnyKind* const> allKinds();

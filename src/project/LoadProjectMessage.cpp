@@ -35,7 +35,6 @@ void listResources(const vlKestrion::ProjectLoadResult& loaded) {
     list("SAMPLER_POP_UP_LIST", resources.getSamplers());
     list("UAV_POP_UP_LIST", resources.getBuffers());
     list("TEXTURE_BUFFER_POP_UP_LIST", resources.getBuffers());
-    list("SCRIPT_POP_UP_LIST", resources.getScripts());
     list("CAMERA_POP_UP_LIST", resources.getCameras());
     list("RENDER_QUEUE_POP_UP_LIST", resources.getRenderQueues());
     list("SHADER_PROGRAM_POP_UP_LIST", resources.getPrograms());
