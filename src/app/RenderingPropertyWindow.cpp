@@ -1,10 +1,17 @@
 #include "app/RenderingPropertyWindow.h"
 
 #include "app/MainWindow.h"
+#include "core/MessageOrchestrator.h"
+#include "core/RenderingScriptChangeMessage.h"
+#include "core/RenderingScriptName.h"
 #include "interfaces/LayoutTemplate.h"
+#include "interfaces/PickListDialog.h"
+#include "interfaces/ReservedNames.h"
+#include "interfaces/history/PendingEdit.h"
 
 #include <vlWinUi/Button.h>
 #include <vlWinUi/ComponentManager.h>
+#include <vlWinUi/Static.h>
 #include <vlWinUi/Window.h>
 
 namespace vlEditor {
@@ -13,6 +20,16 @@ namespace {
 using vlWinUi::ComponentManager;
 
 constexpr const char* windowName = "EDITOR_RENDERING_PROPERTY_WINDOW";
+
+std::string_view shownName(const std::string& name) {
+    return name.empty() ? ReservedNames::noScript : std::string_view(name);
+}
+
+void chooseScript(const std::string& entry) {
+    PendingEdit::flushAll();
+    const bool isNone = entry == ReservedNames::noScript;
+    postToGraphics(RenderingScriptChangeMessage(isNone ? std::string() : entry));
+}
 
 } // namespace
 
@@ -23,7 +40,15 @@ void RenderingPropertyWindow::create() {
         window.setOwnerWindow(*main);
     auto& change = *ComponentManager::createOrRetrieve<vlWinUi::Button>("RENDERING_SCRIPT_CHANGE");
     change.setAccessibleName("Choose the active script");
-    change.setEnabled(false, "Choosing a script is not available yet.");
+    change.setToolTip("Chooses the script that runs once a turn; \"-\" is none");
+    change.setButtonClickCallback([&change] {
+        const std::string& name = RenderingScriptName::getInstance().get();
+        PickListDialog::open("SCRIPT_POP_UP_LIST", change, chooseScript, shownName(name));
+    });
+    auto& label = *ComponentManager::createOrRetrieve<vlWinUi::Static>("RENDERING_SCRIPT_LABEL");
+    // As long as the label, which lives as long as the program's windows.
+    label.setData(RenderingScriptName::getInstance().listen(
+            [&label](const std::string& name) { label.setText(shownName(name)); }));
     window.load();
 }
 

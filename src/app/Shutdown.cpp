@@ -6,6 +6,7 @@
 #include "core/EngineHandler.h"
 #include "core/MessageOrchestrator.h"
 #include "core/MessageRegistry.h"
+#include "core/RenderingScriptName.h"
 #include "core/WorkerPool.h"
 #include "interfaces/CommandInterpreter.h"
 #include "interfaces/InterfaceContainerCreator.h"
@@ -47,6 +48,7 @@ void endInterfaces() {
     EngineWindowUiDataTracker::destroyInstance();
     GraphElementUiDataTracker::destroyInstance();
     PickLists::destroyInstance();
+    RenderingScriptName::destroyInstance();
     MessageRegistry::destroyInstance();
     Answers::destroyInstance();
 }

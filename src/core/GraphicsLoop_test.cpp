@@ -2,10 +2,13 @@
 #include "core/GraphicsLoop.h"
 #include "core/LogMessage.h"
 #include "core/MessageOrchestrator.h"
+#include "core/RenderingScriptChangeMessage.h"
 #include "core/RenderingScriptMessage.h"
+#include "core/RenderingScriptName.h"
 #include "core/ScriptSubmitMessage.h"
 
 #include <vlScripts/Environment.h>
+#include <vlScripts/ScriptManager.h>
 
 #include <gmock/gmock.h>
 
@@ -249,6 +252,7 @@ protected:
         MessageOrchestrator::getInstance().discard();
         EditorLogger::destroyInstance();
         EngineHandler::destroyInstance();
+        RenderingScriptName::destroyInstance();
     }
     /// Messages look for the one instance.
     static EngineHandler& global() { return EngineHandler::getInstance(); }
@@ -279,6 +283,48 @@ TEST_F(ScriptedLoopTest, TheRenderingScriptRunsInEachTurnBeforeTheDrawing) {
     EXPECT_THAT(lines().back(), testing::StartsWith("[Editor] spin:1: "));
     post<RenderingScriptMessage>("", "");
     EXPECT_EQ(turn(), 0U);
+    EXPECT_EQ(global().getRenderingScript().get(), nullptr);
+}
+
+TEST_F(ScriptedLoopTest, TheRenderingScriptFollowsTheScriptOfTheManager) {
+    vlScripts::ScriptManager scripts;
+    vlScripts::Script& spin = *scripts.createOrRetrieve("spin");
+    spin.setSources("change()");
+    postToGraphics(RenderingScriptChangeMessage("spin"));
+    EXPECT_EQ(turn(), 1U) << "it was compiled for that";
+    lines();
+    EXPECT_EQ(RenderingScriptName::getInstance().get(), "spin");
+
+    spin.unload();
+    spin.setSources("change(");
+    EXPECT_FALSE(spin.load());
+    EXPECT_EQ(turn(), 1U) << "the last good one runs on";
+    spin.setSources("error('new')");
+    EXPECT_TRUE(spin.load());
+    scripts.rename("spin", "turn");
+    turn();
+    EXPECT_EQ(lines().back(), "[Editor] turn:1: new");
+    EXPECT_EQ(RenderingScriptName::getInstance().get(), "turn");
+
+    postToGraphics(RenderingScriptChangeMessage("nobody"));
+    turn();
+    EXPECT_THAT(lines(), testing::Contains("[Editor] There is no script 'nobody' to render with."));
+    EXPECT_EQ(global().getRenderingScript().getName(), "turn");
+}
+
+TEST_F(ScriptedLoopTest, AnErasedRenderingScriptIsNotTheNextOneOfItsName) {
+    vlScripts::ScriptManager scripts;
+    scripts.createOrRetrieve("spin");
+    postToGraphics(RenderingScriptChangeMessage("spin"));
+    turn();
+    scripts.erase("spin");
+    scripts.createOrRetrieve("spin")->setSources("change()");
+    ASSERT_TRUE(scripts.get("spin")->load());
+    renderer.steps.clear();
+    turn();
+    EXPECT_THAT(renderer.steps, testing::Not(testing::Contains("script")));
+    lines();
+    EXPECT_EQ(RenderingScriptName::getInstance().get(), "");
     EXPECT_EQ(global().getRenderingScript().get(), nullptr);
 }
 

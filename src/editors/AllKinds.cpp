@@ -11,7 +11,8 @@ std::span<const AnyKind* const> allKinds() {
                                   &depthStencilStateKind(),
                                   &rasterStateKind(),
                                   &samplerKind(),
-                                  &cameraKind()};
+                                  &cameraKind(),
+                                  &scriptKind()};
     return kinds;
 }
 

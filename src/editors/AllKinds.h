@@ -12,6 +12,7 @@ const AnyKind& depthStencilStateKind();
 const AnyKind& rasterStateKind();
 const AnyKind& samplerKind();
 const AnyKind& cameraKind();
+const AnyKind& scriptKind();
 
 /// Every kind of resource that has an editor. What one refers to comes before it.
 std::span<const AnyKind* const> allKinds();

@@ -120,6 +120,16 @@ TEST(Automation, TheViewportDrawsWithAWindowAndWithoutADisplay) {
     }
 }
 
+TEST(Automation, ScriptsAreWrittenRunAndFollowedByWidget) {
+    const Folder folder;
+    expectGood(run(folder.path(),
+                   {"--run", source("tests/program/script.lua").string(), "--headless", gallery},
+                   noDisplay));
+    EXPECT_EQ(textOf(folder.path() / "other.lua"), "return 'saved'");
+    for (const char* name : {"script", "script_error", "script_light"})
+        keep(pictureOf(folder.path() / (std::string(name) + ".png")), name);
+}
+
 TEST(Automation, ErrorsEndItWithTheirPlace) {
     const Folder folder;
     const auto failing = runText(folder, "local function deep() ui.click('NOBODY') end\n\ndeep()");

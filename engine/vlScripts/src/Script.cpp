@@ -1,6 +1,13 @@
 #include <vlScripts/Script.h>
 
+#include <atomic>
+
 namespace vlScripts {
+
+std::uint64_t Script::nextId() {
+    static std::atomic<std::uint64_t> last = 0;
+    return ++last;
+}
 
 void Script::setTargetInterpreter(std::uint32_t interpreter) {
     if (interpreter_ == interpreter) return;

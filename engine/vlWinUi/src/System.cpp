@@ -14,6 +14,7 @@
 
 #include <QApplication>
 #include <QDeadlineTimer>
+#include <QTimer>
 #include <QWindow>
 
 #include <algorithm>
@@ -157,6 +158,12 @@ void System::runLater(std::function<void()> callLater) {
     vlCommon::assertUiThread();
     if (!isInitialized()) return;
     QMetaObject::invokeMethod(qApp, std::move(callLater), Qt::QueuedConnection);
+}
+
+void System::runAfter(std::chrono::milliseconds delay, std::function<void()> callAfter) {
+    vlCommon::assertUiThread();
+    if (!isInitialized()) return;
+    QTimer::singleShot(delay, qApp, std::move(callAfter));
 }
 
 void System::setTerminationCallback(std::function<void()> callback) {

@@ -55,6 +55,19 @@ TEST_F(SystemTest, WhatIsNotifiedInsideTheCallbackAsksForAnotherTurn) {
     EXPECT_EQ(calls, 3);
 }
 
+TEST_F(SystemTest, CallsComeWithTheirTurnsAndTimes) {
+    using namespace std::chrono_literals;
+    std::vector<int> order;
+    const auto begin = std::chrono::steady_clock::now();
+    System::runAfter(20ms, [&] { order.push_back(2); });
+    System::runLater([&] { order.push_back(1); });
+    EXPECT_TRUE(order.empty());
+    while (order.size() < 2)
+        System::processEvents();
+    EXPECT_EQ(order, (std::vector{1, 2}));
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, 20ms);
+}
+
 TEST_F(SystemTest, AFalseRunCallbackEndsTheLoop) {
     System::setRunCallback([] { return false; });
     System::run();

@@ -4,6 +4,7 @@
 #include "core/EngineHandler.h"
 #include "core/MessageOrchestrator.h"
 #include "core/WorkerPool.h"
+#include "interfaces/history/PendingEdit.h"
 
 #include <vlGraphics/Program.h>
 #include <vlWinUi/Automation.h>
@@ -21,6 +22,7 @@ void AutomationSyncMessage::runOnGraphicsThread() {
 void AutomationSyncMessage::runOnUiThread() {
     // What the widgets themselves have still to do (layout, sizes) may post messages, too.
     vlWinUi::Automation::invoke([id = ticket, engine = engineAtRest] {
+        PendingEdit::flushAll();
         const bool atRest = engine && WorkerPool::getInstance().pendingCount() == 0;
         const auto posted =
                 static_cast<std::int64_t>(MessageOrchestrator::getInstance().getPostedCount());

@@ -1,6 +1,7 @@
 #include "interfaces/history/History.h"
 
 #include "core/MessageOrchestrator.h"
+#include "interfaces/history/PendingEdit.h"
 #include "interfaces/history/UndoMessage.h"
 
 #include <vlCommon/ThreadBorder.h>
@@ -42,10 +43,12 @@ void History::record(Gesture gesture, std::unique_ptr<UndoStep> step) {
 }
 
 void History::undo() {
+    PendingEdit::flushAll();
     postToGraphics(UndoMessage(false));
 }
 
 void History::redo() {
+    PendingEdit::flushAll();
     postToGraphics(UndoMessage(true));
 }
 

@@ -1,4 +1,5 @@
 #pragma once
+#include "interfaces/kinds/CodeRow.h"
 #include "interfaces/kinds/KindCommands.h"
 #include "interfaces/kinds/Numbers.h"
 #include "interfaces/kinds/ResourceEditMessage.h"
@@ -98,6 +99,35 @@ public:
         numbers(button, edit, NumberBox{box, &Edit::value});
     }
 
+    /// A source text. What is typed is posted after a pause, and before anything else is asked for.
+    template <ResourceEdit Edit> void code(const std::string& suffix, Edit edit) {
+        const auto post = [edit](const std::string& name, const std::string& text) {
+            if (ResourceUiDataTracker<Kind>::getInstance().get(name) == nullptr) return;
+            Edit each = edit;
+            each.value = text;
+            ResourceEditMessage<Edit> message(name, each);
+            // Not that of an action that the text is posted before.
+            message.gesture = History::nextGesture();
+            postToGraphics(std::move(message));
+        };
+        const auto row = std::make_shared<CodeRow>(base_ + suffix, post);
+        rows_.push_back([row, read = valueOf(edit)](Records records, bool) mutable {
+            if (records.size() == 1) {
+                row->show(*records.front(), records.front()->name, read(*records.front()));
+                return;
+            }
+            std::optional<std::string> text;
+            bool isMixed = false;
+            for (const Record* record : records) {
+                const std::string each = read(*record);
+                isMixed = isMixed || (text && *text != each);
+                text = each;
+            }
+            row->showReadOnly(text.value_or(std::string()), isMixed);
+        });
+        forget_.push_back([row](const Record& record) { row->forget(record); });
+    }
+
     /// A row of another make: shows what `read` says of the selected resources, null where none is.
     template <class Value>
     void row(std::function<Value(const Record&)> read,
@@ -108,6 +138,7 @@ public:
     void button(const std::string& suffix, std::function<void(const Names&)> pressed) {
         bindButton(base_ + suffix, [this, pressed = std::move(pressed)] {
             const Names names = selection_();
+            PendingEdit::flushAll();
             if (!names.empty()) pressed(names);
         });
     }
@@ -131,6 +162,14 @@ public:
         for (const auto& row : rows_)
             row(records, isAnew);
     }
+    /// A record is about to go: what is being typed for it goes with it.
+    void forget(const Record& record) {
+        for (const auto& row : forget_)
+            row(record);
+    }
+
+    /// Holds something for as long as the window lives.
+    void keep(std::shared_ptr<const void> held) { kept_.push_back(std::move(held)); }
 
 private:
     using Records = std::span<const Record* const>;
@@ -190,6 +229,8 @@ private:
     std::string base_;
     std::function<Names()> selection_;
     std::vector<std::function<void(Records, bool isAnew)>> rows_;
+    std::vector<std::function<void(const Record&)>> forget_;
+    std::vector<std::shared_ptr<const void>> kept_;
 };
 
 } // namespace vlEditor

@@ -53,7 +53,7 @@ void changeResource(typename Kind::Engine& engine, Change change) {
     else
         logFailure(change());
     if constexpr (Kind::hooks.reload == Reload::afterChange) engine.unload();
-    logFailure(engine.load());
+    if constexpr (Kind::hooks.reload != Reload::never) logFailure(engine.load());
 }
 
 } // namespace vlEditor

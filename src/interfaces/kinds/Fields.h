@@ -78,6 +78,20 @@ template <class Record, class Value, std::size_t count, class Get, class Set>
 IndexedField(std::string_view, std::array<Value, count> Record::*, Get, Set)
         -> IndexedField<Record, Value, count, Get, Set>;
 
+/** What the record shows of the engine's resource and nobody sets. It is no part of a memento; the
+ *  comparison of records leaves it out where it may change while the resource does not. */
+template <class Record, class Value, class Get> struct ReadOnlyField {
+    std::string_view name;
+    Value Record::*pointer;
+    Get get;
+
+    template <class Engine> void pull(const Engine& engine, Record& record) const {
+        record.*pointer = static_cast<Value>(std::invoke(get, engine));
+    }
+};
+template <class Record, class Value, class Get>
+ReadOnlyField(std::string_view, Value Record::*, Get) -> ReadOnlyField<Record, Value, Get>;
+
 /// The row of Kind::fields for a member of its record.
 template <class Kind, auto member> constexpr const auto& fieldOf() {
     constexpr auto count = std::tuple_size_v<std::remove_cvref_t<decltype(Kind::fields)>>;
@@ -113,10 +127,27 @@ void pull(const typename Kind::Engine& engine, typename Kind::Record& record) {
     std::apply([&](const auto&... row) { (row.pull(engine, record), ...); }, Kind::fields);
 }
 
-/// Record to engine, every field.
+/// Calls it with the row of each field that can be set.
+template <class Kind, class Call> void forEachSetting(Call&& call) {
+    const auto visit = [&](const auto& row) {
+        if constexpr (requires(const typename Kind::Record& record, typename Kind::Engine& engine) {
+                          row.push(record, engine);
+                      })
+            call(row);
+    };
+    std::apply([&](const auto&... row) { (visit(row), ...); }, Kind::fields);
+}
+
+/// Engine to record, every field that can be set.
+template <class Kind>
+void pullSettings(const typename Kind::Engine& engine, typename Kind::Record& record) {
+    forEachSetting<Kind>([&](const auto& row) { row.pull(engine, record); });
+}
+
+/// Record to engine, every field that can be set.
 template <class Kind>
 void push(const typename Kind::Record& record, typename Kind::Engine& engine) {
-    std::apply([&](const auto&... row) { (row.push(record, engine), ...); }, Kind::fields);
+    forEachSetting<Kind>([&](const auto& row) { row.push(record, engine); });
 }
 
 /** A change of one resource, as a widget asks for it.

@@ -1,4 +1,5 @@
 #pragma once
+#include "interfaces/history/PendingEdit.h"
 #include "interfaces/kinds/CopyMessages.h"
 #include "interfaces/kinds/FindUsersMessage.h"
 #include "interfaces/kinds/ResourceCommands.h"
@@ -7,6 +8,7 @@ namespace vlEditor {
 
 /// Posts what a person, or a script in a person's name, asked for. UI thread.
 template <class M> void postByUser(M message) {
+    PendingEdit::flushAll();
     message.gesture = History::getInstance().current();
     postToGraphics(std::move(message));
 }
@@ -37,6 +39,7 @@ public:
     }
     void save(const std::string& name, const std::string& path) const override {
         if constexpr (Kind::hooks.load != nullptr) {
+            PendingEdit::flushAll();
             std::string target = path;
             if constexpr (Kind::hooks.savePath != nullptr) target = Kind::hooks.savePath(path);
             postToGraphics(SaveResourceDeclMessage<Kind>(name, std::move(target)));
@@ -46,6 +49,7 @@ public:
         postByUser(DuplicateResourceMessage<Kind>(name));
     }
     void copy(const std::string& name) const override {
+        PendingEdit::flushAll();
         postToGraphics(CopyResourceMessage<Kind>(name));
     }
     void findUsers(const std::vector<std::string>& names,

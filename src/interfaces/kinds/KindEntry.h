@@ -31,6 +31,8 @@ public:
         (add(std::type_identity<ResourceEditMessage<Edits>>(),
              std::string(typeName<Edits>()) + "Message"),
          ...);
+        if constexpr (requires { Kind::registerMessages(registry); })
+            Kind::registerMessages(registry);
         registry.add<AdoptResourcesMessage<Kind>>(MessageQueue::ui, "Adopt" + kind + "sMessage");
     }
 

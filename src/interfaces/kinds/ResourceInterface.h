@@ -48,6 +48,7 @@ public:
         window_.setChanged(record.name, Tracker::getInstance().isChanged(record.name));
     }
     void onResourceErased(const Record& record) override {
+        bindings_.forget(record);
         const bool wasSelected = window_.isSelected(record.name);
         window_.eraseEntry(record.name);
         if (wasSelected) showSelected(true);

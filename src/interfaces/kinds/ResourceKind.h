@@ -3,7 +3,8 @@
 //  - `Record`, the UI's copy: plain values, comparable, `std::string name` first;
 //  - `Engine` and `Manager`, the engine's class and who owns its resources by name;
 //  - `texts`, `hooks` and `fields`;
-//  - `static KindLayout layout()` and `static void bind(Bindings<K##Kind>&)`.
+//  - `static KindLayout layout()` and `static void bind(Bindings<K##Kind>&)`;
+//  - `static void registerMessages(MessageRegistry&)` where it has messages beside its edits.
 // Everything else in this folder is written once over this description.
 #include "interfaces/LayoutTemplate.h"
 #include "interfaces/kinds/Fields.h"
@@ -18,7 +19,11 @@
 namespace vlEditor {
 
 /** When the device side of a resource is given back and made again around a change. */
-enum class Reload : std::uint8_t { afterChange, aroundChange };
+enum class Reload : std::uint8_t {
+    afterChange,
+    aroundChange,
+    never ///< what is loaded stays until a person asks for more
+};
 
 /** What a kind does differently. It names only what it changes:
  *      static constexpr KindHooks<Engine> hooks{.load = ..., .created = switchOnUsages}; */
@@ -84,7 +89,10 @@ template <class Kind> typename Kind::Record recordOf(const typename Kind::Engine
 /// Graphics thread.
 template <class Kind> Memento<Kind> mementoOf(const typename Kind::Engine& engine) {
     if constexpr (std::is_same_v<Memento<Kind>, typename Kind::Record>) {
-        return recordOf<Kind>(engine);
+        typename Kind::Record record;
+        record.name = engine.getName();
+        pullSettings<Kind>(engine, record);
+        return record;
     } else {
         // No folder: paths stay as they are, and what stands in files comes along.
         vlExport::Node declaration = vlGraphics::ContentLoader::getDeclaration(engine, {});

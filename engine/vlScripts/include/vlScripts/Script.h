@@ -11,9 +11,11 @@ public:
     static constexpr std::string_view kindName = "script";
     static constexpr std::uint32_t luaInterpreter = 1;
 
-    explicit Script(std::string_view name) : name_(name) {}
+    explicit Script(std::string_view name) : name_(name), id_(nextId()) {}
 
     const std::string& getName() const { return name_; }
+    /// Stays through a rename, and never comes again in this run: never 0.
+    std::uint64_t getId() const { return id_; }
     /// 1 is Lua; load() refuses any other.
     void setTargetInterpreter(std::uint32_t interpreter);
     std::uint32_t getTargetInterpreter() const { return interpreter_; }
@@ -37,7 +39,10 @@ public:
 
 private:
     friend class ScriptManager;
+    static std::uint64_t nextId();
+
     std::string name_;
+    std::uint64_t id_;
     std::string sources_;
     std::uint32_t interpreter_ = luaInterpreter;
     bool hidden_ = false;

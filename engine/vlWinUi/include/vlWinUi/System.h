@@ -3,6 +3,7 @@
 #include <vlMemory/String.h>
 #include <vlWinUi/SystemOptions.h>
 
+#include <chrono>
 #include <functional>
 
 namespace vlWinUi {
@@ -38,6 +39,8 @@ public:
 
     /// Calls it in the event loop's next turn; not at all when kill() comes first.
     static void runLater(std::function<void()> call);
+    /// Calls it in the event loop once that time has passed; not at all when kill() comes first.
+    static void runAfter(std::chrono::milliseconds delay, std::function<void()> call);
 
     /// SIGINT or SIGTERM arrived; called in the event loop, like a close of the main window.
     static void setTerminationCallback(std::function<void()> callback);
