@@ -8,7 +8,7 @@ local function same(got, wanted, what)
 end
 
 editor.sync()
-same(ui.items("VL_EDITOR_TOOL_BAR"), {"File", "View", "Scene"}, "menus")
+same(ui.items("VL_EDITOR_TOOL_BAR"), {"File", "Edit", "View", "Scene"}, "menus")
 assert(ui.enabled("VL_EDITOR_TOOL_BAR", "File", "Leave"))
 same(ui.items(tabs), {"Scene", "+"}, "tabs at the start")
 
