@@ -31,7 +31,7 @@ public:
         const Memento<Kind> settings = mementoOf<Kind>(*source);
         auto* copy = makeResource<Kind>(copyName);
         if (copy == nullptr) return;
-        changeResource<Kind>(*copy, [&] { return putMemento<Kind>(settings, *copy); });
+        fillResource<Kind>(*copy, [&] { return putMemento<Kind>(settings, *copy); });
         DuplicateResourceMessage outcome = *this;
         outcome.change.setAfter(*copy);
         postToUi(std::move(outcome));

@@ -56,4 +56,10 @@ void changeResource(typename Kind::Engine& engine, Change change) {
     if constexpr (Kind::hooks.reload != Reload::never) logFailure(engine.load());
 }
 
+/// The same for one that was just made: it is loaded then, whatever its kind.
+template <class Kind, class Change> void fillResource(typename Kind::Engine& fresh, Change change) {
+    changeResource<Kind>(fresh, std::move(change));
+    if constexpr (Kind::hooks.reload == Reload::never) logFailure(fresh.load());
+}
+
 } // namespace vlEditor

@@ -58,9 +58,11 @@ private:
         if (engine != nullptr && from->name != to->name && !manager.rename(from->name, to->name))
             return nullptr;
         engine = manager.get(to->name);
-        if (engine == nullptr) engine = makeResource<Kind>(to->name);
+        const bool isFresh = engine == nullptr;
+        if (isFresh) engine = makeResource<Kind>(to->name);
         if (engine == nullptr || !mayChange<Kind>(*engine)) return nullptr;
-        changeResource<Kind>(*engine, [&] { return putMemento<Kind>(*to, *engine); });
+        const auto put = [&] { return putMemento<Kind>(*to, *engine); };
+        isFresh ? fillResource<Kind>(*engine, put) : changeResource<Kind>(*engine, put);
         return engine;
     }
 };
