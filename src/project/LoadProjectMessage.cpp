@@ -30,7 +30,6 @@ void listResources(const vlKestrion::ProjectLoadResult& loaded) {
     for (const AnyKind* kind : allKinds())
         kind->adopt(resources);
     // Kinds without an editor are only offered by their pick lists.
-    list("TEXTURE_BUFFER_POP_UP_LIST", resources.getBuffers());
     list("RENDER_QUEUE_POP_UP_LIST", resources.getRenderQueues());
     list("SHADER_PROGRAM_POP_UP_LIST", resources.getPrograms());
     list("SHADER_POP_UP_LIST", resources.getShaders());

@@ -104,7 +104,10 @@ public:
     }
 
     void runOnUiThread() override {
-        ResourceUiDataTracker<Kind>::getInstance().rename(oldName, newName);
+        auto& tracker = ResourceUiDataTracker<Kind>::getInstance();
+        tracker.rename(oldName, newName);
+        if (change.record && tracker.get(newName) != nullptr)
+            adoptRecord<Kind>(std::move(*change.record));
         if (replaced) recordStep<Kind>(gesture, std::move(replaced), std::nullopt);
         recordStep<Kind>(gesture, std::move(change.before), std::move(change.after));
     }
