@@ -130,6 +130,22 @@ TEST(Automation, ScriptsAreWrittenRunAndFollowedByWidget) {
         keep(pictureOf(folder.path() / (std::string(name) + ".png")), name);
 }
 
+TEST(Automation, CamerasAreEditedAndSeenAtOnce) {
+    const std::string script = source("tests/program/camera.lua").string();
+    for (const bool headless : {false, true}) {
+        SCOPED_TRACE(headless ? "headless" : "with a window");
+        const Folder folder;
+        std::vector<std::string> arguments{"--run", script, gallery};
+        if (headless) arguments.emplace_back("--headless");
+        expectGood(run(folder.path(),
+                       arguments,
+                       headless ? noDisplay : std::map<std::string, std::string>{}));
+        keep(pictureOf(folder.path() / "camera.png"),
+             headless ? "camera_headless" : "camera_window");
+        EXPECT_THAT(textOf(folder.path() / "eye.vlca"), HasSubstr("\"nearDistance\": 10"));
+    }
+}
+
 TEST(Automation, ErrorsEndItWithTheirPlace) {
     const Folder folder;
     const auto failing = runText(folder, "local function deep() ui.click('NOBODY') end\n\ndeep()");

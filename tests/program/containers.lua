@@ -55,11 +55,11 @@ for _, view in ipairs(views) do
     assert(ui.text("CONTAINER_2_TITLE") == view[2], ui.text("CONTAINER_2_TITLE"))
 end
 -- One that is not there yet says so and leaves the container as it was.
-ui.menu("CONTAINER_2_LBAR", "View", "Camera View")
+ui.menu("CONTAINER_2_LBAR", "View", "Materials View")
 editor.sync()
 assert(ui.text("CONTAINER_2_TITLE") == "Scene")
 local kept = editor.log()
-assert(kept[#kept] == "[Editor] Camera View is not available yet.", kept[#kept])
+assert(kept[#kept] == "[Editor] Materials View is not available yet.", kept[#kept])
 
 -- In the other three directions.
 for index, side in ipairs {"above", "left", "right"} do

@@ -59,21 +59,16 @@ std::array<ExactAngles, 2> exactAnglesOf(const vlMaths::Quaternion& q) {
                     pitch, std::atan2(frontX, frontZ) * degreesPerRadian, roll * degreesPerRadian}};
 }
 
-/// The same orientation, in words that differ by a whole turn.
-std::array<CameraAngles, 3> withWholeTurns(const CameraAngles& angles) {
-    CameraAngles yawed = angles;
-    yawed.yaw += angles.yaw > 0 ? -360.0F : 360.0F;
-    CameraAngles rolled = angles;
-    rolled.roll += angles.roll > 0 ? -360.0F : 360.0F;
-    const bool isYawNearer = std::abs(yawed.yaw) <= std::abs(rolled.roll);
-    return {angles, isYawNearer ? yawed : rolled, isYawNearer ? rolled : yawed};
-}
-
+/// The angles, or those with a yaw beyond half a turn, where they make the orientation to the bit.
+/// Of a quaternion and its opposite, which turn alike, each has its own.
 std::optional<CameraAngles> match(const CameraAngles& angles, const vlMaths::Quaternion& wanted) {
-    for (const CameraAngles& each : withWholeTurns(angles)) {
-        if (each.toOrientation() == wanted) return each;
-    }
-    return {};
+    const vlMaths::Quaternion made = angles.toOrientation();
+    if (made == wanted) return angles;
+    const vlMaths::Quaternion opposite{-made.x, -made.y, -made.z, -made.w};
+    if (opposite != wanted) return {};
+    CameraAngles further = angles;
+    if (angles.yaw < 0) further.yaw += 360;
+    return further.toOrientation() == wanted ? further : angles;
 }
 
 } // namespace

@@ -6,8 +6,8 @@ namespace vlEditor {
 /** Angles as a person types and reads them, in degrees. Roll turns about Z first, then pitch about
  *  X, then yaw about Y: positive yaw turns to the right, positive pitch down, positive roll to the
  *  left. The engine holds a quaternion and radians; the way there and back gives the angles that
- *  were typed as long as pitch lies within a quarter turn and no other orientation is the same.
- *  Looking straight up or down, roll is 0: yaw says all. */
+ *  were typed where pitch lies within 90 degrees, yaw between -180 and 360 and roll within 180, and
+ *  otherwise others that mean the same. Looking straight up or down, roll is 0: yaw says all. */
 struct CameraAngles {
     float pitch = 0;
     float yaw = 0;
