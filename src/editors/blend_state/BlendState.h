@@ -52,39 +52,15 @@ struct BlendStateKind {
     static constexpr KindHooks<Engine> hooks{
             .load = &vlGraphics::ContentLoader::loadBlendStateDeclaration};
     static constexpr std::tuple fields{
-            Field{"alphaToCoverage",
-                  &Record::alphaToCoverage,
-                  &Engine::getAlphaToCoverage,
-                  &Engine::setAlphaToCoverage},
-            Field{"independentBlend",
-                  &Record::independentBlend,
-                  &Engine::getIndependentBlend,
-                  &Engine::setIndependentBlend},
-            IndexedField{"blendingEnabled",
-                         &Record::blendingEnabled,
-                         &Engine::getBlendEnabled,
-                         &Engine::setBlendEnabled},
-            IndexedField{"sourceFactor",
-                         &Record::sourceFactor,
-                         &Engine::getSrcBlend,
-                         &Engine::setSrcBlend},
-            IndexedField{"destinationFactor",
-                         &Record::destinationFactor,
-                         &Engine::getDestBlend,
-                         &Engine::setDestBlend},
-            IndexedField{"operation", &Record::operation, &Engine::getBlendOp, &Engine::setBlendOp},
-            IndexedField{"sourceAlphaFactor",
-                         &Record::sourceAlphaFactor,
-                         &Engine::getSrcAlphaBlend,
-                         &Engine::setSrcAlphaBlend},
-            IndexedField{"destinationAlphaFactor",
-                         &Record::destinationAlphaFactor,
-                         &Engine::getDestAlphaBlend,
-                         &Engine::setDestAlphaBlend},
-            IndexedField{"alphaOperation",
-                         &Record::alphaOperation,
-                         &Engine::getBlendOpAlpha,
-                         &Engine::setBlendOpAlpha},
+            VL_FIELD(alphaToCoverage, getAlphaToCoverage, setAlphaToCoverage),
+            VL_FIELD(independentBlend, getIndependentBlend, setIndependentBlend),
+            VL_INDEXED_FIELD(blendingEnabled, getBlendEnabled, setBlendEnabled),
+            VL_INDEXED_FIELD(sourceFactor, getSrcBlend, setSrcBlend),
+            VL_INDEXED_FIELD(destinationFactor, getDestBlend, setDestBlend),
+            VL_INDEXED_FIELD(operation, getBlendOp, setBlendOp),
+            VL_INDEXED_FIELD(sourceAlphaFactor, getSrcAlphaBlend, setSrcAlphaBlend),
+            VL_INDEXED_FIELD(destinationAlphaFactor, getDestAlphaBlend, setDestAlphaBlend),
+            VL_INDEXED_FIELD(alphaOperation, getBlendOpAlpha, setBlendOpAlpha),
             IndexedField{
                     "writeMask", &Record::writeMask, &Engine::getWriteMask, &Engine::setWriteMask},
     };
@@ -121,21 +97,17 @@ template <auto ofColor, auto ofAlpha> struct SetBlendTwin {
 };
 
 using BlendRecord = BlendStateRecord;
-struct BlendStateAlphaCoverage : SetField<BlendStateKind, &BlendRecord::alphaToCoverage> {};
-struct BlendStateIndependent : SetField<BlendStateKind, &BlendRecord::independentBlend> {};
-struct BlendStateEnable : SetElement<BlendStateKind, &BlendRecord::blendingEnabled> {};
+VL_FIELD_EDIT(BlendState, AlphaCoverage, alphaToCoverage);
+VL_FIELD_EDIT(BlendState, Independent, independentBlend);
+VL_ELEMENT_EDIT(BlendState, Enable, blendingEnabled);
 struct BlendStateSrc : SetBlendTwin<&BlendRecord::sourceFactor, &BlendRecord::sourceAlphaFactor> {};
 struct BlendStateDest
     : SetBlendTwin<&BlendRecord::destinationFactor, &BlendRecord::destinationAlphaFactor> {};
 struct BlendStateOp : SetBlendTwin<&BlendRecord::operation, &BlendRecord::alphaOperation> {};
-struct BlendStateMask : SetElement<BlendStateKind, &BlendRecord::writeMask> {};
+VL_ELEMENT_EDIT(BlendState, Mask, writeMask);
 
-using BlendStateAlphaCoverageMessage = ResourceEditMessage<BlendStateAlphaCoverage>;
-using BlendStateIndependentMessage = ResourceEditMessage<BlendStateIndependent>;
-using BlendStateEnableMessage = ResourceEditMessage<BlendStateEnable>;
 using BlendStateSrcMessage = ResourceEditMessage<BlendStateSrc>;
 using BlendStateDestMessage = ResourceEditMessage<BlendStateDest>;
 using BlendStateOpMessage = ResourceEditMessage<BlendStateOp>;
-using BlendStateMaskMessage = ResourceEditMessage<BlendStateMask>;
 
 } // namespace vlEditor

@@ -48,14 +48,8 @@ struct BufferKind {
             .created = &switchOnUsages};
     // In the order in which the engine is set.
     static constexpr std::tuple fields{
-            Field{"elementCount",
-                  &Record::elementCount,
-                  &Engine::getElementCount,
-                  &Engine::setElementCount},
-            Field{"elementByteSize",
-                  &Record::elementByteSize,
-                  &Engine::getElementByteSize,
-                  &Engine::setElementByteSize},
+            VL_FIELD(elementCount, getElementCount, setElementCount),
+            VL_FIELD(elementByteSize, getElementByteSize, setElementByteSize),
     };
     static KindLayout layout() { return {"buffer.json", {}}; }
     static void bind(Bindings<BufferKind>& window);

@@ -73,30 +73,12 @@ struct DepthStencilStateKind {
             .load = &vlGraphics::ContentLoader::loadDepthStencilStateDeclaration};
     // In the order in which the engine is set.
     static constexpr std::tuple fields{
-            Field{"depthEnabled",
-                  &Record::depthEnabled,
-                  &Engine::getDepthEnabled,
-                  &Engine::setDepthEnabled},
-            Field{"depthWriteMask",
-                  &Record::depthWriteMask,
-                  &Engine::getDepthWriteMask,
-                  &Engine::setDepthWriteMask},
-            Field{"depthFunction",
-                  &Record::depthFunction,
-                  &Engine::getDepthFunction,
-                  &Engine::setDepthFunction},
-            Field{"stencilEnabled",
-                  &Record::stencilEnabled,
-                  &Engine::getStencilEnabled,
-                  &Engine::setStencilEnabled},
-            Field{"stencilReadMask",
-                  &Record::stencilReadMask,
-                  &Engine::getStencilReadMask,
-                  &Engine::setStencilReadMask},
-            Field{"stencilWriteMask",
-                  &Record::stencilWriteMask,
-                  &Engine::getStencilWriteMask,
-                  &Engine::setStencilWriteMask},
+            VL_FIELD(depthEnabled, getDepthEnabled, setDepthEnabled),
+            VL_FIELD(depthWriteMask, getDepthWriteMask, setDepthWriteMask),
+            VL_FIELD(depthFunction, getDepthFunction, setDepthFunction),
+            VL_FIELD(stencilEnabled, getStencilEnabled, setStencilEnabled),
+            VL_FIELD(stencilReadMask, getStencilReadMask, setStencilReadMask),
+            VL_FIELD(stencilWriteMask, getStencilWriteMask, setStencilWriteMask),
             Field{"frontFacesStencilFailOperation",
                   &Record::frontFacesStencilFailOperation,
                   detail::ofFront(&Face::fail),
@@ -136,53 +118,19 @@ struct DepthStencilStateKind {
 
 VL_RESOURCE_KIND_NAMES(DepthStencilState);
 
-template <auto member> using SetDepthStencil = SetField<DepthStencilStateKind, member>;
-using DepthRecord = DepthStencilStateRecord;
-struct DepthStencilStateDepthEnable : SetDepthStencil<&DepthRecord::depthEnabled> {};
-struct DepthStencilStateDepthWriteMask : SetDepthStencil<&DepthRecord::depthWriteMask> {};
-struct DepthStencilStateDepthFunction : SetDepthStencil<&DepthRecord::depthFunction> {};
-struct DepthStencilStateStencilEnable : SetDepthStencil<&DepthRecord::stencilEnabled> {};
-struct DepthStencilStateStencilReadMask : SetDepthStencil<&DepthRecord::stencilReadMask> {};
-struct DepthStencilStateStencilWriteMask : SetDepthStencil<&DepthRecord::stencilWriteMask> {};
-struct DepthStencilStateStencilFrontFail
-    : SetDepthStencil<&DepthRecord::frontFacesStencilFailOperation> {};
-struct DepthStencilStateStencilFrontDepthFail
-    : SetDepthStencil<&DepthRecord::frontFacesDepthFailOperation> {};
-struct DepthStencilStateStencilFrontPass : SetDepthStencil<&DepthRecord::frontFacesPassOperation> {
-};
-struct DepthStencilStateStencilFrontFunction
-    : SetDepthStencil<&DepthRecord::frontFacesStencilFunction> {};
-struct DepthStencilStateStencilBackFail
-    : SetDepthStencil<&DepthRecord::backFacesStencilFailOperation> {};
-struct DepthStencilStateStencilBackDepthFail
-    : SetDepthStencil<&DepthRecord::backFacesDepthFailOperation> {};
-struct DepthStencilStateStencilBackPass : SetDepthStencil<&DepthRecord::backFacesPassOperation> {};
-struct DepthStencilStateStencilBackFunction
-    : SetDepthStencil<&DepthRecord::backFacesStencilFunction> {};
-
-using DepthStencilStateDepthEnableMessage = ResourceEditMessage<DepthStencilStateDepthEnable>;
-using DepthStencilStateDepthWriteMaskMessage = ResourceEditMessage<DepthStencilStateDepthWriteMask>;
-using DepthStencilStateDepthFunctionMessage = ResourceEditMessage<DepthStencilStateDepthFunction>;
-using DepthStencilStateStencilEnableMessage = ResourceEditMessage<DepthStencilStateStencilEnable>;
-using DepthStencilStateStencilReadMaskMessage =
-        ResourceEditMessage<DepthStencilStateStencilReadMask>;
-using DepthStencilStateStencilWriteMaskMessage =
-        ResourceEditMessage<DepthStencilStateStencilWriteMask>;
-using DepthStencilStateStencilFrontFailMessage =
-        ResourceEditMessage<DepthStencilStateStencilFrontFail>;
-using DepthStencilStateStencilFrontDepthFailMessage =
-        ResourceEditMessage<DepthStencilStateStencilFrontDepthFail>;
-using DepthStencilStateStencilFrontPassMessage =
-        ResourceEditMessage<DepthStencilStateStencilFrontPass>;
-using DepthStencilStateStencilFrontFunctionMessage =
-        ResourceEditMessage<DepthStencilStateStencilFrontFunction>;
-using DepthStencilStateStencilBackFailMessage =
-        ResourceEditMessage<DepthStencilStateStencilBackFail>;
-using DepthStencilStateStencilBackDepthFailMessage =
-        ResourceEditMessage<DepthStencilStateStencilBackDepthFail>;
-using DepthStencilStateStencilBackPassMessage =
-        ResourceEditMessage<DepthStencilStateStencilBackPass>;
-using DepthStencilStateStencilBackFunctionMessage =
-        ResourceEditMessage<DepthStencilStateStencilBackFunction>;
+VL_FIELD_EDIT(DepthStencilState, DepthEnable, depthEnabled);
+VL_FIELD_EDIT(DepthStencilState, DepthWriteMask, depthWriteMask);
+VL_FIELD_EDIT(DepthStencilState, DepthFunction, depthFunction);
+VL_FIELD_EDIT(DepthStencilState, StencilEnable, stencilEnabled);
+VL_FIELD_EDIT(DepthStencilState, StencilReadMask, stencilReadMask);
+VL_FIELD_EDIT(DepthStencilState, StencilWriteMask, stencilWriteMask);
+VL_FIELD_EDIT(DepthStencilState, StencilFrontFail, frontFacesStencilFailOperation);
+VL_FIELD_EDIT(DepthStencilState, StencilFrontDepthFail, frontFacesDepthFailOperation);
+VL_FIELD_EDIT(DepthStencilState, StencilFrontPass, frontFacesPassOperation);
+VL_FIELD_EDIT(DepthStencilState, StencilFrontFunction, frontFacesStencilFunction);
+VL_FIELD_EDIT(DepthStencilState, StencilBackFail, backFacesStencilFailOperation);
+VL_FIELD_EDIT(DepthStencilState, StencilBackDepthFail, backFacesDepthFailOperation);
+VL_FIELD_EDIT(DepthStencilState, StencilBackPass, backFacesPassOperation);
+VL_FIELD_EDIT(DepthStencilState, StencilBackFunction, backFacesStencilFunction);
 
 } // namespace vlEditor

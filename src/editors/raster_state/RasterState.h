@@ -51,34 +51,16 @@ struct RasterStateKind {
             .load = &vlGraphics::ContentLoader::loadRasterStateDeclaration};
     // In the order in which the engine is set.
     static constexpr std::tuple fields{
-            Field{"fillMode", &Record::fillMode, &Engine::getFillMode, &Engine::setFillMode},
-            Field{"cullMode", &Record::cullMode, &Engine::getCullMode, &Engine::setCullMode},
-            Field{"frontCounterClockwise",
-                  &Record::frontCounterClockwise,
-                  &Engine::getFrontCounterClockwise,
-                  &Engine::setFrontCounterClockwise},
-            Field{"depthBias", &Record::depthBias, &Engine::getDepthBias, &Engine::setDepthBias},
-            Field{"depthBiasClamp",
-                  &Record::depthBiasClamp,
-                  &Engine::getDepthBiasClamp,
-                  &Engine::setDepthBiasClamp},
-            Field{"slopeScaledDepthBias",
-                  &Record::slopeScaledDepthBias,
-                  &Engine::getSlopeScaledDepthBias,
-                  &Engine::setSlopeScaledDepthBias},
-            Field{"depthClip", &Record::depthClip, &Engine::getDepthClip, &Engine::setDepthClip},
-            Field{"scissorEnabled",
-                  &Record::scissorEnabled,
-                  &Engine::getScissor,
-                  &Engine::setScissor},
-            Field{"multiSamplingEnabled",
-                  &Record::multiSamplingEnabled,
-                  &Engine::getMultiSampling,
-                  &Engine::setMultiSampling},
-            Field{"lineAntiAliasingEnabled",
-                  &Record::lineAntiAliasingEnabled,
-                  &Engine::getLineAntiAliasing,
-                  &Engine::setLineAntiAliasing},
+            VL_FIELD(fillMode, getFillMode, setFillMode),
+            VL_FIELD(cullMode, getCullMode, setCullMode),
+            VL_FIELD(frontCounterClockwise, getFrontCounterClockwise, setFrontCounterClockwise),
+            VL_FIELD(depthBias, getDepthBias, setDepthBias),
+            VL_FIELD(depthBiasClamp, getDepthBiasClamp, setDepthBiasClamp),
+            VL_FIELD(slopeScaledDepthBias, getSlopeScaledDepthBias, setSlopeScaledDepthBias),
+            VL_FIELD(depthClip, getDepthClip, setDepthClip),
+            VL_FIELD(scissorEnabled, getScissor, setScissor),
+            VL_FIELD(multiSamplingEnabled, getMultiSampling, setMultiSampling),
+            VL_FIELD(lineAntiAliasingEnabled, getLineAntiAliasing, setLineAntiAliasing),
     };
     static KindLayout layout() { return {"raster_state.json", {}}; }
     static void bind(Bindings<RasterStateKind>& window);
@@ -86,28 +68,15 @@ struct RasterStateKind {
 
 VL_RESOURCE_KIND_NAMES(RasterState);
 
-template <auto member> using SetRaster = SetField<RasterStateKind, member>;
-using RasterRecord = RasterStateRecord;
-struct RasterStateFill : SetRaster<&RasterRecord::fillMode> {};
-struct RasterStateCull : SetRaster<&RasterRecord::cullMode> {};
-struct RasterStateCcw : SetRaster<&RasterRecord::frontCounterClockwise> {};
-struct RasterStateDepthClip : SetRaster<&RasterRecord::depthClip> {};
-struct RasterStateScissor : SetRaster<&RasterRecord::scissorEnabled> {};
-struct RasterStateMs : SetRaster<&RasterRecord::multiSamplingEnabled> {};
-struct RasterStateAa : SetRaster<&RasterRecord::lineAntiAliasingEnabled> {};
-struct RasterStateBias : SetRaster<&RasterRecord::depthBias> {};
-struct RasterStateBiasClamp : SetRaster<&RasterRecord::depthBiasClamp> {};
-struct RasterStateSlopeScale : SetRaster<&RasterRecord::slopeScaledDepthBias> {};
-
-using RasterStateFillMessage = ResourceEditMessage<RasterStateFill>;
-using RasterStateCullMessage = ResourceEditMessage<RasterStateCull>;
-using RasterStateCcwMessage = ResourceEditMessage<RasterStateCcw>;
-using RasterStateDepthClipMessage = ResourceEditMessage<RasterStateDepthClip>;
-using RasterStateScissorMessage = ResourceEditMessage<RasterStateScissor>;
-using RasterStateMsMessage = ResourceEditMessage<RasterStateMs>;
-using RasterStateAaMessage = ResourceEditMessage<RasterStateAa>;
-using RasterStateBiasMessage = ResourceEditMessage<RasterStateBias>;
-using RasterStateBiasClampMessage = ResourceEditMessage<RasterStateBiasClamp>;
-using RasterStateSlopeScaleMessage = ResourceEditMessage<RasterStateSlopeScale>;
+VL_FIELD_EDIT(RasterState, Fill, fillMode);
+VL_FIELD_EDIT(RasterState, Cull, cullMode);
+VL_FIELD_EDIT(RasterState, Ccw, frontCounterClockwise);
+VL_FIELD_EDIT(RasterState, DepthClip, depthClip);
+VL_FIELD_EDIT(RasterState, Scissor, scissorEnabled);
+VL_FIELD_EDIT(RasterState, Ms, multiSamplingEnabled);
+VL_FIELD_EDIT(RasterState, Aa, lineAntiAliasingEnabled);
+VL_FIELD_EDIT(RasterState, Bias, depthBias);
+VL_FIELD_EDIT(RasterState, BiasClamp, depthBiasClamp);
+VL_FIELD_EDIT(RasterState, SlopeScale, slopeScaledDepthBias);
 
 } // namespace vlEditor

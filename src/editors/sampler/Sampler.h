@@ -58,24 +58,12 @@ struct SamplerKind {
     static constexpr KindHooks<Engine> hooks{
             .load = &vlGraphics::ContentLoader::loadSamplerDeclaration, .savePath = &savePath};
     static constexpr std::tuple fields{
-            Field{"filter", &Record::filter, &Engine::getFilter, &Engine::setFilter},
-            Field{"addressModeU",
-                  &Record::addressModeU,
-                  &Engine::getAddressModeU,
-                  &Engine::setAddressModeU},
-            Field{"addressModeV",
-                  &Record::addressModeV,
-                  &Engine::getAddressModeV,
-                  &Engine::setAddressModeV},
-            Field{"addressModeW",
-                  &Record::addressModeW,
-                  &Engine::getAddressModeW,
-                  &Engine::setAddressModeW},
-            Field{"anisotropy",
-                  &Record::anisotropy,
-                  &Engine::getAnisotropy,
-                  &Engine::setAnisotropy},
-            Field{"lodBias", &Record::lodBias, &Engine::getLodBias, &Engine::setLodBias},
+            VL_FIELD(filter, getFilter, setFilter),
+            VL_FIELD(addressModeU, getAddressModeU, setAddressModeU),
+            VL_FIELD(addressModeV, getAddressModeV, setAddressModeV),
+            VL_FIELD(addressModeW, getAddressModeW, setAddressModeW),
+            VL_FIELD(anisotropy, getAnisotropy, setAnisotropy),
+            VL_FIELD(lodBias, getLodBias, setLodBias),
             // The engine takes both at once and no range upside down: each pushes the other along.
             Field{"minimumLod",
                   &Record::minimumLod,
@@ -89,10 +77,7 @@ struct SamplerKind {
                   [](Engine& sampler, float level) {
                       sampler.setLodRange(std::min(level, sampler.getMinLod()), level);
                   }},
-            Field{"comparisonFunction",
-                  &Record::comparisonFunction,
-                  &Engine::getComparisonFunc,
-                  &Engine::setComparisonFunc},
+            VL_FIELD(comparisonFunction, getComparisonFunc, setComparisonFunc),
             Field{"borderColour",
                   &Record::borderColour,
                   &Engine::getBorderColor,
@@ -143,8 +128,8 @@ struct SamplerComparison {
     void readFrom(const SamplerRecord& record);
 };
 
-struct SamplerAnisotropy : SetField<SamplerKind, &SamplerRecord::anisotropy> {};
-struct SamplerBias : SetField<SamplerKind, &SamplerRecord::lodBias> {};
+VL_FIELD_EDIT(Sampler, Anisotropy, anisotropy);
+VL_FIELD_EDIT(Sampler, Bias, lodBias);
 
 /** Levels upside down change nothing. */
 struct SamplerLodLevels {
@@ -180,8 +165,6 @@ struct SamplerBorderColor {
 using SamplerFilteringMessage = ResourceEditMessage<SamplerFiltering>;
 using SamplerAddressMessage = ResourceEditMessage<SamplerAddress>;
 using SamplerComparisonMessage = ResourceEditMessage<SamplerComparison>;
-using SamplerAnisotropyMessage = ResourceEditMessage<SamplerAnisotropy>;
-using SamplerBiasMessage = ResourceEditMessage<SamplerBias>;
 using SamplerLodLevelsMessage = ResourceEditMessage<SamplerLodLevels>;
 using SamplerBorderColorMessage = ResourceEditMessage<SamplerBorderColor>;
 

@@ -7,8 +7,6 @@ namespace vlEditor {
 
 VL_RESOURCE_KIND_NAMES(Script);
 
-struct ScriptSource : SetField<ScriptKind, &ScriptRecord::source> {};
-
-using ScriptSourceMessage = ResourceEditMessage<ScriptSource>;
+VL_FIELD_EDIT(Script, Source, source);
 
 } // namespace vlEditor

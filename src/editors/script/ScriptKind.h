@@ -50,7 +50,7 @@ struct ScriptKind {
     static constexpr KindHooks<Engine> hooks{
             .reload = Reload::never, .load = &vlGraphics::ContentLoader::loadScriptDeclaration};
     static constexpr std::tuple fields{
-            Field{"source", &Record::source, &Engine::getSources, &Engine::setSources},
+            VL_FIELD(source, getSources, setSources),
             ReadOnlyField{"error", &Record::error, &compileErrorOf},
             ReadOnlyField{"compiled", &Record::compiled, &isCompiledAsItIs},
     };

@@ -92,6 +92,17 @@ template <class Record, class Value, class Get> struct ReadOnlyField {
 template <class Record, class Value, class Get>
 ReadOnlyField(std::string_view, Value Record::*, Get) -> ReadOnlyField<Record, Value, Get>;
 
+/// A row of Kind::fields, for a member of the record that is called as in files and scripts, and
+/// the engine's getter and setter.
+#define VL_FIELD(member, getter, setter)                                                           \
+    Field {                                                                                        \
+#member, &Record::member, &Engine::getter, &Engine::setter                                 \
+    }
+#define VL_INDEXED_FIELD(member, getter, setter)                                                   \
+    IndexedField {                                                                                 \
+#member, &Record::member, &Engine::getter, &Engine::setter                                 \
+    }
+
 /// The row of Kind::fields for a member of its record.
 template <class Kind, auto member> constexpr const auto& fieldOf() {
     constexpr auto count = std::tuple_size_v<std::remove_cvref_t<decltype(Kind::fields)>>;

@@ -138,3 +138,13 @@ private:
     using Rename##K##Message = RenameResourceMessage<K##Kind>;                                     \
     using Load##K##DeclMessage = LoadResourceDeclMessage<K##Kind>;                                 \
     using Save##K##DeclMessage = SaveResourceDeclMessage<K##Kind>
+
+/// An edit of the kind K that sets one member of its record, and its message:
+/// VL_FIELD_EDIT(RasterState, Cull, cullMode) makes RasterStateCull and RasterStateCullMessage.
+#define VL_FIELD_EDIT(K, Edit, member)                                                             \
+    struct K##Edit : SetField<K##Kind, &K##Record::member> {};                                     \
+    using K##Edit##Message = ResourceEditMessage<K##Edit>
+/// Likewise for one index of an indexed member.
+#define VL_ELEMENT_EDIT(K, Edit, member)                                                           \
+    struct K##Edit : SetElement<K##Kind, &K##Record::member> {};                                   \
+    using K##Edit##Message = ResourceEditMessage<K##Edit>
