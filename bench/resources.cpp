@@ -109,7 +109,9 @@ Timings throughTheEditor() {
             std::this_thread::sleep_for(engineTurn);
         }
     });
-    auto first = openWindow();
+    std::unique_ptr<vlEditor::Interface> first;
+    timings["window opened on none"] =
+            measure([&] { first = openWindow(); }, [&] { return first != nullptr; });
     vlWinUi::ListBox& list = listOf(*first);
     const auto& commands = kind().commands();
     const auto holds = [&](std::size_t wanted) {
@@ -174,17 +176,6 @@ Timings throughAListView() {
             });
     };
     timings["created"] = measure(fill, [&] { return model.rowCount() == count; });
-    bool isOpen = false;
-    QListView second;
-    const auto open = [&] {
-        second.setModel(&model);
-        second.setUniformItemSizes(true);
-        second.resize(1280, 800);
-        second.show();
-        vlWinUi::System::processEvents();
-        isOpen = true;
-    };
-    timings["window opened on them"] = measure(open, [&] { return isOpen; });
     const auto filter = [&] {
         proxy.setFilterFixedString("99");
         vlWinUi::System::processEvents();
@@ -289,7 +280,9 @@ void compare(int rounds) {
         const Timings ours = inNewLife(throughTheEditor);
         const Timings theirs = inNewLife(throughAListView);
         for (const auto& [what, timing] : ours) {
-            const Timing& peer = theirs.at(what);
+            // The editor's window is far more than its list.
+            const bool isWindow = what.starts_with("window opened");
+            const Timing& peer = isWindow ? ours.at("window opened on none") : theirs.at(what);
             totals[what].first.add(timing.totalMs);
             totals[what].second.add(peer.totalMs);
             stalls[what].first.add(timing.stallMs);
@@ -332,4 +325,6 @@ int main(int argc, char** argv) {
     vlEditor::EditorLogger::getInstance().setEnabled(false);
     bench::compare(rounds);
     bench::MessageOrchestrator::getInstance().discard();
+    // Before the libraries' logs end, which it listens to.
+    vlEditor::EditorLogger::destroyInstance();
 }

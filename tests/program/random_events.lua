@@ -43,6 +43,76 @@ local function components()
     return found
 end
 
+-- The editors of resources: type, base name, creation, and some widgets of theirs.
+local kinds = {
+    {1, "EDITOR_BLEND_", "BLEND_CREATION",
+     {"_A_COVERAGE_CHECK", "_TARGET_ENABLE_0", "_SRC_EDIT_0", "_OP_A_EDIT_1", "_W_MASK_EDIT_0"}},
+    {2, "EDITOR_BUFFERS_", "BUFFER_CREATION", {"_SIZE_EDIT", "_COUNT_EDIT", "_UPDATE"}},
+    {3, "EDITOR_CAMERA_", "CAMERA_CREATION",
+     {"_PROJECTION_COMBO", "_FOV_EDIT", "_POS_EDIT_X", "_POS_BUTTON", "_COPY_VIEWPORT_BUTTON",
+      "_SHOW_VIEWPORT_BUTTON", "_LOOK_AT_BUTTON"}},
+    {5, "EDITOR_DEPTH_", "DEPTH_CREATION",
+     {"_DEPTH_ENABLE_CHECK", "_STENCIL_ENABLE_CHECK", "_STENCIL_R_MASK_EDIT", "_STENCIL_R_MASK_BUTTON",
+      "_DEPTH_FUNCTION_COMBO", "_STENCIL_B_PASS_COMBO"}},
+    {10, "EDITOR_RASTER_", "RASTER_CREATION",
+     {"_FILL_COMBO", "_CULL_COMBO", "_SCISSOR_CHECK", "_DEPTH_BIAS_EDIT", "_DEPTH_BIAS_BUTTON"}},
+    {12, "EDITOR_SAMPLER_", "SAMPLER_CREATION",
+     {"_FILTER_COMBO", "_ADDRESS_COMBO_W", "_LOD_LEVELS_MIN_EDIT", "_LOD_LEVELS_OK", "_BORDER_OK"}},
+    {14, "EDITOR_SCRIPT_", "SCRIPT_CREATION",
+     {"_SOURCE_EDIT", "_COMPILE_BUTTON", "_RUN_BUTTON", "_RENDERING_BUTTON", "_RENDERING_CLEAR"}},
+}
+local names = {"a", "b", "c", "", "two words", "a & b", "<b>bold</b>", "\u{1F600}"}
+local texts = {"", "0", "1", "3.5", "-7", "300", "99999999999", "abc", "return 1", "while true do end", "for"}
+
+-- Uses a widget as its name says that it can be.
+local function useWidget(name)
+    if name:find("_CHECK$") or name:find("_ENABLE_%d$") then
+        try(ui.click, name)
+    elseif name:find("COMBO") or name:find("_EDIT_%d$") then
+        local items = ui.items(name)
+        if #items > 0 then try(ui.select, name, any(items)) end
+    elseif name:find("_EDIT") then
+        try(ui.type, name, any(texts))
+        if math.random(3) == 1 then try(ui.key, name, 13) end
+    else
+        try(ui.click, name)
+    end
+end
+
+local function useEditor()
+    local kind = any(kinds)
+    local _, prefix, creation, widgets = table.unpack(kind)
+    local base
+    for number = 0, 60 do
+        local list = prefix .. number .. "_LIST"
+        if ui.exists(list) and ui.visible(list) then base = prefix .. number end
+    end
+    if not base then
+        try(editor.open, kind[1])
+        return
+    end
+    local list = base .. "_LIST"
+    local items = ui.items(list)
+    if #items == 0 or math.random(8) == 1 then
+        if not try(ui.click, base .. "_ADD") then return end
+        try(ui.type, "EDITOR_VALIDATION_NAME_EDIT_" .. creation, any(names))
+        try(ui.key, "EDITOR_VALIDATION_NAME_EDIT_" .. creation, any {13, 13, 27})
+        return
+    end
+    try(ui.click, list, "left", any(items))
+    local what = math.random(10)
+    if what == 1 then
+        try(ui.type, base .. "_NAME_EDIT", any(names))
+        try(ui.key, base .. "_NAME_EDIT", 13)
+    elseif what == 2 then
+        try(ui.key, list, 46)
+    elseif what <= 4 then
+        try(ui.key, list, any {65, 67, 68, 86}, "ctrl")
+    else
+        useWidget(base .. any(widgets))
+    end
+end
+
 local keys = {13, 27, 32, 37, 38, 39, 40, 9, 46, 65, 90}
 local buttons = {"left", "right", "middle"}
 local actions = {
@@ -118,6 +188,8 @@ local actions = {
         end
     end,
     function() editor.sync() end,
+    useEditor, useEditor, useEditor, useEditor,
+    function() try(ui.menu, bar, "Edit", any {"Undo", "Undo", "Redo"}) end,
 }
 
 local function complain()
