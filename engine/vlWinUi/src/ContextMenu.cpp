@@ -1,6 +1,7 @@
 #include "MenuState.h"
 #include "Native.h"
 #include "Text.h"
+#include "WindowSheet.h"
 
 #include <vlCommon/ThreadBorder.h>
 #include <vlWinUi/ContextMenu.h>
@@ -15,6 +16,7 @@ struct ContextMenuNative final : Native {
     static std::unique_ptr<ContextMenuNative> make() {
         QMenu* shown = nullptr;
         auto menu = makeMenu(nullptr, {}, 0, &shown);
+        wearSheet(*shown);
         return std::make_unique<ContextMenuNative>(std::move(menu), shown);
     }
 

@@ -1,6 +1,7 @@
 #include "Call.h"
 #include "Native.h"
 #include "Text.h"
+#include "WindowSheet.h"
 
 #include <vlCommon/ThreadBorder.h>
 #include <vlWinUi/FileExplorer.h>
@@ -12,6 +13,7 @@ namespace {
 
 struct FileExplorerNative final : Native {
     FileExplorerNative() : Native(new QFileDialog) {
+        wearSheet(dialog());
         dialog().setWindowModality(Qt::ApplicationModal);
         connect(&dialog(), &QFileDialog::fileSelected, this, [this](const QString& path) {
             selection = path;

@@ -101,11 +101,6 @@ bool Native::handleKeys(QEvent& event) {
 }
 
 bool Native::eventFilter(QObject* watched, QEvent* event) {
-    // With a style sheet, each placing of a widget in another tells it and all in it of a new
-    // style. What has not been shown asks for its style once it is.
-    const bool isEarly = watched == widget && event->type() == QEvent::StyleChange &&
-                         !widget->testAttribute(Qt::WA_WState_Polished);
-    if (isEarly) return true;
     if (watched == widget && handleKeys(*event)) return true;
     if (!click || !isClick(event->type())) return false;
     auto* part = static_cast<QWidget*>(watched);

@@ -6,6 +6,7 @@
 #include "Text.h"
 #include "Wakeup.h"
 #include "WindowNative.h"
+#include "WindowSheet.h"
 #include "automation/Invoker.h"
 
 #include <vlCommon/ThreadBorder.h>
@@ -142,6 +143,7 @@ void System::kill() {
     Registry::slot()->components.clear();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     Registry::slot().reset();
+    forgetSheets();
     application().reset();
 }
 

@@ -3,6 +3,7 @@
 #include "Shades.h"
 #include "Style.h"
 #include "ThemeSheet.h"
+#include "WindowSheet.h"
 
 #include <vlCommon/ThreadBorder.h>
 #include <vlWinUi/ThemeManager.h>
@@ -44,7 +45,7 @@ void ThemeManager::setActiveTheme(const Theme& theme) {
     const Shades shades(theme);
     Registry::slot()->style->setShades(shades);
     QApplication::setPalette(shades.palette());
-    qApp->setStyleSheet(shades.fillIn(QString::fromUtf8(THEME_SHEET)));
+    setSheet(shades.fillIn(QString::fromUtf8(THEME_SHEET)));
 }
 
 const Theme* ThemeManager::getActiveTheme() {

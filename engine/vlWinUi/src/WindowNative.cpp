@@ -4,6 +4,7 @@
 #include "ElidedLabel.h"
 #include "KeyCodes.h"
 #include "ScrollPanel.h"
+#include "WindowSheet.h"
 
 #include <vlWinUi/InputSystem.h>
 
@@ -38,6 +39,7 @@ QWidget* WindowNative::content() {
 void WindowNative::place() {
     if (placed) return;
     placed = true;
+    wearSheet(*widget);
     QWidget* front = owner;
     const QRect screen =
             (front != nullptr ? front->screen() : widget->screen())->availableGeometry();
