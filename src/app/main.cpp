@@ -6,6 +6,7 @@
 
 #include <vlWinUi/System.h>
 
+#include <filesystem>
 #include <iostream>
 #include <memory>
 
@@ -25,6 +26,13 @@ int main(int argc, char** argv) {
             return 1;
         }
         script = std::move(*loaded);
+        // A person would read it in the log; a script's caller reads this.
+        const std::string& project = commandLine->project;
+        std::error_code failed;
+        if (!project.empty() && !std::filesystem::is_regular_file(project, failed)) {
+            std::cerr << "vlEditor: " + project + ": no such file\n";
+            return 1;
+        }
     }
     bool good = StartUp::run(*commandLine);
     if (good) {

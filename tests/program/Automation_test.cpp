@@ -165,6 +165,11 @@ TEST(Automation, ErrorsEndItWithTheirPlace) {
         EXPECT_THAT(outcome.err, HasSubstr(missing));
         EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
     }
+    std::ofstream(folder.path() / "good.lua") << "print('run')";
+    const auto unopened =
+            run(folder.path(), {"--run", "good.lua", "--headless", "missing.vls"}, noDisplay);
+    EXPECT_EQ(unopened.status, 1);
+    EXPECT_EQ(unopened.err, "vlEditor: missing.vls: no such file\n");
     const auto unwritable = runText(folder, "ui.screenshot('nowhere/picture.png')");
     EXPECT_EQ(unwritable.status, 1);
     EXPECT_THAT(unwritable.err, HasSubstr("nowhere/picture.png"));
