@@ -61,8 +61,8 @@ TEST_F(MessageContract, EveryMemberIsWrittenReadAndCompared) {
             const auto read = registry.create(entry.name, other);
             ASSERT_TRUE(read) << read.error().message;
             EXPECT_EQ(entry.write(**read), other);
-            const bool isEmpty = member.value.isNull() ||
-                                 (member.value.isArray() && member.value.size() == 0);
+            const bool isEmpty =
+                    member.value.isNull() || (member.value.isArray() && member.value.size() == 0);
             EXPECT_EQ(registry.same(*message, **read), isEmpty);
         }
     }

@@ -53,7 +53,7 @@ public:
     }
     /// "View", its item at that place from the bottom.
     void viewItem(int fromBottom) const {
-        screen_.click(window_.x + 70, window_.y + 13);
+        screen_.click(window_.x + 134, window_.y + 13);
         for (int i = 0; i < fromBottom; ++i)
             screen_.key("Up");
         screen_.key("Return");
@@ -122,7 +122,7 @@ TEST(EditorWindow, TheRenderingWindowComesBackAfterItWasClosed) {
     const auto find = [&] { return editor.screen().find("Rendering Logic"); };
     EXPECT_FALSE(find());
     for (int time = 0; time < 2; ++time) {
-        editor.screen().click(editor.window().x + 135, editor.window().y + 13);
+        editor.screen().click(editor.window().x + 195, editor.window().y + 13);
         editor.screen().key("Up");
         editor.screen().key("Return");
         ASSERT_TRUE(eventually([&] { return find().has_value(); }));
