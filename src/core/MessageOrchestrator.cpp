@@ -36,10 +36,22 @@ void MessageOrchestrator::drainUiUntil(std::chrono::steady_clock::time_point dea
         uiIncoming_.swap(uiProcessing_);
     }
     const bool unbounded = deadline == std::chrono::steady_clock::time_point::max();
+    ++uiDrains_;
     while (!uiProcessing_.empty() && (unbounded || std::chrono::steady_clock::now() < deadline))
         runNextUi();
+    --uiDrains_;
+    for (const auto& call : std::exchange(afterUiDrain_, {}))
+        call();
     // The wake-up that came for what is left has brought this drain.
     if (!uiProcessing_.empty() || (goesOn && hasIncomingUi())) vlWinUi::System::notifyEvent();
+}
+
+void MessageOrchestrator::afterUiDrain(std::function<void()> call) {
+    vlCommon::assertUiThread();
+    if (uiDrains_ == 0)
+        call();
+    else
+        afterUiDrain_.push_back(std::move(call));
 }
 
 bool MessageOrchestrator::hasIncomingUi() {
@@ -77,6 +89,7 @@ void MessageOrchestrator::discard() {
     freeAll(uiProcessing_);
     freeAll(graphicsIncoming_);
     freeAll(graphicsProcessing_);
+    afterUiDrain_.clear();
 }
 
 } // namespace vlEditor

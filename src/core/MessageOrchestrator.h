@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <utility>
@@ -29,6 +30,9 @@ public:
     /// Likewise, but once that long has passed the rest waits for the next drain, for which the
     /// event loop is woken: a burst of messages leaves it its turns.
     void drainUiFor(std::chrono::steady_clock::duration longest);
+    /// UI thread. Runs it once the drain that is under way has ended its turn, at once where none
+    /// is: what many messages make necessary is done once for all of them.
+    void afterUiDrain(std::function<void()> call);
     /// Graphics thread.
     void drainGraphics();
 
@@ -45,6 +49,8 @@ private:
     bool hasIncomingUi();
     void runNextUi();
 
+    int uiDrains_ = 0; ///< one within another
+    std::vector<std::function<void()>> afterUiDrain_;
     std::deque<Message*> uiIncoming_;
     std::deque<Message*> uiProcessing_;
     std::vector<Message*> graphicsIncoming_;

@@ -49,6 +49,21 @@ TEST_F(MessageOrchestratorTest, RunsEachQueueInPostingOrder) {
     EXPECT_EQ(ran, (std::vector{10, 20, 30, 1, 2, 3}));
 }
 
+TEST_F(MessageOrchestratorTest, WhatManyMessagesMakeNecessaryIsDoneAfterTheirDrain) {
+    queues.afterUiDrain(note(1));
+    EXPECT_EQ(ran, (std::vector{1}));
+    for (const int value : {2, 3}) {
+        postUi([this, value] {
+            queues.afterUiDrain(note(10 * value));
+            ran.push_back(value);
+        });
+    }
+    queues.drainUi();
+    EXPECT_EQ(ran, (std::vector{1, 2, 3, 20, 30}));
+    queues.drainUi();
+    EXPECT_EQ(ran.size(), 5U);
+}
+
 TEST_F(MessageOrchestratorTest, WhatIsPostedWhileDrainingRunsInTheNextDrain) {
     std::function<void()> postItselfToUi = [&] {
         ran.push_back(1);

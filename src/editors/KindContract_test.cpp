@@ -421,6 +421,46 @@ TEST_P(KindContract, AnUndoKeepsWhatCameBetween) {
     EXPECT_TRUE(state().empty());
 }
 
+// A resource may take a name that an undo needs without being in the history, as a script's do.
+TEST_P(KindContract, AnUndoThatReplacesSomethingCanBeUndone) {
+    RandomUse random(31);
+    const auto slipIn = [&](const std::string& name) {
+        History& history = History::getInstance();
+        const std::size_t depth = history.getDepth();
+        create("stranger");
+        editMuch("stranger", random);
+        kind().commands().rename("stranger", name);
+        settle();
+        const State slipped = state();
+        while (history.getDepth() > depth) {
+            // Undone in the history alone.
+            history.undo();
+            MessageOrchestrator::getInstance().drainGraphics();
+            MessageOrchestrator::getInstance().drainUi();
+            MessageOrchestrator::getInstance().discard();
+        }
+        EXPECT_EQ(state(), slipped);
+        return slipped;
+    };
+    create("a");
+    rename("a", "b");
+    const State renamed = slipIn("a");
+    undo(); // b would be called a again
+    EXPECT_THAT(kind().names(), ElementsAre("a"));
+    expectInStep();
+    undo();
+    EXPECT_EQ(state(), renamed);
+    expectInStep();
+
+    erase("a");
+    const State again = slipIn("a");
+    undo(); // the erased one would come again
+    expectInStep();
+    undo();
+    EXPECT_EQ(state(), again);
+    expectInStep();
+}
+
 INSTANTIATE_TEST_SUITE_P(AllKinds,
                          KindContract,
                          testing::ValuesIn(allKinds().begin(), allKinds().end()),

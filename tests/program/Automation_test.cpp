@@ -120,6 +120,21 @@ TEST(Automation, TheViewportDrawsWithAWindowAndWithoutADisplay) {
     }
 }
 
+TEST(Automation, StatesActOnALiveViewport) {
+    const Folder folder;
+    fs::copy(source("samples/gallery"), folder.path(), fs::copy_options::recursive);
+    std::string compositors = textOf(folder.path() / "gallery.vlco");
+    const std::string pass = R"("type": "renderScene",)";
+    ASSERT_THAT(compositors, HasSubstr(pass));
+    compositors.insert(
+            compositors.find(pass) + pass.size(),
+            R"("rasterState": "surface", "depthStencilState": "order", "blendState": "mix",)");
+    std::ofstream(folder.path() / "gallery.vlco") << compositors;
+    const std::string script = source("tests/program/states_act.lua").string();
+    expectGood(run(folder.path(), {"--run", script, "--headless", "gallery.vls"}, noDisplay));
+    keep(pictureOf(folder.path() / "states_act.png"), "states_act");
+}
+
 TEST(Automation, ScriptsAreWrittenRunAndFollowedByWidget) {
     const Folder folder;
     expectGood(run(folder.path(),

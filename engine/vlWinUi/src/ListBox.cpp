@@ -140,6 +140,15 @@ std::vector<std::size_t> ListBox::getSelectedIndices() const {
     return listOf(*this).selectedEntries();
 }
 
+bool ListBox::isSelected(std::size_t index) const {
+    return index < getEntryCount() && listOf(*this).isSelected(index);
+}
+
+std::size_t ListBox::getSelectedLineCount() const {
+    static_cast<void>(listOf(*this).model());
+    return listOf(*this).selectedLineCount();
+}
+
 void ListBox::setSelectedIndices(std::vector<std::size_t> indices) {
     vlCommon::assertUiThread();
     listOf(*this).selectSeveral(indices);

@@ -142,6 +142,18 @@ std::vector<std::size_t> ListBoxNative::selectedEntries() const {
     return entries;
 }
 
+bool ListBoxNative::isSelected(std::size_t entry) const {
+    const QModelIndex row = model_->rowOf(entry);
+    return row.isValid() && view().selectionModel()->isSelected(row);
+}
+
+std::size_t ListBoxNative::selectedLineCount() const {
+    std::size_t count = 0;
+    for (const QItemSelectionRange& range : view().selectionModel()->selection())
+        count += static_cast<std::size_t>(range.height());
+    return count;
+}
+
 void ListBoxNative::select(std::optional<std::size_t> entry) {
     selection = entry && *entry < model().entryCount() ? entry : std::nullopt;
     showSelection();

@@ -34,6 +34,8 @@ struct ListBoxNative final : Native {
         return view().selectionMode() == QAbstractItemView::ExtendedSelection;
     }
     std::vector<std::size_t> selectedEntries() const;
+    bool isSelected(std::size_t entry) const;
+    std::size_t selectedLineCount() const;
     /// The current row if it is selected, else the first that is.
     std::optional<std::size_t> firstSelected() const;
 

@@ -172,6 +172,10 @@ TEST_F(ListBoxTest, OfSeveralSelectedLinesTheOneThatTheKeyboardIsOnCounts) {
     EXPECT_EQ(list.getSelectedIndices().size(), 2U);
     list.setEntries({{"D", {}}, {"B", {}}, {"a", {}}});
     EXPECT_EQ(list.getSelectedIndices(), (std::vector<std::size_t>{1, 2}));
+    EXPECT_EQ(list.getSelectedLineCount(), 2U);
+    EXPECT_FALSE(list.isSelected(0));
+    EXPECT_TRUE(list.isSelected(2));
+    EXPECT_FALSE(list.isSelected(3));
     list.select(0);
     EXPECT_EQ(list.getSelectedIndices(), std::vector<std::size_t>{0});
     EXPECT_TRUE(told.empty());

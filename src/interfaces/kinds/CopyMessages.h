@@ -97,8 +97,9 @@ public:
         }
         PasteResourceMessage outcome = *this;
         outcome.change.before = mementoOf<Kind>(*engine);
+        // Whoever wrote the text may name files of the working directory and no others.
         changeResource<Kind>(
-                *engine, [&] { return Loader::fillFromDeclaration(*engine, *declaration, {}); });
+                *engine, [&] { return Loader::fillFromDeclaration(*engine, *declaration, "."); });
         outcome.change.setAfter(*engine);
         postToUi(std::move(outcome));
     }

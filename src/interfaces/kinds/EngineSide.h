@@ -32,7 +32,7 @@ template <class Kind> typename Kind::Engine* makeResource(const std::string& nam
         postToUi(LogMessage(couldNotCreateLine(Kind::texts, name)));
         return nullptr;
     }
-    if constexpr (Kind::hooks.created != nullptr) Kind::hooks.created(*engine);
+    if constexpr (isHooked<Kind::hooks.created>) Kind::hooks.created(*engine);
     return engine;
 }
 

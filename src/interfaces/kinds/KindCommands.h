@@ -21,7 +21,7 @@ public:
     }
 
     const KindTexts& texts() const override { return Kind::texts; }
-    bool hasFiles() const override { return Kind::hooks.load != nullptr; }
+    bool hasFiles() const override { return isHooked<Kind::hooks.load>; }
     bool isKnown(const std::string& name) const override {
         return ResourceUiDataTracker<Kind>::getInstance().get(name) != nullptr;
     }
@@ -29,7 +29,7 @@ public:
         postByUser(CreateResourceMessage<Kind>(name));
     }
     void load(const std::string& path) const override {
-        if constexpr (Kind::hooks.load != nullptr) postByUser(LoadResourceDeclMessage<Kind>(path));
+        if constexpr (isHooked<Kind::hooks.load>) postByUser(LoadResourceDeclMessage<Kind>(path));
     }
     void erase(const std::string& name) const override {
         postByUser(EraseResourceMessage<Kind>(name));
@@ -38,10 +38,10 @@ public:
         postByUser(RenameResourceMessage<Kind>(oldName, newName));
     }
     void save(const std::string& name, const std::string& path) const override {
-        if constexpr (Kind::hooks.load != nullptr) {
+        if constexpr (isHooked<Kind::hooks.load>) {
             PendingEdit::flushAll();
             std::string target = path;
-            if constexpr (Kind::hooks.savePath != nullptr) target = Kind::hooks.savePath(path);
+            if constexpr (isHooked<Kind::hooks.savePath>) target = Kind::hooks.savePath(path);
             postToGraphics(SaveResourceDeclMessage<Kind>(name, std::move(target)));
         }
     }

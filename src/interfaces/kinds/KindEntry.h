@@ -24,7 +24,7 @@ public:
         add(std::type_identity<CopyResourceMessage<Kind>>(), "Copy" + kind + "Message");
         add(std::type_identity<PasteResourceMessage<Kind>>(), "Paste" + kind + "Message");
         add(std::type_identity<FindUsersMessage<Kind>>(), "Find" + kind + "UsersMessage");
-        if constexpr (Kind::hooks.load != nullptr) {
+        if constexpr (isHooked<Kind::hooks.load>) {
             add(std::type_identity<LoadResourceDeclMessage<Kind>>(), "Load" + kind + "DeclMessage");
             add(std::type_identity<SaveResourceDeclMessage<Kind>>(), "Save" + kind + "DeclMessage");
         }

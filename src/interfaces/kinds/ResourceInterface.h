@@ -1,4 +1,5 @@
 #pragma once
+#include "core/MessageOrchestrator.h"
 #include "interfaces/Interface.h"
 #include "interfaces/kinds/Bindings.h"
 #include "interfaces/kinds/CreationWindow.h"
@@ -6,6 +7,7 @@
 #include "interfaces/kinds/ResourceWindow.h"
 
 #include <memory>
+#include <utility>
 
 namespace vlEditor {
 
@@ -40,7 +42,7 @@ public:
 
     std::string title() const override { return std::string(Kind::texts.title); }
     void resourceChanged(vlMemory::StringView name) override {
-        if (window_.isSelected(std::string(name))) showSelected(false);
+        if (window_.isSelected(std::string(name))) refresh(false);
     }
 
     void onResourceAdded(const Record& record) override {
@@ -50,13 +52,14 @@ public:
     void onResourceErased(const Record& record) override {
         bindings_.forget(record);
         const bool wasSelected = window_.isSelected(record.name);
+        const bool wereSeveral = window_.areSeveralSelected();
         window_.eraseEntry(record.name);
-        if (wasSelected) showSelected(true);
+        if (wasSelected) refresh(true, wereSeveral);
     }
     void onResourceRenamed(const std::string& oldName, const Record& record) override {
         window_.renameEntry(oldName, record.name);
         onResourceUpdated(record);
-        if (window_.isSelected(record.name)) showSelected(true);
+        if (window_.isSelected(record.name)) refresh(true);
     }
     void onResourceUpdated(const Record& record) override {
         window_.setChanged(record.name, Tracker::getInstance().isChanged(record.name));
@@ -68,6 +71,21 @@ public:
     }
 
 private:
+    void refresh(bool isAnew) { refresh(isAnew, window_.areSeveralSelected()); }
+    /// Of several selected resources each change would show all of them once more.
+    void refresh(bool isAnew, bool isOfSeveral) {
+        if (!isOfSeveral) {
+            showSelected(isAnew);
+            return;
+        }
+        isAnew_ = isAnew_ || isAnew;
+        if (std::exchange(isRefreshing_, true)) return;
+        MessageOrchestrator::getInstance().afterUiDrain([this, alive = std::weak_ptr(alive_)] {
+            if (alive.expired()) return;
+            isRefreshing_ = false;
+            showSelected(std::exchange(isAnew_, false));
+        });
+    }
     /// The kind's panel for what is selected; anew where that is another resource than before.
     void showSelected(bool isAnew) {
         std::vector<const Record*> records;
@@ -81,6 +99,9 @@ private:
 
     ResourceWindow window_;
     Bindings<Kind> bindings_;
+    bool isRefreshing_ = false; ///< it was put off
+    bool isAnew_ = false;
+    std::shared_ptr<const bool> alive_ = std::make_shared<bool>(true);
 };
 
 /** What the buttons of a window of the kind do, by the window's base name. */

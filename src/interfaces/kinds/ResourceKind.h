@@ -14,6 +14,7 @@
 #include <vlGraphics/ContentLoader.h>
 
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace vlEditor {
@@ -36,6 +37,12 @@ template <class Engine> struct KindHooks {
     /// Makes of the chosen path, which is not empty, the one that is saved to. UI thread.
     std::string (*savePath)(std::string chosen) = nullptr;
 };
+
+/// Whether the kind has the hook: `isHooked<Kind::hooks.load>`. Under the sanitizers a function's
+/// address cannot be compared at compile time, but types can.
+template <auto hook>
+inline constexpr bool isHooked = !std::is_same_v<std::integral_constant<decltype(hook), hook>,
+                                                 std::integral_constant<decltype(hook), nullptr>>;
 
 /** The layout of a kind's windows: its file in assets/layouts and the blocks that it has more than
  *  one of. What all kinds have in their windows is not in it. */

@@ -122,11 +122,12 @@ std::vector<std::string> ResourceWindow::getSelectedNames() const {
 }
 
 bool ResourceWindow::isSelected(const std::string& name) const {
-    const ListBox& shown = list();
-    for (const std::size_t index : shown.getSelectedIndices()) {
-        if (shown.getEntry(index).label == name) return true;
-    }
-    return false;
+    const auto index = list().find(name);
+    return index && list().isSelected(*index);
+}
+
+bool ResourceWindow::areSeveralSelected() const {
+    return list().getSelectedLineCount() > 1;
 }
 
 void ResourceWindow::showName() {

@@ -37,6 +37,7 @@ public:
 
     std::vector<std::string> getSelectedNames() const;
     bool isSelected(const std::string& name) const;
+    bool areSeveralSelected() const;
     /// Shows the name of the selected resource in the name box.
     void showName();
 

@@ -13,9 +13,13 @@ public:
     void runOnGraphicsThread() override {
         RestoreResourceMessage outcome = *this;
         auto* engine = from ? managerOf<Kind>().get(from->name) : nullptr;
-        if (engine != nullptr) {
-            if (!mayChange<Kind>(*engine)) return;
-            outcome.change.before = mementoOf<Kind>(*engine);
+        auto* bearer = to ? managerOf<Kind>().get(to->name) : nullptr;
+        for (const auto* touched : {engine, bearer})
+            if (touched != nullptr && !mayChange<Kind>(*touched)) return;
+        if (engine != nullptr) outcome.change.before = mementoOf<Kind>(*engine);
+        if (bearer != nullptr && bearer != engine) {
+            auto& lost = engine == nullptr ? outcome.change.before : outcome.replaced;
+            lost = mementoOf<Kind>(*bearer);
         }
         if (!to) {
             if (from) managerOf<Kind>().erase(from->name);
@@ -36,10 +40,10 @@ public:
         }
         // Where something else had changed the resource meanwhile, undoing must not lose that: then
         // this is a change like any other.
-        const bool isSurprised = gesture == Gesture::none && change.before != from;
-        recordStep<Kind>(isSurprised ? History::nextGesture() : gesture,
-                         std::move(change.before),
-                         std::move(change.after));
+        const bool isSurprised = gesture == Gesture::none && (replaced || change.before != from);
+        const Gesture recorded = isSurprised ? History::nextGesture() : gesture;
+        if (replaced) recordStep<Kind>(recorded, std::move(replaced), std::nullopt);
+        recordStep<Kind>(recorded, std::move(change.before), std::move(change.after));
     }
 
     static constexpr auto members() {
@@ -49,6 +53,7 @@ public:
 
     State from;                  ///< what the poster believes is there; none: nothing
     State to;                    ///< none: it is to be erased
+    State replaced;              ///< on its way back: who bore the name
     ResourceChange<Kind> change; ///< on its way back
 
 private:
@@ -60,7 +65,7 @@ private:
         engine = manager.get(to->name);
         const bool isFresh = engine == nullptr;
         if (isFresh) engine = makeResource<Kind>(to->name);
-        if (engine == nullptr || !mayChange<Kind>(*engine)) return nullptr;
+        if (engine == nullptr) return nullptr;
         const auto put = [&] { return putMemento<Kind>(*to, *engine); };
         isFresh ? fillResource<Kind>(*engine, put) : changeResource<Kind>(*engine, put);
         return engine;

@@ -1,9 +1,11 @@
 #include "content/KindLoader.h"
 
+#include <vlExport/JsonExporter.h>
 #include <vlMemory/Utf8.h>
 #include <vlResources/ResourceManager.h>
 #include <vlScripts/ScriptManager.h>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace vlGraphics {
@@ -39,6 +41,36 @@ vlCommon::Result<vlMemory::String> readText(vlMemory::StringView file,
     if (auto checked = checkText(text); !checked)
         return vlCommon::fail(fmt::format("'{}': {}", file, checked.error().message));
     return vlMemory::String(text);
+}
+
+/// Whether the declaration file says that the text beside it is its own.
+bool refersTo(vlMemory::StringView declarationFile, vlMemory::StringView textFile) {
+    const auto bytes = vlResources::ResourceManager::getInstance().readFile(
+            declarationFile, vlExport::JsonExporter::maxTextSize);
+    if (!bytes) return false;
+    const auto tree = vlExport::JsonExporter::importIntoTree(bytes->text(), declarationFile);
+    const vlExport::Node* list = tree ? tree->find("scripts") : nullptr;
+    if (list == nullptr) return false;
+    return std::ranges::any_of(list->elements(), [&](const vlExport::Node& script) {
+        const vlExport::Node* file = script.find("file");
+        return file != nullptr && *file == vlExport::Node(vlMemory::String(textFile));
+    });
+}
+
+/// Whoever chose the declaration's file did not choose to lose the text of something else.
+vlCommon::Result<> checkMayWrite(const std::filesystem::path& textFile,
+                                 vlMemory::StringView declarationFile,
+                                 vlMemory::StringView text) {
+    std::error_code error;
+    if (!std::filesystem::exists(textFile, error)) return {};
+    const vlMemory::String name = textFile.filename().string();
+    if (refersTo(declarationFile, name)) return {};
+    const auto held =
+            vlResources::ResourceManager::getInstance().readFile(textFile.string(), mostTextBytes);
+    if (held && held->text() == text) return {};
+    return vlCommon::fail(fmt::format("'{}' is there already and belongs to something else: its "
+                                      "declaration needs another name",
+                                      name));
 }
 
 } // namespace
@@ -87,6 +119,7 @@ template <> struct Declared<Script> {
             declaration.remove("source");
         }
         if (auto checked = checkText(text); !checked) return checked;
+        if (auto checked = checkMayWrite(path, absolutePath, text); !checked) return checked;
         declaration.add("file", path.filename().string());
         files.add(path.string(), text);
         return {};

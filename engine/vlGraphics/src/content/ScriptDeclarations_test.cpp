@@ -78,6 +78,25 @@ TEST_F(ScriptDeclarations, TextsThatCouldNotBeReadAgainAreNotSaved) {
     EXPECT_EQ(read("it.json"), "old");
 }
 
+TEST_F(ScriptDeclarations, TheTextOfSomethingElseIsNotOverwritten) {
+    write("tools.lua", "-- by hand");
+    const auto save = [&](vlMemory::StringView text) {
+        return ContentLoader::saveObjectDeclaration(make("it", text), "tools.vlsc");
+    };
+    const auto before = listing();
+    const auto refused = save("return 1");
+    ASSERT_FALSE(refused.has_value());
+    EXPECT_EQ(refused.error().message.find("script 'it': 'tools.lua' is there already"), 0U);
+    write("tools.vlsc", R"({"formatVersion": 1, "scripts": [{"name": "a", "file": "a.lua"}]})");
+    EXPECT_FALSE(save("return 1").has_value());
+    EXPECT_EQ(read("tools.lua"), "-- by hand");
+    EXPECT_EQ(listing().size(), before.size() + 1);
+    // Nothing is lost where the text is the same, and from then on it is the declaration's own.
+    EXPECT_TRUE(save("-- by hand").has_value());
+    EXPECT_TRUE(save("return 1").has_value());
+    EXPECT_EQ(read("tools.lua"), "return 1");
+}
+
 TEST_F(ScriptDeclarations, FilesAreBoundedAndMayBeginWithAByteOrderMark) {
     constexpr vlMemory::StringView declaration =
             R"({"formatVersion": 1, "scripts": [{"name": "it", "file": "it.lua"}]})";

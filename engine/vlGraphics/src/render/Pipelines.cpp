@@ -41,10 +41,10 @@ std::vector<VkPipelineShaderStageCreateInfo> stagesOf(const Program::Gpu& progra
     return stages;
 }
 
-/** The pixel stage with a second source of blending, as long as the pipeline is being made. */
-class SecondSourceModule {
+/** A stage in another form, as long as the pipeline is being made. */
+class StageModule {
 public:
-    explicit SecondSourceModule(const std::vector<std::uint32_t>& spirv) {
+    explicit StageModule(const std::vector<std::uint32_t>& spirv) {
         auto info = vulkan::vkInfo<VkShaderModuleCreateInfo>(
                 VK_STRUCTURE_TYPE_SHADER_MODULE_CREATE_INFO);
         info.codeSize = spirv.size() * sizeof(std::uint32_t);
@@ -53,10 +53,18 @@ public:
         if (vkCreateShaderModule(device, &info, nullptr, &module_) != VK_SUCCESS)
             module_ = VK_NULL_HANDLE;
     }
-    SecondSourceModule(const SecondSourceModule&) = delete;
-    SecondSourceModule& operator=(const SecondSourceModule&) = delete;
-    ~SecondSourceModule() { vkDestroyShaderModule(Device::getInstance()->get(), module_, nullptr); }
-    VkShaderModule get() const { return module_; }
+    StageModule(const StageModule&) = delete;
+    StageModule& operator=(const StageModule&) = delete;
+    ~StageModule() { vkDestroyShaderModule(Device::getInstance()->get(), module_, nullptr); }
+
+    /// False, with nothing changed, where it could not be made.
+    bool replace(std::vector<VkPipelineShaderStageCreateInfo>& stages,
+                 VkShaderStageFlagBits which) const {
+        if (module_ == VK_NULL_HANDLE) return false;
+        for (VkPipelineShaderStageCreateInfo& stage : stages)
+            if (stage.stage == which) stage.module = module_;
+        return true;
+    }
 
 private:
     VkShaderModule module_ = VK_NULL_HANDLE;
@@ -82,17 +90,14 @@ InstanceLayout layoutOf(const Shader& shader) {
 
 /// Brings the module that SRC1 factors need; where the program has no second colour, the factors
 /// are replaced.
-std::unique_ptr<SecondSourceModule>
+std::unique_ptr<StageModule>
 takeSecondSource(PassState& state,
                  const Program::Gpu& program,
                  std::vector<VkPipelineShaderStageCreateInfo>& stages) {
     if (!readsSecondSource(state.blend[0])) return nullptr;
     if (!program.secondSourcePixel.empty()) {
-        auto module = std::make_unique<SecondSourceModule>(program.secondSourcePixel);
-        for (VkPipelineShaderStageCreateInfo& stage : stages)
-            if (stage.stage == VK_SHADER_STAGE_FRAGMENT_BIT) stage.module = module->get();
-        if (module->get() != VK_NULL_HANDLE) return module;
-        stages = stagesOf(program);
+        auto module = std::make_unique<StageModule>(program.secondSourcePixel);
+        if (module->replace(stages, VK_SHADER_STAGE_FRAGMENT_BIT)) return module;
     } else {
         Device::getInstance()->logOnce(
                 fmt::format("{} '{}': a program that it is used with writes no second colour "
@@ -102,6 +107,16 @@ takeSecondSource(PassState& state,
     }
     state.blend[0] = withoutSecondSource(state.blend[0]);
     return nullptr;
+}
+
+std::unique_ptr<StageModule> takePointSize(const Program::Gpu& program,
+                                           const Mesh::Gpu& mesh,
+                                           std::vector<VkPipelineShaderStageCreateInfo>& stages) {
+    if (mesh.topology != PRIMITIVE_TOPOLOGY::POINT_LIST || program.pointVertex.empty())
+        return nullptr;
+    auto module = std::make_unique<StageModule>(program.pointVertex);
+    module->replace(stages, VK_SHADER_STAGE_VERTEX_BIT);
+    return module;
 }
 
 } // namespace
@@ -172,6 +187,7 @@ Pipelines::make(const PipelineKey& key, const Program::Gpu& program, const Mesh:
     PassState state = passStates_[key.passState].state;
     auto stages = stagesOf(program);
     const auto secondSource = takeSecondSource(state, program, stages);
+    const auto pointSize = takePointSize(program, mesh, stages);
     const VertexInput input(program, mesh, instanceLayouts_[key.instanceLayout]);
     auto vertices = vulkan::vkInfo<VkPipelineVertexInputStateCreateInfo>(
             VK_STRUCTURE_TYPE_PIPELINE_VERTEX_INPUT_STATE_CREATE_INFO);

@@ -178,5 +178,39 @@ TEST_F(RasterStates, AntiAliasedLinesHaveSoftEdgesAndMultisamplingChangesNothing
     EXPECT_GT(greys, 4U);
 }
 
+// The validation layers watch: a point of no size is an error.
+TEST_F(RasterStates, PointsAreOnePixelWhoeverPlacesThem) {
+    const auto middleOf = [](std::uint32_t pixel) {
+        return (static_cast<float>(pixel) + 0.5F) / side * 2 - 1;
+    };
+    const Mesh& mesh =
+            meshOfTopology(PRIMITIVE_TOPOLOGY::POINT_LIST,
+                           {{middleOf(3), -middleOf(5), 0.5F}, {middleOf(12), -middleOf(9), 0.5F}});
+    const std::string withColor =
+            "float4 main(float3 p : POSITION, out float shade : TEXCOORD0) : SV_POSITION {"
+            " float4 at = float4(p, 1); if (p.x > 0) { shade = 1; return at; } shade = 0.5;"
+            " return at; }";
+    const Shader& plain = makeShader(newName(), place, colored("1, 1, 1, 1"));
+    const Shader& shaded =
+            makeShader(newName(),
+                       withColor,
+                       "float4 main(float4 at : SV_POSITION, float shade : TEXCOORD0) : SV_TARGET {"
+                       " return shade > 0.75; }");
+    addPass(*operations_, mesh, plain);
+    const auto isWhite = [](const Rgba& pixel) { return pixel == white; };
+    const vlImages::Image both = drawAndRead(*context_);
+    EXPECT_EQ(countIf(both, isWhite), 2U);
+    EXPECT_EQ(pixelAt(both, 3, 5), white);
+    EXPECT_EQ(pixelAt(both, 12, 9), white);
+
+    const Mesh& others = meshOfTopology(
+            PRIMITIVE_TOPOLOGY::POINT_LIST,
+            {{middleOf(2), -middleOf(14), 0.5F}, {middleOf(10), -middleOf(14), 0.5F}});
+    addPass(*operations_, others, shaded);
+    const vlImages::Image three = drawAndRead(*context_);
+    EXPECT_EQ(countIf(three, isWhite), 3U);
+    EXPECT_EQ(pixelAt(three, 10, 14), white);
+}
+
 } // namespace
 } // namespace vlGraphics

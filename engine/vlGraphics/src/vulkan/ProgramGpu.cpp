@@ -3,6 +3,7 @@
 #include "programs/BindingModel.h"
 #include "render/Pipelines.h"
 #include "vulkan/Device.h"
+#include "vulkan/PointSize.h"
 #include "vulkan/SecondSource.h"
 #include "vulkan/Translate.h"
 #include "vulkan/VkText.h"
@@ -170,6 +171,13 @@ vlCommon::Result<std::unique_ptr<Program::Gpu>> makeProgramGpu(const CompiledPro
         Device::getInstance()->features().dualSrcBlend == VK_TRUE)
         gpu->secondSourcePixel = vulkan::withSecondSource(
                 program.spirv[static_cast<std::size_t>(SHADER_TYPE::PIXEL)]);
+    const auto has = [&](SHADER_TYPE type) {
+        return gpu->modules[static_cast<std::size_t>(type)] != VK_NULL_HANDLE;
+    };
+    // Of points that other stages make, the device knows the size.
+    if (has(SHADER_TYPE::VERTEX) && !has(SHADER_TYPE::HULL) && !has(SHADER_TYPE::GEOMETRY))
+        gpu->pointVertex =
+                vulkan::withPointSize(program.spirv[static_cast<std::size_t>(SHADER_TYPE::VERTEX)]);
     return gpu;
 }
 

@@ -38,6 +38,8 @@ struct Program::Gpu {
     /// The pixel stage with its second output as the second source of blending; empty where it has
     /// none or the device cannot.
     std::vector<std::uint32_t> secondSourcePixel;
+    /// The vertex stage for lists of points; empty where it will do as it is.
+    std::vector<std::uint32_t> pointVertex;
     /// Has a resource that scene draws cannot provide (an unordered access view).
     bool needsUnorderedAccess = false;
 };

@@ -1,27 +1,18 @@
 #include "vulkan/SecondSource.h"
 
+#include "vulkan/SpirvWords.h"
+
 #include <algorithm>
 #include <cstddef>
 
 namespace vlGraphics::vulkan {
 namespace {
 
-constexpr std::size_t headerWords = 5;
 constexpr std::uint32_t opDecorate = 71;
 constexpr std::uint32_t opVariable = 59;
 constexpr std::uint32_t decorationLocation = 30;
 constexpr std::uint32_t decorationIndex = 32;
 constexpr std::uint32_t storageOutput = 3;
-
-/// Calls visit(opcode, first word, word count) for each instruction.
-template <class Visit> void eachInstruction(std::span<const std::uint32_t> spirv, Visit visit) {
-    for (std::size_t at = headerWords; at < spirv.size();) {
-        const std::size_t count = spirv[at] >> 16U;
-        if (count == 0 || at + count > spirv.size()) return;
-        visit(spirv[at] & 0xFFFFU, at, count);
-        at += count;
-    }
-}
 
 std::vector<std::uint32_t> outputsOf(std::span<const std::uint32_t> spirv) {
     std::vector<std::uint32_t> outputs;

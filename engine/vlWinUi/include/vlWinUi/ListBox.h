@@ -54,6 +54,10 @@ public:
     void setMultiSelection(bool several);
     /// In their order; those that the filter hides are not selected.
     std::vector<std::size_t> getSelectedIndices() const;
+    /// Quick, however many are selected.
+    bool isSelected(std::size_t index) const;
+    /// An entry whose label has several lines counts that often. Quick, too.
+    std::size_t getSelectedLineCount() const;
     /// In place of what was selected. The first one given is the one of getSelectedIndex(), and the
     /// only one unless several may be; indices outside are passed over.
     void setSelectedIndices(std::vector<std::size_t> indices);
