@@ -140,6 +140,20 @@ std::vector<std::size_t> ListBox::getSelectedIndices() const {
     return listOf(*this).selectedEntries();
 }
 
+bool ListBox::isSelected(std::size_t index) const {
+    const auto& native = listOf(*this);
+    const QModelIndex row = listOf(*this).model().rowOf(index);
+    return row.isValid() && native.view().selectionModel()->isSelected(row);
+}
+
+std::size_t ListBox::getSelectedCount() const {
+    static_cast<void>(listOf(*this).model());
+    std::size_t count = 0;
+    for (const QItemSelectionRange& range : listOf(*this).view().selectionModel()->selection())
+        count += static_cast<std::size_t>(range.height());
+    return count;
+}
+
 void ListBox::setSelectedIndices(std::vector<std::size_t> indices) {
     vlCommon::assertUiThread();
     listOf(*this).selectSeveral(indices);

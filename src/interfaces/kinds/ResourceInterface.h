@@ -5,7 +5,10 @@
 #include "interfaces/kinds/KindWindow.h"
 #include "interfaces/kinds/ResourceWindow.h"
 
+#include <vlWinUi/System.h>
+
 #include <memory>
+#include <utility>
 
 namespace vlEditor {
 
@@ -40,7 +43,7 @@ public:
 
     std::string title() const override { return std::string(Kind::texts.title); }
     void resourceChanged(vlMemory::StringView name) override {
-        if (window_.isSelected(std::string(name))) showSelected(false);
+        if (window_.isSelected(std::string(name))) refresh(false);
     }
 
     void onResourceAdded(const Record& record) override {
@@ -51,12 +54,15 @@ public:
         bindings_.forget(record);
         const bool wasSelected = window_.isSelected(record.name);
         window_.eraseEntry(record.name);
-        if (wasSelected) showSelected(true);
+        if (wasSelected) refresh(true);
     }
     void onResourceRenamed(const std::string& oldName, const Record& record) override {
+        // The one that bore the new name may have been selected, too, and the filter may hide this
+        // one now.
+        const bool wasShown = window_.isSelected(oldName) || window_.isSelected(record.name);
         window_.renameEntry(oldName, record.name);
         onResourceUpdated(record);
-        if (window_.isSelected(record.name)) showSelected(true);
+        if (wasShown) refresh(true);
     }
     void onResourceUpdated(const Record& record) override {
         window_.setChanged(record.name, Tracker::getInstance().isChanged(record.name));
@@ -68,6 +74,23 @@ public:
     }
 
 private:
+    /// With this many selected, each is shown the moment that it changes.
+    static constexpr std::size_t fewSelected = 16;
+
+    /// Of many that change one after the other, only the outcome is shown.
+    void refresh(bool isAnew) {
+        if (window_.getSelectedCount() <= fewSelected) {
+            showSelected(isAnew);
+            return;
+        }
+        isAnewDue_ = isAnewDue_ || isAnew;
+        if (std::exchange(isDue_, true)) return;
+        vlWinUi::System::runAfter({}, [this, alive = std::weak_ptr(alive_)] {
+            if (alive.expired()) return;
+            isDue_ = false;
+            showSelected(std::exchange(isAnewDue_, false));
+        });
+    }
     /// The kind's panel for what is selected; anew where that is another resource than before.
     void showSelected(bool isAnew) {
         std::vector<const Record*> records;
@@ -81,6 +104,9 @@ private:
 
     ResourceWindow window_;
     Bindings<Kind> bindings_;
+    bool isDue_ = false;
+    bool isAnewDue_ = false;
+    std::shared_ptr<const bool> alive_ = std::make_shared<bool>(true);
 };
 
 /** What the buttons of a window of the kind do, by the window's base name. */

@@ -54,6 +54,9 @@ public:
     void setMultiSelection(bool several);
     /// In their order; those that the filter hides are not selected.
     std::vector<std::size_t> getSelectedIndices() const;
+    /// Among those; cheap also with many selected, as is the number of selected lines.
+    bool isSelected(std::size_t index) const;
+    std::size_t getSelectedCount() const;
     /// In place of what was selected. The first one given is the one of getSelectedIndex(), and the
     /// only one unless several may be; indices outside are passed over.
     void setSelectedIndices(std::vector<std::size_t> indices);
