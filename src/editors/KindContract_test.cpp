@@ -6,6 +6,7 @@
 #include <vlWinUi/CheckBox.h>
 #include <vlWinUi/ComboBox.h>
 #include <vlWinUi/EditBox.h>
+#include <vlWinUi/Notificator.h>
 
 #include <random>
 
@@ -359,6 +360,74 @@ TEST_P(KindContract, SeveralSelectedAreEditedAsOneGesture) {
     undo();
     EXPECT_EQ(state(), before);
     expectInStep();
+}
+
+// What the filter hides is out of a person's sight, and out of reach of what they do.
+TEST_P(KindContract, WhatTheFilterHidesIsLeftAlone) {
+    create("one");
+    create("two");
+    const auto nameBox = [this] { return ComponentManager::get(base() + "_NAME_EDIT")->getText(); };
+    type(base() + "_FILTER", "one");
+    EXPECT_EQ(nameBox(), "");
+    type(base() + "_NAME_EDIT", "other");
+    click(base() + std::string(texts().renameButton));
+    click(base() + "_DEL");
+    EXPECT_FALSE(vlWinUi::Notificator::isOpen());
+    EXPECT_THAT(kind().names(), ElementsAre("one", "two"));
+
+    rename("one", "three");
+    EXPECT_THAT(kind().names(), ElementsAre("three", "two"));
+    EXPECT_EQ(nameBox(), "") << "nothing is selected any more";
+    create("four");
+    EXPECT_EQ(ComponentManager::get(base() + "_FILTER")->getText(), "");
+    EXPECT_EQ(nameBox(), "four");
+}
+
+TEST_P(KindContract, TheWindowOfAReplacedResourceShowsWhatReplacedIt) {
+    RandomUse random(37);
+    create("a");
+    editMuch("a", random);
+    create("b");
+    auto second = open();
+    const auto shownIn = [](const std::string& root) {
+        std::string all;
+        for (const auto* component : ComponentManager::startingWith(root + "_")) {
+            const ComponentType type = component->getType();
+            const std::string& name = component->getComponentName();
+            if (type == ComponentType::EditBox || type == ComponentType::CodeEdit ||
+                type == ComponentType::ComboBox)
+                all += component->getText() + '|';
+            if (type == ComponentType::CheckBox)
+                all += Automation::isChecked(name).value_or(false) ? "on|" : "off|";
+        }
+        return all;
+    };
+    click(second->getRootName() + "_LIST", "b");
+    select("a");
+    rename("a", "b");
+    EXPECT_EQ(shownIn(second->getRootName()), shownIn(base()));
+}
+
+TEST_P(KindContract, ManySelectedAreShownWhenAllHaveChanged) {
+    RandomUse random(41);
+    for (int i = 0; i < 40; ++i)
+        kind().commands().create(std::string("n").append(std::to_string(i)));
+    settle();
+    select("n0");
+    key(base() + "_LIST", 'A', {"ctrl"});
+    const std::size_t depth = History::getInstance().getDepth();
+    for (const std::string& widget : RandomUse::widgets(kind(), base())) {
+        if (ComponentManager::get(widget)->getType() != ComponentType::CheckBox) continue;
+        const bool was = Automation::isChecked(widget).value_or(false);
+        use(widget, random);
+        expectInStep();
+        undo();
+        EXPECT_EQ(Automation::isChecked(widget).value_or(false), was) << widget;
+    }
+    EXPECT_EQ(History::getInstance().getDepth(), depth);
+    key(base() + "_LIST", 46);
+    KindTest::use([](auto done) { Automation::confirm(true, done); });
+    EXPECT_EQ(ComponentManager::get(base() + "_NAME_EDIT")->getText(), "");
 }
 
 // Whatever a person does, undo leads back through the very states that there were, and redo forth.

@@ -14,12 +14,16 @@
 namespace vlWinUi {
 namespace {
 
+constexpr int LEAST_ROOM = 7; ///< above and below the text together, pixels
+
 struct ComboBoxNative final : Native {
     ComboBoxNative() : Native(new QComboBox) {
         QComboBox& combo = box();
         combo.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         combo.setMinimumContentsLength(3);
         combo.setMaxVisibleItems(24);
+        // Where many stand below each other, each gives a little of its height.
+        combo.setMinimumHeight(combo.fontMetrics().height() + LEAST_ROOM);
         combo.setFocusPolicy(Qt::StrongFocus);
         connect(&combo, &QComboBox::currentIndexChanged, this, [this](int index) {
             if (quiet > 0 || index < 0) return;

@@ -74,7 +74,7 @@ void Component::setToolTip(vlMemory::StringView text) {
 }
 
 std::string Component::getToolTip() const {
-    return fromQt(native_->widget->toolTip());
+    return native_->shownToolTip;
 }
 
 void Component::setMarked(bool marked) {

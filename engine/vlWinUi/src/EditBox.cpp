@@ -18,7 +18,7 @@ namespace {
 struct EditBoxNative final : Native {
     EditBoxNative() : Native(new QLineEdit) {
         connect(&edit(), &QLineEdit::textEdited, this, [this] {
-            touched = true;
+            touched = typed = true;
             setMixed(false);
             call(changed);
         });
@@ -27,8 +27,15 @@ struct EditBoxNative final : Native {
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         const QPointer<QObject> self = this;
+        if (event->type() == QEvent::ShortcutOverride &&
+            leavesToShortcut(*static_cast<QKeyEvent*>(event))) {
+            event->ignore();
+            return true;
+        }
+        if (event->type() == QEvent::FocusOut) typed = false;
         if (event->type() == QEvent::KeyPress) {
             const auto& key = *static_cast<QKeyEvent*>(event);
+            if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) typed = false;
             if (key.key() == Qt::Key_Tab && key.modifiers() == Qt::NoModifier && takesTab())
                 return true;
             call(keyDown, keyOf(key, true).virtualKey);
@@ -44,6 +51,14 @@ struct EditBoxNative final : Native {
         describeAsMixed(edit(), mixed);
     }
 
+    /// Qt's edit keeps undo and redo to itself always. Here what is being typed is undone first;
+    /// where there is nothing of that, the keys are those of whoever has the shortcut.
+    bool leavesToShortcut(const QKeyEvent& key) {
+        if (key.matches(QKeySequence::Undo)) return !typed || !edit().isUndoAvailable();
+        if (key.matches(QKeySequence::Redo)) return !typed || !edit().isRedoAvailable();
+        return false;
+    }
+
     bool takesTab() const {
         const auto copy = tab;
         return copy && copy();
@@ -54,6 +69,7 @@ struct EditBoxNative final : Native {
     std::function<void()> changed;
     std::function<void()> edited;
     bool touched = false;
+    bool typed = false; ///< since it was shown, entered or reached
     bool mixed = false;
     QString placeHolder;
     std::string problem;
@@ -74,11 +90,14 @@ EditBox::EditBox(std::string name)
 void EditBox::setText(vlMemory::StringView text) {
     vlCommon::assertUiThread();
     auto& native = nativeAs<EditBoxNative>(*this);
-    native.touched = false;
+    native.touched = native.typed = false;
     native.setMixed(false);
     const QString shown = toQt(text);
     // Setting the same text anew would throw the cursor to the end under the person's hands.
-    if (native.edit().text() != shown) native.edit().setText(shown);
+    if (native.edit().text() == shown) return;
+    native.edit().setText(shown);
+    // Of what is only looked at, the beginning says more than the end.
+    if (!native.edit().hasFocus()) native.edit().setCursorPosition(0);
 }
 
 std::string EditBox::getText() const {

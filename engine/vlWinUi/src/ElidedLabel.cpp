@@ -1,5 +1,7 @@
 #include "ElidedLabel.h"
 
+#include "Text.h"
+
 #include <QHelpEvent>
 #include <QPainter>
 #include <QStyleOption>
@@ -8,6 +10,13 @@
 #include <algorithm>
 
 namespace vlWinUi {
+namespace {
+
+/// Letters of a text that does not quite fit, in percent of their width: one step, so that labels
+/// below each other look alike.
+constexpr int NARROW = 80;
+
+} // namespace
 
 ElidedLabel::ElidedLabel() : QWidget(nullptr) {
     setAttribute(Qt::WA_StyledBackground);
@@ -42,7 +51,9 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
     option.initFrom(this);
     style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
     const QRect area = contentsRect().adjusted(2, 0, -2, 0);
-    const QString shown = text_.contains('\n')
+    const QFont fitting = fittingFont();
+    painter.setFont(fitting);
+    const QString shown = text_.contains('\n') || fitting != font()
                                   ? text_
                                   : fontMetrics().elidedText(text_, Qt::ElideRight, area.width());
     style()->drawItemText(&painter,
@@ -56,14 +67,24 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
 
 bool ElidedLabel::event(QEvent* event) {
     if (event->type() == QEvent::ToolTip && toolTip().isEmpty()) {
-        if (!fits()) QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text_, this);
+        if (!fits())
+            QToolTip::showText(
+                    static_cast<QHelpEvent*>(event)->globalPos(), plainToolTip(text_), this);
         return true;
     }
     return QWidget::event(event);
 }
 
+QFont ElidedLabel::fittingFont() const {
+    const int room = contentsRect().width() - 4;
+    if (text_.contains('\n') || fontMetrics().horizontalAdvance(text_) <= room) return font();
+    QFont narrow = font();
+    narrow.setStretch(NARROW);
+    return QFontMetrics(narrow).horizontalAdvance(text_) <= room ? narrow : font();
+}
+
 bool ElidedLabel::fits() const {
-    return fontMetrics().horizontalAdvance(text_) <= contentsRect().width() - 4;
+    return QFontMetrics(fittingFont()).horizontalAdvance(text_) <= contentsRect().width() - 4;
 }
 
 } // namespace vlWinUi

@@ -3,8 +3,8 @@
 
 namespace vlWinUi {
 
-/** A line of text that gives way: what does not fit ends in an ellipsis. Several lines are shown
- * whole. */
+/** A line of text that gives way: what does not quite fit is set narrower, and what does not fit
+ *  then either ends in an ellipsis. Several lines are shown whole. */
 class ElidedLabel final : public QWidget {
 public:
     ElidedLabel();
@@ -20,6 +20,8 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    /// The font, or a narrower one where that makes the text fit.
+    QFont fittingFont() const;
     bool fits() const;
 
     QString text_;

@@ -3,6 +3,7 @@
 #include "ListModel.h"
 #include "Registry.h"
 #include "Style.h"
+#include "Text.h"
 
 #include <QAbstractItemView>
 #include <QHelpEvent>
@@ -12,12 +13,11 @@
 namespace vlWinUi {
 namespace {
 
-constexpr int SIDE_ROOM = 8;      ///< around the text of a row, pixels
-constexpr int BADGE_ROOM = 12;    ///< around the digits of a count, pixels
-constexpr int MARK_SIZE = 7;      ///< across, pixels
-constexpr int MARK_ROOM = 14;     ///< with what is around it, pixels
-constexpr int COMPACT_ROOM = 5;   ///< over and under the text, pixels
-constexpr int LONGEST_TIP = 4000; ///< characters
+constexpr int SIDE_ROOM = 8;    ///< around the text of a row, pixels
+constexpr int BADGE_ROOM = 12;  ///< around the digits of a count, pixels
+constexpr int MARK_SIZE = 7;    ///< across, pixels
+constexpr int MARK_ROOM = 14;   ///< with what is around it, pixels
+constexpr int COMPACT_ROOM = 5; ///< over and under the text, pixels
 
 const Shades& shades() {
     return Registry::slot()->style->getShades();
@@ -109,10 +109,7 @@ bool LineDelegate::helpEvent(QHelpEvent* event,
     if (!whole.isEmpty() && !reason.isEmpty()) whole += '\n';
     whole += reason;
     if (whole.isEmpty()) return false;
-    if (whole.size() > LONGEST_TIP) whole = whole.left(LONGEST_TIP) + QChar(0x2026);
-    // Only marked-up text is wrapped.
-    const QString wrapped = QStringLiteral("<p style='white-space:pre-wrap'>%1</p>");
-    QToolTip::showText(event->globalPos(), wrapped.arg(whole.toHtmlEscaped()), view);
+    QToolTip::showText(event->globalPos(), plainToolTip(whole), view);
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include "Call.h"
 #include "LineDelegate.h"
+#include "ListModel.h"
 #include "PlaceHolder.h"
 
 #include <QClipboard>
@@ -128,7 +129,10 @@ void ListView::copySelection() const {
 
 void ListView::paintEvent(QPaintEvent* event) {
     QListView::paintEvent(event);
-    if (model()->rowCount() == 0) paintPlaceHolder(*this, placeHolder_);
+    if (model()->rowCount() > 0) return;
+    const auto* lines = dynamic_cast<const ListModel*>(model());
+    const bool isFiltered = lines != nullptr && lines->entryCount() > 0;
+    paintPlaceHolder(*this, isFiltered ? QStringLiteral("Nothing matches") : placeHolder_);
 }
 
 void ListView::resizeEvent(QResizeEvent* event) {

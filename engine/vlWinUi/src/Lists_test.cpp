@@ -259,6 +259,38 @@ TEST_F(EditBoxTest, KeysAreToldAsVirtualKeys) {
     EXPECT_EQ(keys, (std::vector<std::uint32_t>{13, 27, 38, 40}));
 }
 
+TEST_F(EditBoxTest, WhatIsOnlyLookedAtShowsItsBeginning) {
+    auto& edit = make<EditBox>("EDIT");
+    edit.setText("0.3333333432674408");
+    EXPECT_EQ(widgetAs<QLineEdit>(edit).cursorPosition(), 0);
+}
+
+// Undo belongs to what is being typed, and to the shortcut when that has been entered.
+TEST_F(EditBoxTest, UndoIsTheEditsOwnWhileSomethingIsTyped) {
+    auto& edit = make<EditBox>("EDIT");
+    const auto takesUndo = [&] {
+        QKeyEvent asked(QEvent::ShortcutOverride, Qt::Key_Z, Qt::ControlModifier, "\x1a");
+        asked.ignore();
+        QApplication::sendEvent(edit.native().widget, &asked);
+        return asked.isAccepted();
+    };
+    edit.setText("1");
+    EXPECT_FALSE(takesUndo());
+    QKeyEvent digit(QEvent::KeyPress, Qt::Key_2, Qt::NoModifier, "2");
+    QApplication::sendEvent(edit.native().widget, &digit);
+    EXPECT_TRUE(takesUndo());
+    test::press(edit, Qt::Key_Return);
+    EXPECT_FALSE(takesUndo());
+}
+
+TEST_F(EditBoxTest, AToolTipShowsMarkedUpTextAsItIsWritten) {
+    auto& edit = make<EditBox>("EDIT");
+    edit.setToolTip("<b>x</b>");
+    EXPECT_EQ(edit.getToolTip(), "<b>x</b>");
+    EXPECT_THAT(edit.native().widget->toolTip().toStdString(),
+                testing::HasSubstr("&lt;b&gt;x&lt;/b&gt;"));
+}
+
 TEST_F(EditBoxTest, AProblemIsSaidInTheToolTipUntilItIsGone) {
     auto& edit = make<EditBox>("EDIT");
     edit.setToolTip("The name");

@@ -30,7 +30,7 @@ public:
         if (event->type() != QEvent::ToolTip) return false;
         const auto& help = *static_cast<QHelpEvent*>(event);
         const QAction* action = menu_.actionAt(help.pos());
-        QToolTip::showText(help.globalPos(), reasonOf(action), &menu_);
+        QToolTip::showText(help.globalPos(), plainToolTip(reasonOf(action)), &menu_);
         return true;
     }
 

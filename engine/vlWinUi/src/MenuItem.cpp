@@ -4,9 +4,15 @@
 
 #include <vlCommon/ThreadBorder.h>
 
+#include <QFontMetrics>
 #include <QWidget>
 
 namespace vlWinUi {
+namespace {
+
+constexpr int WIDEST_DETAIL = 420; ///< pixels
+
+} // namespace
 
 MenuItem::State::State(QObject* parent, vlMemory::StringView text, std::function<void()> callback)
     : label(text), action(new QAction(parent)) {
@@ -32,7 +38,10 @@ void MenuItem::State::updateToolTip() {
 
 void MenuItem::State::updateText() {
     action->setProperty("vlLabel", toQt(label));
-    action->setText(labelToQt(detail.empty() ? label : label + "  " + detail));
+    // A detail may hold a name of any length, and a menu is as wide as its widest item.
+    const QString shown =
+            QFontMetrics(action->font()).elidedText(toQt(detail), Qt::ElideMiddle, WIDEST_DETAIL);
+    action->setText(labelToQt(detail.empty() ? label : label + "  " + fromQt(shown)));
 }
 
 MenuItem::MenuItem(std::unique_ptr<State> state) : state_(std::move(state)) {

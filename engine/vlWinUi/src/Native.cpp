@@ -123,7 +123,8 @@ void Native::updateToolTip() {
     std::string shown = explain ? disabledReason : toolTip;
     if (!explain && !shownKeys.empty())
         shown = shown.empty() ? shownKeys : shown + " (" + shownKeys + ")";
-    widget->setToolTip(toQt(shown));
+    shownToolTip = std::move(shown);
+    widget->setToolTip(plainToolTip(toQt(shownToolTip)));
 }
 
 Component* Native::componentOf(const QObject* widget) {

@@ -40,6 +40,7 @@ struct Native : QObject {
     std::unique_ptr<GridLayout> layout;
     std::unique_ptr<RelativeLayout> relativeLayout; ///< one of the two at most
     std::string toolTip;
+    std::string shownToolTip;
     std::string shownKeys; ///< that do what the widget does: the tooltip ends with them
     std::string disabledReason;
     int quiet = 0; ///< more than 0: code is changing the widget

@@ -14,7 +14,29 @@
 namespace vlWinUi {
 namespace {
 
+constexpr const char* TEXT = "vlText";
 constexpr const char* DETAILS = "vlDetails";
+constexpr qsizetype LONGEST = 1500; ///< text that is shown whole, in characters
+constexpr qsizetype LONGEST_WORD = 60;
+
+/// Within the bounds of a screen, whatever a name in it is like: the middle is left out of what is
+/// too long, and a word that fills lines may be broken.
+QString bounded(const QString& text) {
+    const QString whole = text.size() <= LONGEST ? text
+                                                 : text.left(LONGEST / 2) + QChar(0x2026) +
+                                                           text.right(LONGEST / 2);
+    QString shown;
+    qsizetype run = 0;
+    for (const QChar letter : whole) {
+        run = letter.isSpace() ? 0 : run + 1;
+        if (run > LONGEST_WORD && !letter.isLowSurrogate()) {
+            shown += QChar(0x200B);
+            run = 1;
+        }
+        shown += letter;
+    }
+    return shown;
+}
 
 /// In the order of their opening.
 std::vector<QPointer<QMessageBox>>& dialogs() {
@@ -37,7 +59,8 @@ QMessageBox& makeDialog(vlMemory::StringView text, Component& anchor, QMessageBo
     dialog->setObjectName("vlNotificator");
     dialog->setIcon(icon);
     dialog->setTextFormat(Qt::PlainText);
-    dialog->setText(toQt(text));
+    dialog->setProperty(TEXT, toQt(text));
+    dialog->setText(bounded(toQt(text)));
     dialogInFront();
     dialogs().emplace_back(dialog);
     return *dialog;
@@ -83,7 +106,7 @@ void Notificator::setDetails(vlMemory::StringView text) {
     QMessageBox* dialog = dialogInFront();
     if (dialog == nullptr) return;
     // As it is written: Qt takes what looks like marked-up text for such here, whatever the format.
-    const QString written = toQt(text).toHtmlEscaped().replace('\n', "<br>");
+    const QString written = bounded(toQt(text)).toHtmlEscaped().replace('\n', "<br>");
     dialog->setProperty(DETAILS, toQt(text));
     dialog->setInformativeText(written);
     if (auto* shown = dialog->findChild<QLabel*>("qt_msgbox_informativelabel")) {
@@ -94,7 +117,7 @@ void Notificator::setDetails(vlMemory::StringView text) {
 
 std::string Notificator::getText() {
     const QMessageBox* dialog = dialogInFront();
-    return dialog == nullptr ? std::string() : fromQt(dialog->text());
+    return dialog == nullptr ? std::string() : fromQt(dialog->property(TEXT).toString());
 }
 
 std::string Notificator::getDetails() {

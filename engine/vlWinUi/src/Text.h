@@ -22,4 +22,8 @@ inline std::string labelFromQt(QString text) {
     return fromQt(text.replace("&&", "&"));
 }
 
+/// A tooltip as it is written: Qt takes what looks like marked-up text for such, and wraps nothing
+/// else.
+QString plainToolTip(const QString& text);
+
 } // namespace vlWinUi

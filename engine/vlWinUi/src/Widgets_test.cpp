@@ -143,6 +143,19 @@ TEST_F(NotificatorTest, OnlyAYesAccepts) {
     EXPECT_EQ(accepted, 1);
 }
 
+TEST_F(NotificatorTest, AQuestionWithANameOfAnyLengthFitsTheScreen) {
+    auto& window = make<Window>("W");
+    const std::string question = "Erase '" + std::string(4000, 'x') + "'?";
+    Notificator::confirm(question, window, [] {});
+    System::processEvents();
+    EXPECT_EQ(Notificator::getText(), question);
+    const QWidget* dialog = window.native().widget->findChild<QWidget*>("vlNotificator");
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_LT(dialog->width(), 800);
+    EXPECT_LT(dialog->height(), 700);
+    Notificator::answer(false);
+}
+
 TEST_F(NotificatorTest, TheOneInFrontIsAnsweredFirst) {
     auto& window = make<Window>("W");
     std::string order;

@@ -101,15 +101,16 @@ public:
 
     /// A source text. What is typed is posted after a pause, and before anything else is asked for.
     template <ResourceEdit Edit> void code(const std::string& suffix, Edit edit) {
-        const auto post = [edit](const std::string& name, const std::string& text) {
-            if (ResourceUiDataTracker<Kind>::getInstance().get(name) == nullptr) return;
-            Edit each = edit;
-            each.value = text;
-            ResourceEditMessage<Edit> message(name, each);
-            // Not that of an action that the text is posted before.
-            message.gesture = History::nextGesture();
-            postToGraphics(std::move(message));
-        };
+        const auto post =
+                [edit](const void* record, const std::string& name, const std::string& text) {
+                    if (ResourceUiDataTracker<Kind>::getInstance().get(name) != record) return;
+                    Edit each = edit;
+                    each.value = text;
+                    ResourceEditMessage<Edit> message(name, each);
+                    // Not that of an action that the text is posted before.
+                    message.gesture = History::nextGesture();
+                    postToGraphics(std::move(message));
+                };
         const auto row = std::make_shared<CodeRow>(base_ + suffix, post);
         rows_.push_back([row, read = valueOf(edit)](Records records, bool) mutable {
             if (records.size() == 1) {

@@ -87,7 +87,7 @@ void CodeRow::flush() {
     if (!isTyped_ || edit == nullptr) return;
     isTyped_ = false;
     posted_.push_back(edit->getText());
-    post_(name_, posted_.back());
+    post_(record_, name_, posted_.back());
 }
 
 void CodeRow::onChange() {

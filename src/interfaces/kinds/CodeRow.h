@@ -15,7 +15,9 @@ namespace vlEditor {
  *  home do not replace it. UI thread only. */
 class CodeRow final : public PendingEdit {
 public:
-    using Post = std::function<void(const std::string& name, const std::string& text)>;
+    /// The record is only there to be told from others: it may be gone, and its name another's.
+    using Post = std::function<void(
+            const void* record, const std::string& name, const std::string& text)>;
     static constexpr std::chrono::milliseconds pause{500};
 
     CodeRow(std::string component, Post post);

@@ -42,7 +42,7 @@ protected:
         window.setLayout(std::move(grid));
         window.load();
         vlWinUi::System::settle();
-        row.emplace("CODE", [this](const std::string& name, const std::string& text) {
+        row.emplace("CODE", [this](const void*, const std::string& name, const std::string& text) {
             posted.push_back(name + ": " + text);
         });
         show(a);

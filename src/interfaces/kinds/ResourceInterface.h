@@ -6,6 +6,8 @@
 #include "interfaces/kinds/KindWindow.h"
 #include "interfaces/kinds/ResourceWindow.h"
 
+#include <vlWinUi/System.h>
+
 #include <memory>
 #include <utility>
 
@@ -57,9 +59,12 @@ public:
         if (wasSelected) refresh(true, wereSeveral);
     }
     void onResourceRenamed(const std::string& oldName, const Record& record) override {
+        // The one that bore the new name may have been selected, too, and the filter may hide this
+        // one now.
+        const bool wasShown = window_.isSelected(oldName) || window_.isSelected(record.name);
         window_.renameEntry(oldName, record.name);
         onResourceUpdated(record);
-        if (window_.isSelected(record.name)) refresh(true);
+        if (wasShown) refresh(true);
     }
     void onResourceUpdated(const Record& record) override {
         window_.setChanged(record.name, Tracker::getInstance().isChanged(record.name));

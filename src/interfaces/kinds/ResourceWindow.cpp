@@ -42,6 +42,16 @@ std::vector<std::string> selectedIn(const std::string& base) {
     return names;
 }
 
+/// The one that is meant where only one can be. An entry that the filter hides stays selected for
+/// when it shows again, but nobody means it.
+const vlWinUi::ListEntry* selectedEntry(const std::string& base) {
+    const ListBox& list = listOf(base);
+    const auto index = list.getSelectedIndex();
+    if (index && list.isSelected(*index)) return &list.getEntry(*index);
+    const std::vector<std::size_t> shown = list.getSelectedIndices();
+    return shown.empty() ? nullptr : &list.getEntry(shown.front());
+}
+
 /// Several names stand where one would, as far as a person reads them.
 std::string enumerate(const std::vector<std::string>& names, std::string_view between) {
     std::string text = names.front();
@@ -96,6 +106,8 @@ void ResourceWindow::addEntry(const std::string& name, std::any record) {
     list().addEntry(name, std::move(record));
     if (!CreationWindow::takeAwaited(base_, name)) return;
     list().selectByLabel(name);
+    // Who has asked for it wants to see it.
+    if (!isSelected(name)) clearFilter();
     refresh_();
 }
 
@@ -105,8 +117,11 @@ void ResourceWindow::eraseEntry(const std::string& name) {
 
 void ResourceWindow::renameEntry(const std::string& oldName, const std::string& newName) {
     if (oldName == newName) return;
+    const bool wasNewSelected = isSelected(newName);
     list().removeEntry(newName);
     list().renameEntry(oldName, newName);
+    // The name that was looked at stays the one that is looked at.
+    if (wasNewSelected && list().getSelectedCount() == 0) list().selectByLabel(newName);
 }
 
 void ResourceWindow::clearEntries() {
@@ -131,7 +146,7 @@ bool ResourceWindow::areSeveralSelected() const {
 }
 
 void ResourceWindow::showName() {
-    const vlWinUi::ListEntry* selected = list().getSelectedEntry();
+    const vlWinUi::ListEntry* selected = selectedEntry(base_);
     widget<EditBox>(base_ + "_NAME_EDIT").setText(selected == nullptr ? "" : selected->label);
 }
 
@@ -152,13 +167,13 @@ void ResourceWindow::onDelButton(const ResourceCommands& commands, const std::st
 }
 
 void ResourceWindow::onNameButton(const ResourceCommands& commands, const std::string& base) {
-    const vlWinUi::ListEntry* selected = listOf(base).getSelectedEntry();
+    const vlWinUi::ListEntry* selected = selectedEntry(base);
     if (selected == nullptr) return;
     commands.rename(selected->label, widget<EditBox>(base + "_NAME_EDIT").getText());
 }
 
 void ResourceWindow::onSaveButton(const ResourceCommands& commands, const std::string& base) {
-    const vlWinUi::ListEntry* selected = listOf(base).getSelectedEntry();
+    const vlWinUi::ListEntry* selected = selectedEntry(base);
     if (selected == nullptr || !commands.hasFiles()) return;
     const std::string name = selected->label;
     const std::string path = CreationWindow::explorer(commands.texts()).getCurrentSelection();
@@ -202,7 +217,7 @@ void ResourceWindow::bindMenu() {
     if (commands_.hasFiles()) {
         add("Save", "Ctrl+S", [this] { onSaveButton(commands_, base_); });
         add("Save As...", "Ctrl+Shift+S", [this] {
-            const vlWinUi::ListEntry* selected = list().getSelectedEntry();
+            const vlWinUi::ListEntry* selected = selectedEntry(base_);
             if (selected == nullptr) return;
             CreationWindow::askForFile(
                     commands_.texts(),
@@ -213,11 +228,16 @@ void ResourceWindow::bindMenu() {
     }
     add("Delete", "Del", [this] { onDelButton(commands_, base_); });
     menu.getMenu().setOpenCallback([this, items] {
-        const bool isAny = list().getSelectedEntry() != nullptr;
+        const bool isAny = selectedEntry(base_) != nullptr;
         for (vlWinUi::MenuItem* item : items)
             item->setEnabled(isAny, "Nothing is selected.");
     });
     list().setMenuCallback([&menu](vlWinUi::Point screen) { menu.open(screen); });
+}
+
+void ResourceWindow::clearFilter() {
+    widget<EditBox>(base_ + "_FILTER").setText("");
+    list().setFilter("");
 }
 
 void ResourceWindow::createFilter() {
@@ -230,10 +250,10 @@ void ResourceWindow::createFilter() {
         refresh_();
     };
     filter.setChangeCallback(apply);
-    filter.setKeyDownCallback([&filter, apply](std::uint32_t key) {
+    filter.setKeyDownCallback([this](std::uint32_t key) {
         if (key != escapeKey) return;
-        filter.setText("");
-        apply();
+        clearFilter();
+        refresh_();
     });
     list().setHeader(filter, filterHeight);
 }
@@ -269,7 +289,7 @@ void ResourceWindow::handleWindowKey(const vlWinUi::KeyEvent& key) {
 }
 
 void ResourceWindow::startRename() {
-    if (list().getSelectedEntry() == nullptr) return;
+    if (selectedEntry(base_) == nullptr) return;
     auto& edit = widget<EditBox>(base_ + "_NAME_EDIT");
     edit.focusWindow();
     edit.selectAll();
@@ -282,7 +302,7 @@ void ResourceWindow::duplicate() {
 }
 
 void ResourceWindow::copy() {
-    const vlWinUi::ListEntry* selected = list().getSelectedEntry();
+    const vlWinUi::ListEntry* selected = selectedEntry(base_);
     if (selected != nullptr) commands_.copy(selected->label);
 }
 

@@ -29,7 +29,7 @@ public:
     /// A resource that a person has just asked for in this window is selected.
     void addEntry(const std::string& name, std::any record);
     void eraseEntry(const std::string& name);
-    /// Another entry that bears the new name goes.
+    /// Another entry that bears the new name goes; if it alone was selected, this one is then.
     void renameEntry(const std::string& oldName, const std::string& newName);
     void clearEntries();
     /// Marks a resource that no file holds as it is now.
@@ -52,6 +52,7 @@ private:
     void bindList();
     void bindMenu();
     void createFilter();
+    void clearFilter();
     bool handleListKey(const vlWinUi::KeyEvent& key);
     void handleWindowKey(const vlWinUi::KeyEvent& key);
     void startRename();

@@ -35,7 +35,8 @@ public:
         auto& tracker = ResourceUiDataTracker<Kind>::getInstance();
         if (from && !change.record) tracker.erase(from->name);
         if (change.record) {
-            if (from) tracker.rename(from->name, change.record->name);
+            if (from && from->name != change.record->name)
+                tracker.rename(from->name, change.record->name);
             adoptRecord<Kind>(*change.record);
         }
         // Where something else had changed the resource meanwhile, undoing must not lose that: then
