@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <gmock/gmock.h>
 
 namespace vlWinUi {
 namespace {

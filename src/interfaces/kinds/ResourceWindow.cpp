@@ -121,7 +121,7 @@ void ResourceWindow::renameEntry(const std::string& oldName, const std::string& 
     list().removeEntry(newName);
     list().renameEntry(oldName, newName);
     // The name that was looked at stays the one that is looked at.
-    if (wasNewSelected && list().getSelectedCount() == 0) list().selectByLabel(newName);
+    if (wasNewSelected && list().getSelectedLineCount() == 0) list().selectByLabel(newName);
 }
 
 void ResourceWindow::clearEntries() {
