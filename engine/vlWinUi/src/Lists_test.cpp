@@ -12,6 +12,8 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 
+#include <gmock/gmock.h>
+
 namespace vlWinUi {
 namespace {
 
