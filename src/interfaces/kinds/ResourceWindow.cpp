@@ -186,11 +186,17 @@ void ResourceWindow::onSaveButton(const ResourceCommands& commands, const std::s
 void ResourceWindow::onSaveAs(const ResourceCommands& commands, const std::string& base) {
     const vlWinUi::ListEntry* selected = selectedEntry(base);
     if (selected == nullptr || !commands.hasFiles()) return;
-    CreationWindow::askForFile(commands.texts(),
-                               selected->label,
-                               [&commands, name = selected->label](const std::string& chosen) {
-                                   if (!chosen.empty()) commands.save(name, chosen);
-                               });
+    const std::string name = selected->label;
+    CreationWindow::askForFile(commands.texts(), name, [&commands, name](const std::string& path) {
+        if (path.empty()) return;
+        if (commands.isKnown(name)) {
+            commands.save(name, path);
+            return;
+        }
+        // It has gone while the file was being chosen; saving would make it anew.
+        const std::string line = couldNotSaveLine(commands.texts(), name, path);
+        EditorLogger::getInstance().log(line, "Editor");
+    });
 }
 
 vlWinUi::ListBox& ResourceWindow::list() const {
