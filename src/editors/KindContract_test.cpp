@@ -287,6 +287,17 @@ TEST_P(KindContract, WhatCannotBeLoadedOrSavedGivesItsLineAndChangesNothing) {
     EXPECT_EQ(state(), before);
 }
 
+TEST_P(KindContract, WhatGoesWhileItsFileIsChosenDoesNotComeBack) {
+    create("a");
+    click(base() + std::string(texts().saveButton));
+    kind().commands().erase("a");
+    settle();
+    KindTest::use([&](auto done) { Automation::choose(path(file("a")), done); });
+    EXPECT_EQ(text(file("a")), "");
+    EXPECT_TRUE(kind().engineRecord("a").isNull());
+    EXPECT_THAT(lines().back(), HasSubstr("Could not save"));
+}
+
 TEST_P(KindContract, LoadsWhatIsGoodOfAFaultyFile) {
     create("a");
     save("a", file("a"));
@@ -405,7 +416,9 @@ TEST_P(KindContract, TheWindowOfAReplacedResourceShowsWhatReplacedIt) {
     click(second->getRootName() + "_LIST", "b");
     select("a");
     rename("a", "b");
-    EXPECT_EQ(shownIn(second->getRootName()), shownIn(base()));
+    auto fresh = open();
+    click(fresh->getRootName() + "_LIST", "b");
+    EXPECT_EQ(shownIn(second->getRootName()), shownIn(fresh->getRootName()));
 }
 
 TEST_P(KindContract, ManySelectedAreShownWhenAllHaveChanged) {

@@ -13,6 +13,8 @@
 #include <QLineEdit>
 #include <gmock/gmock.h>
 
+#include <gmock/gmock.h>
+
 namespace vlWinUi {
 namespace {
 

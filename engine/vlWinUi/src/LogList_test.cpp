@@ -204,7 +204,7 @@ TEST_F(EditBoxKeys, TabMovesTheFocusUnlessItIsTaken) {
     });
     test::press(edit, Qt::Key_Tab);
     EXPECT_EQ(told, 1);
-    edit.setText("pri");
+    edit.insertAtCursor("pri");
     EXPECT_EQ(edit.getTextBeforeCursor(), "pri");
     test::press(edit, Qt::Key_Tab);
     EXPECT_EQ(edit.getText(), "print");

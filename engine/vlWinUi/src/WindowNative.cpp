@@ -15,12 +15,24 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
+#include <algorithm>
+
 namespace vlWinUi {
 namespace {
 
 constexpr QSize DEFAULT_SIZE(1280, 800);
 constexpr double SCREEN_SHARE = 0.85;
 constexpr int STATUS_HEIGHT = 22;
+
+/// Beside a button at a screen's edge, a dialog would hang out of it.
+QPoint inside(QPoint at, QSize size) {
+    const QScreen* screen = QGuiApplication::screenAt(at + QPoint(size.width() / 2, 10));
+    if (screen == nullptr) return at;
+    const QRect room = screen->availableGeometry();
+    const QPoint last = room.bottomRight() - QPoint(size.width() - 1, size.height() - 1);
+    return {std::max(room.left(), std::min(at.x(), last.x())),
+            std::max(room.top(), std::min(at.y(), last.y()))};
+}
 
 } // namespace
 
@@ -56,6 +68,7 @@ void WindowNative::place() {
     // Where a screen was that is not there any more, nobody would find it.
     if (at.isNull() || QGuiApplication::screenAt(at + QPoint(size.width() / 2, 10)) == nullptr)
         at = around.center() - QPoint(size.width() / 2, size.height() / 2);
+    if (front != nullptr) at = inside(at, size);
     widget->setGeometry(QRect(at, size));
     if (front == nullptr) return;
     widget->winId();

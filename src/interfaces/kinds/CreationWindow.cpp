@@ -71,12 +71,12 @@ void search(const KindTexts& texts) {
     takeSelection(texts);
     FileExplorer& files = CreationWindow::explorer(texts);
     files.setMode(FileExplorer::Mode::Open);
+    files.setText(texts.creationTitle);
     files.open([&texts](const std::string&) { takeSelection(texts); });
 }
 
 void createExplorer(const KindTexts& texts) {
     FileExplorer& files = CreationWindow::explorer(texts);
-    files.setText(texts.creationTitle);
     files.addFilter(texts.filterLabel, texts.extension);
     files.setFollowSelfDir(true);
     files.setCurrentDir(vlResources::ResourceManager::getInstance().getWorkingPathAbsolute());
@@ -145,8 +145,10 @@ vlWinUi::FileExplorer& CreationWindow::explorer(const KindTexts& texts) {
 }
 
 void CreationWindow::askForFile(const KindTexts& texts,
+                                std::string_view name,
                                 std::function<void(const std::string&)> chosen) {
     FileExplorer& files = explorer(texts);
+    files.setText("Save " + thingNamed(texts, name));
     files.setMode(FileExplorer::Mode::Save);
     files.open(std::move(chosen));
 }

@@ -23,8 +23,10 @@ public:
     static bool takeAwaited(const std::string& base, const std::string& name);
 
     static vlWinUi::FileExplorer& explorer(const KindTexts& texts);
-    /// Asks for a file to save to; `chosen` gets its path.
-    static void askForFile(const KindTexts& texts, std::function<void(const std::string&)> chosen);
+    /// Asks for a file to save the resource of that name to; `chosen` gets its path.
+    static void askForFile(const KindTexts& texts,
+                           std::string_view name,
+                           std::function<void(const std::string&)> chosen);
 };
 
 } // namespace vlEditor

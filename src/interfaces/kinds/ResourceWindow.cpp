@@ -1,5 +1,6 @@
 #include "interfaces/kinds/ResourceWindow.h"
 
+#include "core/EditorLogger.h"
 #include "interfaces/history/History.h"
 #include "interfaces/kinds/CreationWindow.h"
 
@@ -175,14 +176,26 @@ void ResourceWindow::onNameButton(const ResourceCommands& commands, const std::s
 void ResourceWindow::onSaveButton(const ResourceCommands& commands, const std::string& base) {
     const vlWinUi::ListEntry* selected = selectedEntry(base);
     if (selected == nullptr || !commands.hasFiles()) return;
-    const std::string name = selected->label;
     const std::string path = CreationWindow::explorer(commands.texts()).getCurrentSelection();
-    if (!path.empty()) {
-        commands.save(name, path);
-        return;
-    }
-    CreationWindow::askForFile(commands.texts(), [&commands, name](const std::string& chosen) {
-        if (!chosen.empty()) commands.save(name, chosen);
+    if (path.empty())
+        onSaveAs(commands, base);
+    else
+        commands.save(selected->label, path);
+}
+
+void ResourceWindow::onSaveAs(const ResourceCommands& commands, const std::string& base) {
+    const vlWinUi::ListEntry* selected = selectedEntry(base);
+    if (selected == nullptr || !commands.hasFiles()) return;
+    const std::string name = selected->label;
+    CreationWindow::askForFile(commands.texts(), name, [&commands, name](const std::string& path) {
+        if (path.empty()) return;
+        if (commands.isKnown(name)) {
+            commands.save(name, path);
+            return;
+        }
+        // It has gone while the file was being chosen; saving would make it anew.
+        const std::string line = couldNotSaveLine(commands.texts(), name, path);
+        EditorLogger::getInstance().log(line, "Editor");
     });
 }
 
@@ -216,15 +229,7 @@ void ResourceWindow::bindMenu() {
     add("Rename", "F2", [this] { startRename(); });
     if (commands_.hasFiles()) {
         add("Save", "Ctrl+S", [this] { onSaveButton(commands_, base_); });
-        add("Save As...", "Ctrl+Shift+S", [this] {
-            const vlWinUi::ListEntry* selected = selectedEntry(base_);
-            if (selected == nullptr) return;
-            CreationWindow::askForFile(
-                    commands_.texts(),
-                    [&commands = commands_, name = selected->label](const std::string& chosen) {
-                        if (!chosen.empty()) commands.save(name, chosen);
-                    });
-        });
+        add("Save As...", "Ctrl+Shift+S", [this] { onSaveAs(commands_, base_); });
     }
     add("Delete", "Del", [this] { onDelButton(commands_, base_); });
     menu.getMenu().setOpenCallback([this, items] {
@@ -284,7 +289,8 @@ void ResourceWindow::handleWindowKey(const vlWinUi::KeyEvent& key) {
     if (!key.pressed || key.alt) return;
     if (key.virtualKey == f2Key) startRename();
     if (!key.control) return;
-    if (key.virtualKey == 'S') onSaveButton(commands_, base_);
+    if (key.virtualKey == 'S')
+        key.shift ? onSaveAs(commands_, base_) : onSaveButton(commands_, base_);
     if (key.virtualKey == 'F') widget<EditBox>(base_ + "_FILTER").focusWindow();
 }
 

@@ -48,6 +48,7 @@ public:
     static void onSaveButton(const ResourceCommands& commands, const std::string& base);
 
 private:
+    static void onSaveAs(const ResourceCommands& commands, const std::string& base);
     vlWinUi::ListBox& list() const;
     void bindList();
     void bindMenu();
