@@ -12,6 +12,7 @@
 #include "interfaces/InterfaceContainerCreator.h"
 #include "interfaces/PickLists.h"
 #include "interfaces/ViewedCamera.h"
+#include "interfaces/history/History.h"
 #include "scene/GraphElementUiDataTracker.h"
 #include "scene/GraphManager.h"
 #include "viewport/EngineSurfaceTable.h"
@@ -45,6 +46,8 @@ void endInterfaces() {
     MainWindow::destroyInstance();
     // Nobody is left to run what the interfaces have posted at their end.
     MessageOrchestrator::getInstance().discard();
+    // Its menu items are gone.
+    History::destroyInstance();
     EngineWindowUiDataTracker::destroyInstance();
     GraphElementUiDataTracker::destroyInstance();
     PickLists::destroyInstance();

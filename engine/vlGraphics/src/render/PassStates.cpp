@@ -126,6 +126,22 @@ void takeDepthStencil(const DepthStencilState& state, PassState& into) {
     into.depthStencil = kept;
 }
 
+/// What is left in their place says whether there are any.
+ScenePassState::Dragged takeDragged(PassState& from) {
+    RasterState::Settings& raster = from.raster;
+    DepthStencilState::Settings& depth = from.depthStencil;
+    const ScenePassState::Dragged dragged{static_cast<float>(raster.depthBias),
+                                          raster.depthBiasClamp,
+                                          raster.slopeScaledDepthBias,
+                                          depth.stencilReadMask,
+                                          depth.stencilWriteMask};
+    raster.depthBias = raster.depthBias != 0 || raster.slopeScaledDepthBias != 0 ? 1 : 0;
+    raster.depthBiasClamp = raster.slopeScaledDepthBias = 0;
+    depth.stencilReadMask = DepthStencilState::Settings().stencilReadMask;
+    depth.stencilWriteMask = DepthStencilState::Settings().stencilWriteMask;
+    return dragged;
+}
+
 } // namespace
 
 bool readsSecondSource(BLEND factor) {
@@ -165,6 +181,7 @@ ScenePassState passStateOf(const RenderScenePass& pass, const TargetFormats& for
         takeDepthStencil(*depth, state.fixed);
     else if (pass.getTransparentPass())
         state.fixed.depthStencil.depthWriteMask = DEPTH_WRITE_MASK::ZERO;
+    state.dragged = takeDragged(state.fixed);
     state.stencilReference = pass.getStencilReference();
     return state;
 }

@@ -11,6 +11,15 @@ namespace vlGraphics::render {
 struct ScenePassState {
     PassState fixed;
     bool cutsToViewport = false; ///< the scissor; otherwise the whole target
+    /// Numbers that a person drags through: pipelines would be made for each.
+    struct Dragged {
+        float depthBias = 0;
+        float depthBiasClamp = 0;
+        float slopeScaledDepthBias = 0;
+        std::uint8_t stencilReadMask = 0xFF;
+        std::uint8_t stencilWriteMask = 0xFF;
+    };
+    Dragged dragged;
     std::uint8_t stencilReference = 0;
 };
 

@@ -57,10 +57,7 @@ VkPipelineRasterizationStateCreateInfo rasterInfo(const RasterState::Settings& s
     info.cullMode = vulkan::cullMode(settings.cullMode);
     info.frontFace = settings.frontCounterClockwise ? VK_FRONT_FACE_COUNTER_CLOCKWISE
                                                     : VK_FRONT_FACE_CLOCKWISE;
-    info.depthBiasEnable = settings.depthBias != 0 || settings.slopeScaledDepthBias != 0;
-    info.depthBiasConstantFactor = static_cast<float>(settings.depthBias);
-    info.depthBiasClamp = settings.depthBiasClamp;
-    info.depthBiasSlopeFactor = settings.slopeScaledDepthBias;
+    info.depthBiasEnable = settings.depthBias != 0;
     info.lineWidth = 1;
     return info;
 }

@@ -20,7 +20,9 @@ namespace {
 
 constexpr std::uint64_t framesUntilUnused = 1024;
 constexpr std::uint64_t framesBetweenSweeps = 256;
-/// Settings that are being dragged make a new state each frame; beyond this old ones go.
+/// A person may try one setting after the other; beyond a few, those not used of late go, and
+/// beyond most all that are not in use.
+constexpr std::size_t fewPassStates = 32;
 constexpr std::size_t mostPassStates = 256;
 constexpr std::uint64_t framesUntilOld = 64;
 
@@ -225,11 +227,16 @@ Pipelines::make(const PipelineKey& key, const Program::Gpu& program, const Mesh:
     std::fill_n(blend.blendConstants, 4, 1.0F);
     constexpr std::array dynamics{VK_DYNAMIC_STATE_VIEWPORT,
                                   VK_DYNAMIC_STATE_SCISSOR,
-                                  VK_DYNAMIC_STATE_STENCIL_REFERENCE};
+                                  VK_DYNAMIC_STATE_DEPTH_BIAS,
+                                  VK_DYNAMIC_STATE_STENCIL_REFERENCE,
+                                  VK_DYNAMIC_STATE_STENCIL_COMPARE_MASK,
+                                  VK_DYNAMIC_STATE_STENCIL_WRITE_MASK};
+    constexpr std::uint32_t ofStencil = 3;
     auto dynamic = vulkan::vkInfo<VkPipelineDynamicStateCreateInfo>(
             VK_STRUCTURE_TYPE_PIPELINE_DYNAMIC_STATE_CREATE_INFO);
     const bool hasStencil = state.formats.stencil != VK_FORMAT_UNDEFINED;
-    dynamic.dynamicStateCount = static_cast<std::uint32_t>(dynamics.size()) - (hasStencil ? 0 : 1);
+    dynamic.dynamicStateCount =
+            static_cast<std::uint32_t>(dynamics.size()) - (hasStencil ? 0 : ofStencil);
     dynamic.pDynamicStates = dynamics.data();
     const auto rendering = renderingInfo(state.formats);
 
@@ -265,7 +272,7 @@ void Pipelines::forget(std::uint64_t program) {
 
 void Pipelines::beginFrame() {
     ++frame_;
-    if (statesInUse_ > mostPassStates) dropStates(framesUntilOld);
+    if (statesInUse_ > fewPassStates) dropStates(framesUntilOld);
     if (statesInUse_ > mostPassStates) dropStates(0);
     if (frame_ % framesBetweenSweeps != 0) return;
     eraseIf([this](const auto& item) {

@@ -24,8 +24,7 @@ void SceneDrawer::draw(const PassInputs& inputs, const ScenePassState& state) {
     makeReadable(binder.unreadable());
     recorder_.beginRendering();
     recorder_.setScissor(state.cutsToViewport);
-    if (recorder_.formats().stencil != VK_FORMAT_UNDEFINED)
-        vkCmdSetStencilReference(commands_, VK_STENCIL_FACE_FRONT_AND_BACK, state.stencilReference);
+    setDragged(state);
     passState_ = recorder_.renderer().pipelines->passStateId(state.fixed);
     const VkDeviceSize offset = recorder_.renderer().constantsOffset;
     vkCmdBindVertexBuffers(commands_, constantBinding, 1, &recorder_.renderer().constants, &offset);
@@ -34,6 +33,16 @@ void SceneDrawer::draw(const PassInputs& inputs, const ScenePassState& state) {
         if (group.instances > 0 && fillInstances(group)) drawGroup(group);
         run = group.endRun;
     }
+}
+
+void SceneDrawer::setDragged(const ScenePassState& state) const {
+    const ScenePassState::Dragged& set = state.dragged;
+    vkCmdSetDepthBias(commands_, set.depthBias, set.depthBiasClamp, set.slopeScaledDepthBias);
+    if (recorder_.formats().stencil == VK_FORMAT_UNDEFINED) return;
+    constexpr VkStencilFaceFlags both = VK_STENCIL_FACE_FRONT_AND_BACK;
+    vkCmdSetStencilReference(commands_, both, state.stencilReference);
+    vkCmdSetStencilCompareMask(commands_, both, set.stencilReadMask);
+    vkCmdSetStencilWriteMask(commands_, both, set.stencilWriteMask);
 }
 
 void SceneDrawer::bindShaders() {

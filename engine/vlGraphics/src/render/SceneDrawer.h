@@ -23,6 +23,7 @@ private:
         std::size_t endRun = 0;
         std::uint32_t instances = 0;
     };
+    void setDragged(const ScenePassState& state) const;
     void bindShaders();
     void makeReadable(const std::vector<vulkan::GpuImage*>& images);
     Group nextGroup(std::size_t first) const;

@@ -64,11 +64,11 @@ TEST_F(StateEdits, EachShowsInTheNextPictureAndLeavesNothingBehind) {
             drawFrame(*context_);
         else
             ASSERT_EQ(drawnAt(8, 8), shows && isWhite ? white : black) << i;
-        ASSERT_LE(pipelines().heldCount(), 300U) << i;
+        ASSERT_LE(pipelines().heldCount(), 16U) << i;
     }
     // Settings that came back find what was made for them.
     const std::uint64_t made = pipelines().madeCount();
-    EXPECT_GE(made, static_cast<std::uint64_t>(edits) / 2);
+    EXPECT_LE(made, 16U) << "numbers that are dragged make pipelines";
     drawFrame(*context_);
     EXPECT_EQ(pipelines().madeCount(), made);
 }
