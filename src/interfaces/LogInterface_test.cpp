@@ -177,7 +177,8 @@ TEST_F(LogInterfaceTest, TheFilterLeavesWhatContainsIt) {
 TEST_F(LogInterfaceTest, NamesAreCompletedAsFarAsTheyAgree) {
     const auto log = create();
     auto& command = part<vlWinUi::EditBox>(*log, "_EDIT");
-    command.setText("f(pr");
+    command.setText("");
+    command.insertAtCursor("f(pr");
     log->offerCompletions("pr", {"print", "printer"});
     EXPECT_EQ(command.getText(), "f(print");
     log->offerCompletions("print", {"print", "printer"});
@@ -198,7 +199,8 @@ TEST_F(LogInterfaceTest, ResourcesAreCompletedWithinQuotes) {
     const auto log = create();
     auto& command = part<vlWinUi::EditBox>(*log, "_EDIT");
     EXPECT_FALSE(log->complete());
-    command.setText("set('rus");
+    command.setText("");
+    command.insertAtCursor("set('rus");
     EXPECT_TRUE(log->complete());
     EXPECT_EQ(command.getText(), "set('rusty metal");
 }
@@ -251,7 +253,8 @@ TEST_F(CommandLineTest, NamesOfTheEnvironmentAreCompleted) {
     for (const auto& [typed, completed] : {std::pair("x = note.n", "x = note.number"),
                                            std::pair("not", "note"),
                                            std::pair("nobody.kn", "nobody.kn")}) {
-        command.setText(typed);
+        command.setText("");
+        command.insertAtCursor(typed);
         EXPECT_TRUE(log->complete());
         round();
         EXPECT_EQ(command.getText(), completed);

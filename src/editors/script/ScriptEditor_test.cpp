@@ -12,9 +12,9 @@ TEST_P(ScriptEditor, WhatIsPastedReadsNoFilesOutsideTheWorkingDirectory) {
     const std::string outside = std::filesystem::path(path("")).parent_path().string() + ".lua";
     std::ofstream(outside) << "return 'outside'";
     const auto paste = [](const std::string& file) {
-        kind().commands().paste(
-                "a",
-                R"({"formatVersion": 1, "scripts": [{"name": "x", "file": ")" + file + R"("}]})");
+        kind().commands().paste("a",
+                                R"({"formatVersion": 1, "scripts": [{"name": "x", "file": ")" +
+                                        file + R"("}]})");
         settle();
         return std::string(*kind().engineRecord("a").find("source")->asString());
     };
@@ -29,10 +29,9 @@ TEST_P(ScriptEditor, WhatIsPastedReadsNoFilesOutsideTheWorkingDirectory) {
     std::filesystem::remove(outside);
 }
 
-INSTANTIATE_TEST_SUITE_P(Script,
-                         ScriptEditor,
-                         testing::Values(&scriptKind()),
-                         [](const auto&) { return std::string("Script"); });
+INSTANTIATE_TEST_SUITE_P(Script, ScriptEditor, testing::Values(&scriptKind()), [](const auto&) {
+    return std::string("Script");
+});
 
 } // namespace
 } // namespace vlEditor
