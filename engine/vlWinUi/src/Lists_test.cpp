@@ -13,8 +13,6 @@
 #include <QLineEdit>
 #include <gmock/gmock.h>
 
-#include <gmock/gmock.h>
-
 namespace vlWinUi {
 namespace {
 
