@@ -61,8 +61,7 @@ struct BlendStateKind {
             VL_INDEXED_FIELD(sourceAlphaFactor, getSrcAlphaBlend, setSrcAlphaBlend),
             VL_INDEXED_FIELD(destinationAlphaFactor, getDestAlphaBlend, setDestAlphaBlend),
             VL_INDEXED_FIELD(alphaOperation, getBlendOpAlpha, setBlendOpAlpha),
-            IndexedField{
-                    "writeMask", &Record::writeMask, &Engine::getWriteMask, &Engine::setWriteMask},
+            VL_INDEXED_FIELD(writeMask, getWriteMask, setWriteMask),
     };
     static KindLayout layout() {
         return {"blend_state.json", {{"blend_target.json", Engine::targetCount}}};
