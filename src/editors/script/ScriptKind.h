@@ -43,7 +43,8 @@ struct ScriptKind {
             .extension = "vlsc",
             .pickLists = {{{"SCRIPT_POP_UP_LIST"}}},
             .subject = "Script",
-            .deleteStart = "Deleting Script '",
+            .deleteStart = "Deleting Script ",
+            .deleteEnd = ".\nAre you sure ?",
             .tellsSuccess = false,
     };
     // While a text is worked on, the last good one runs on.
