@@ -3,25 +3,44 @@
 #include <vlGraphics/ProgramSourcesHolder.h>
 #include <vlGraphics/ResourceManager.h>
 
+#include <functional>
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace vlGraphics {
+
+/** What the compiler has to say about a place in a program's sources. */
+struct ProgramDiagnostic {
+    SHADER_TYPE stage = SHADER_TYPE::VERTEX;
+    vlMemory::String file;  ///< of an #include, relative to the working directory; empty: the
+                            ///< stage's own source
+    std::uint32_t line = 1; ///< from 1
+    vlMemory::String text;
+    friend bool operator==(const ProgramDiagnostic&, const ProgramDiagnostic&) = default;
+};
 
 /** How a program's last compilation ended. */
 class ProgramCompilationResult {
 public:
     ProgramCompilationResult() = default;
-    ProgramCompilationResult(SHADER_TYPE stage, vlMemory::StringView errorMessage)
-        : stage_(stage), errorMessage_(errorMessage) {}
-    bool isSuccess() const { return errorMessage_.empty(); }
-    /// The stage that failed; meaningless on success.
-    SHADER_TYPE getStage() const { return stage_; }
-    /// First error as "line: text"; empty on success.
-    const vlMemory::String& getErrorMessage() const { return errorMessage_; }
+    /// One error, as "line: text".
+    ProgramCompilationResult(SHADER_TYPE stage, vlMemory::StringView errorMessage);
+    /// Of several errors, in the order in which they are to be mended.
+    explicit ProgramCompilationResult(std::vector<ProgramDiagnostic> diagnostics)
+        : diagnostics_(std::move(diagnostics)) {}
+    bool isSuccess() const { return diagnostics_.empty(); }
+    /// The stage of the first error; meaningless on success.
+    SHADER_TYPE getStage() const {
+        return isSuccess() ? SHADER_TYPE::VERTEX : diagnostics_.front().stage;
+    }
+    /// The first error as "line: text", or "file:line: text" within an #include; empty on success.
+    vlMemory::String getErrorMessage() const;
+    /// At most a few for each stage: the compiler gives up early.
+    const std::vector<ProgramDiagnostic>& getDiagnostics() const { return diagnostics_; }
 
 private:
-    SHADER_TYPE stage_ = SHADER_TYPE::VERTEX;
-    vlMemory::String errorMessage_;
+    std::vector<ProgramDiagnostic> diagnostics_;
 };
 
 /** The HLSL sources of up to seven stages, and what they compile to. Compilation runs on the
@@ -58,7 +77,10 @@ public:
     bool isCompiling() const;
     /// There is a good result to draw with, perhaps of an earlier source.
     bool isUsable() const { return gpu_ != nullptr; }
-    ProgramCompilationResult getLastCompilationResult() const { return result_; }
+    const ProgramCompilationResult& getLastCompilationResult() const { return result_; }
+    /// The files that the last compilation read through #include, also one that failed: relative to
+    /// the working directory, each once.
+    const std::vector<vlMemory::String>& getIncludedFiles() const { return includedFiles_; }
     /// Of the result in use; empty before the first.
     const ProgramReflection& getReflection() const { return reflection_; }
     /// Grows whenever another result comes into use.
@@ -77,6 +99,7 @@ private:
     std::uint64_t finished_ = 0; ///< of the newest compilation ended
     std::uint64_t build_ = 0;
     ProgramCompilationResult result_;
+    std::vector<vlMemory::String> includedFiles_;
     ProgramReflection reflection_;
     std::unique_ptr<Gpu> gpu_;
 };
@@ -89,6 +112,14 @@ public:
     /// Blocks until no compilation is under way, and adopts all: headless rendering's first step.
     void waitForAll();
     bool isAnyCompiling() const;
+
+    /// Hears of every program whose compilation ended, well or not, once it is adopted; failures
+    /// are then its to tell, and otherwise go to the log. One at a time; an empty one is none.
+    void setCompiledCallback(std::function<void(Program&)> callback);
+    void tellCompiled(Program& program) const;
+
+private:
+    std::function<void(Program&)> compiled_;
 };
 
 } // namespace vlGraphics

@@ -1,4 +1,5 @@
 #pragma once
+#include <vlGraphics/Buffer.h>
 #include <vlGraphics/ConstantBuffer.h>
 #include <vlGraphics/Program.h>
 #include <vlGraphics/Sampler.h>
@@ -6,22 +7,33 @@
 #include <vlGraphics/Texture.h>
 
 #include <memory>
+#include <variant>
 #include <vector>
 
 namespace vlGraphics {
 
+class RenderQueue;
+
+/// What a t register reads: a texture, a buffer's elements, or what a render queue hands out (its
+/// scene, to trace rays through).
+using ShaderResource = std::variant<Handle<Texture>, Handle<Buffer>, Handle<RenderQueue>>;
+
 /// A resource bound at a (slot, space) address, as HLSL's register(t<slot>, space<space>) writes
 /// it.
-template <class T> struct ShaderBinding {
-    Handle<T> resource;
+template <class Reference> struct ShaderBinding {
+    Reference resource;
     std::uint32_t slot = 0;
     std::uint32_t space = 0;
 };
+using TextureBinding = ShaderBinding<ShaderResource>;
+using SamplerBinding = ShaderBinding<Handle<Sampler>>;
+using UavBinding = ShaderBinding<Handle<Buffer>>;
 
-/** A program and the resources bound to it: textures, samplers, constant buffers and per-instance
- * data. Addresses that the program does not use are kept and ignored; those that it uses and that
- * nothing is bound to read the engine's defaults (texture, sampler) or zeros. Adding at a taken
- * address, or changing to one, is refused: false. */
+/** A program and the resources bound to it: textures and buffers to read, samplers, buffers to
+ * write, constant buffers and per-instance data. Addresses that the program does not use are kept
+ * and ignored; those that it uses and that nothing is bound to read the engine's defaults (texture,
+ * sampler) or zeros; what is written there is lost. Adding at a taken address, or changing to one,
+ * is refused: false. */
 class Shader final : public Resource {
 public:
     static constexpr vlMemory::StringView kindName = "shader";
@@ -36,20 +48,27 @@ public:
     void setProgram(Handle<Program> program);
     void setProgram(const Program* program);
 
-    bool addTexture(Handle<Texture> texture, std::uint32_t slot, std::uint32_t space);
-    bool setTexture(std::uint32_t index, Handle<Texture> texture);
+    bool addTexture(ShaderResource resource, std::uint32_t slot, std::uint32_t space);
+    bool setTexture(std::uint32_t index, ShaderResource resource);
     bool forgetTexture(std::uint32_t slot, std::uint32_t space);
     bool changeTextureSlot(std::uint32_t index, std::uint32_t slot);
     bool changeTextureSpace(std::uint32_t index, std::uint32_t space);
     /// Null past the last.
-    const ShaderBinding<Texture>* getTexturePerIndex(std::uint32_t index) const;
+    const TextureBinding* getTexturePerIndex(std::uint32_t index) const;
 
     bool addSampler(Handle<Sampler> sampler, std::uint32_t slot, std::uint32_t space);
     bool setSampler(std::uint32_t index, Handle<Sampler> sampler);
     bool forgetSampler(std::uint32_t slot, std::uint32_t space);
     bool changeSamplerSlot(std::uint32_t index, std::uint32_t slot);
     bool changeSamplerSpace(std::uint32_t index, std::uint32_t space);
-    const ShaderBinding<Sampler>* getSamplerPerIndex(std::uint32_t index) const;
+    const SamplerBinding* getSamplerPerIndex(std::uint32_t index) const;
+
+    bool addUavBuffer(Handle<Buffer> buffer, std::uint32_t slot, std::uint32_t space);
+    bool setUavBuffer(std::uint32_t index, Handle<Buffer> buffer);
+    bool forgetUavBuffer(std::uint32_t slot, std::uint32_t space);
+    bool changeUavBufferSlot(std::uint32_t index, std::uint32_t slot);
+    bool changeUavBufferSpace(std::uint32_t index, std::uint32_t space);
+    const UavBinding* getUavBufferPerIndex(std::uint32_t index) const;
 
     /// Null when the address is taken. Valid until buffers are added or deleted.
     ConstantBuffer* addConstantBuffer(std::uint32_t slot, std::uint32_t space);
@@ -84,8 +103,9 @@ private:
     bool noteIf(bool done);
 
     Handle<Program> program_;
-    std::vector<ShaderBinding<Texture>> textures_;
-    std::vector<ShaderBinding<Sampler>> samplers_;
+    std::vector<TextureBinding> textures_;
+    std::vector<SamplerBinding> samplers_;
+    std::vector<UavBinding> uavBuffers_;
     std::vector<ConstantBuffer> constantBuffers_;
     std::vector<ShaderInstanceMemorySlot> instanceSlots_;
     std::uint32_t maxInstances_ = startMaxInstances;

@@ -65,8 +65,10 @@ template <class Visit> void visitReferences(const Compositor& compositor, Visit&
 template <class Visit> void visitReferences(const Shader& shader, Visit&& visit) {
     visit(shader.getProgramHandle(), wholeUser);
     for (std::uint32_t i = 0; const auto* binding = shader.getTexturePerIndex(i); ++i)
-        visit(binding->resource, wholeUser);
+        std::visit([&](auto handle) { visit(handle, wholeUser); }, binding->resource);
     for (std::uint32_t i = 0; const auto* binding = shader.getSamplerPerIndex(i); ++i)
+        visit(binding->resource, wholeUser);
+    for (std::uint32_t i = 0; const auto* binding = shader.getUavBufferPerIndex(i); ++i)
         visit(binding->resource, wholeUser);
     for (std::uint32_t i = 0; const auto* buffer = shader.getConstantBufferPerIndex(i); ++i) {
         for (std::uint32_t s = 0; const auto* slot = buffer->getPassMemorySlotReadOnly(s); ++s) {
@@ -85,6 +87,7 @@ template <> struct ManagerOf<Viewport> : std::type_identity<ViewportManager> {};
 template <> struct ManagerOf<RenderQueue> : std::type_identity<RenderQueueManager> {};
 template <> struct ManagerOf<Texture> : std::type_identity<TextureManager> {};
 template <> struct ManagerOf<Sampler> : std::type_identity<SamplerManager> {};
+template <> struct ManagerOf<Buffer> : std::type_identity<BufferManager> {};
 template <> struct ManagerOf<Program> : std::type_identity<ProgramManager> {};
 
 template <class T> bool refersTo(Handle<T> handle, const T& resource) {
@@ -124,9 +127,9 @@ template std::vector<vlMemory::String> usersOf(const Viewport&);
 template std::vector<vlMemory::String> usersOf(const RenderQueue&);
 template std::vector<vlMemory::String> usersOf(const Texture&);
 template std::vector<vlMemory::String> usersOf(const Sampler&);
-template std::vector<vlMemory::String> usersOf(const Program&);
-// Nothing refers to these yet: they are here for whoever asks for every kind alike.
 template std::vector<vlMemory::String> usersOf(const Buffer&);
+template std::vector<vlMemory::String> usersOf(const Program&);
+// Nothing refers to these: they are here for whoever asks for every kind alike.
 template std::vector<vlMemory::String> usersOf(const vlScripts::Script&);
 
 } // namespace vlGraphics

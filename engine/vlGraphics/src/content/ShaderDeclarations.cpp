@@ -1,6 +1,7 @@
 #include "content/KindLoader.h"
 #include "resources/EnumTexts.h"
 
+#include <vlGraphics/RenderQueue.h>
 #include <vlGraphics/Shader.h>
 
 #include <utility>
@@ -11,6 +12,15 @@ namespace {
 
 struct BindingValues {
     vlMemory::String resource;
+    std::uint32_t slot = 0;
+    std::uint32_t space = 0;
+};
+
+/// At most one has a name.
+struct TextureValues {
+    vlMemory::String texture;
+    vlMemory::String buffer;
+    vlMemory::String renderQueue;
     std::uint32_t slot = 0;
     std::uint32_t space = 0;
 };
@@ -106,6 +116,42 @@ void describeBindings(Archive& archive,
     });
 }
 
+template <class Archive, class List> void describeTextures(Archive& archive, List& values) {
+    archive.optionalArray("textures", values, [](auto& child, auto& binding) {
+        const auto describe = [&](vlMemory::StringView member, auto& name) {
+            if (Archive::reading || !name.empty()) child.optional(member, name);
+        };
+        describe("texture", binding.texture);
+        describe("buffer", binding.buffer);
+        describe("renderQueue", binding.renderQueue);
+        const bool several = int{!binding.texture.empty()} + int{!binding.buffer.empty()} +
+                                     int{!binding.renderQueue.empty()} >
+                             1;
+        child.check(!several, "texture", "stands beside another resource");
+        describeAddress(child, binding);
+    });
+}
+
+TextureValues valuesOf(const TextureBinding& binding) {
+    TextureValues values;
+    values.slot = binding.slot;
+    values.space = binding.space;
+    if (const auto* texture = std::get_if<Handle<Texture>>(&binding.resource))
+        values.texture = TextureManager::getInstance()->nameOf(*texture);
+    if (const auto* buffer = std::get_if<Handle<Buffer>>(&binding.resource))
+        values.buffer = BufferManager::getInstance()->nameOf(*buffer);
+    if (const auto* queue = std::get_if<Handle<RenderQueue>>(&binding.resource))
+        values.renderQueue = RenderQueueManager::getInstance()->nameOf(*queue);
+    return values;
+}
+
+ShaderResource resourceOf(const TextureValues& values) {
+    if (!values.buffer.empty()) return BufferManager::getInstance()->handleOf(values.buffer);
+    if (!values.renderQueue.empty())
+        return RenderQueueManager::getInstance()->handleOf(values.renderQueue);
+    return TextureManager::getInstance()->handleOf(values.texture);
+}
+
 template <class List>
 vlCommon::Result<> checkAddresses(vlMemory::StringView list, const List& values) {
     std::set<std::pair<std::uint32_t, std::uint32_t>> taken;
@@ -157,6 +203,9 @@ void clear(Shader& shader) {
     while (const auto* binding = shader.getSamplerPerIndex(0)) {
         shader.forgetSampler(binding->slot, binding->space);
     }
+    while (const auto* binding = shader.getUavBufferPerIndex(0)) {
+        shader.forgetUavBuffer(binding->slot, binding->space);
+    }
     while (const ConstantBuffer* buffer = shader.getConstantBufferPerIndex(0)) {
         shader.deleteConstantBuffer(buffer->getSlot(), buffer->getSpace());
     }
@@ -171,16 +220,19 @@ template <> struct Declared<Shader> {
     static constexpr vlMemory::StringView list = "shaders";
     struct Values {
         vlMemory::String program;
-        std::vector<BindingValues> textures;
+        std::vector<TextureValues> textures;
         std::vector<BindingValues> samplers;
+        std::vector<BindingValues> uavBuffers;
         std::vector<BufferValues> constantBuffers;
         std::vector<InstanceSlotValues> instanceSlots;
         std::uint32_t maxInstancesPerBuffer = Shader::startMaxInstances;
     };
     template <class Archive, class V> static void describe(Archive& archive, V& values) {
         archive.optional("program", values.program);
-        describeBindings(archive, "textures", "texture", values.textures);
+        describeTextures(archive, values.textures);
         describeBindings(archive, "samplers", "sampler", values.samplers);
+        if (Archive::reading || !values.uavBuffers.empty())
+            describeBindings(archive, "uavBuffers", "buffer", values.uavBuffers);
         archive.optionalArray(
                 "constantBuffers", values.constantBuffers, [](auto& child, auto& buffer) {
                     describeAddress(child, buffer);
@@ -197,12 +249,15 @@ template <> struct Declared<Shader> {
         Values values;
         values.program = ProgramManager::getInstance()->nameOf(shader.getProgramHandle());
         for (std::uint32_t i = 0; const auto* binding = shader.getTexturePerIndex(i); ++i) {
-            const auto name = TextureManager::getInstance()->nameOf(binding->resource);
-            values.textures.push_back({vlMemory::String(name), binding->slot, binding->space});
+            values.textures.push_back(valuesOf(*binding));
         }
         for (std::uint32_t i = 0; const auto* binding = shader.getSamplerPerIndex(i); ++i) {
             const auto name = SamplerManager::getInstance()->nameOf(binding->resource);
             values.samplers.push_back({vlMemory::String(name), binding->slot, binding->space});
+        }
+        for (std::uint32_t i = 0; const auto* binding = shader.getUavBufferPerIndex(i); ++i) {
+            const auto name = BufferManager::getInstance()->nameOf(binding->resource);
+            values.uavBuffers.push_back({vlMemory::String(name), binding->slot, binding->space});
         }
         for (std::uint32_t i = 0; const auto* buffer = shader.getConstantBufferPerIndex(i); ++i) {
             BufferValues& to = values.constantBuffers.emplace_back();
@@ -224,19 +279,23 @@ template <> struct Declared<Shader> {
     static vlCommon::Result<> prepare(Values& values, const DeclarationFolders&) {
         auto checked = checkAddresses("textures", values.textures);
         if (checked) checked = checkAddresses("samplers", values.samplers);
+        if (checked) checked = checkAddresses("uavBuffers", values.uavBuffers);
         if (checked) checked = checkAddresses("constantBuffers", values.constantBuffers);
         return checked;
     }
     static void apply(Shader& shader, const Values& values) {
         clear(shader);
         shader.setProgram(ProgramManager::getInstance()->handleOf(values.program));
-        for (const BindingValues& binding : values.textures) {
-            const auto texture = TextureManager::getInstance()->handleOf(binding.resource);
-            shader.addTexture(texture, binding.slot, binding.space);
+        for (const TextureValues& binding : values.textures) {
+            shader.addTexture(resourceOf(binding), binding.slot, binding.space);
         }
         for (const BindingValues& binding : values.samplers) {
             const auto sampler = SamplerManager::getInstance()->handleOf(binding.resource);
             shader.addSampler(sampler, binding.slot, binding.space);
+        }
+        for (const BindingValues& binding : values.uavBuffers) {
+            const auto buffer = BufferManager::getInstance()->handleOf(binding.resource);
+            shader.addUavBuffer(buffer, binding.slot, binding.space);
         }
         for (const BufferValues& from : values.constantBuffers) {
             ConstantBuffer* buffer = shader.addConstantBuffer(from.slot, from.space);

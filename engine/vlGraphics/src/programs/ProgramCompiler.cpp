@@ -1,11 +1,9 @@
 #include "programs/ProgramCompiler.h"
 
 #include "programs/HlslCompiler.h"
-#include "programs/StageNames.h"
 #include "vulkan/ProgramGpu.h"
 
 #include <vlGraphics/ChangeCount.h>
-#include <vlGraphics/LogManager.h>
 #include <vlTasks/LambdaTask.h>
 
 #include <fmt/format.h>
@@ -181,14 +179,12 @@ void ProgramCompiler::adopt(const Finished& finished) {
     program->result_ = {};
     program->build_ = nextBuild();
     program->markChanged();
+    manager->tellCompiled(*program);
 }
 
 void ProgramCompiler::fail(Program& program, const ProgramCompilationResult& result) {
     program.result_ = result;
-    LogManager::getInstance().log(fmt::format("program '{}', {} stage: {}",
-                                              program.getName(),
-                                              stageName(result.getStage()),
-                                              result.getErrorMessage()));
+    ProgramManager::getInstance()->tellCompiled(program);
 }
 
 void ProgramCompiler::waitForAll() {

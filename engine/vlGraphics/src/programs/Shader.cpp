@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::uint32_t maxInstancesLimit = 65536;
 
-template <class T>
-bool addBinding(std::vector<ShaderBinding<T>>& bindings, const ShaderBinding<T>& added) {
+template <class R>
+bool addBinding(std::vector<ShaderBinding<R>>& bindings, const ShaderBinding<R>& added) {
     const bool taken = std::any_of(bindings.begin(), bindings.end(), [&](const auto& binding) {
         return binding.slot == added.slot && binding.space == added.space;
     });
@@ -20,8 +20,8 @@ bool addBinding(std::vector<ShaderBinding<T>>& bindings, const ShaderBinding<T>&
     return !taken;
 }
 
-template <class T>
-bool forgetBinding(std::vector<ShaderBinding<T>>& bindings,
+template <class R>
+bool forgetBinding(std::vector<ShaderBinding<R>>& bindings,
                    std::uint32_t slot,
                    std::uint32_t space) {
     return std::erase_if(bindings, [&](const auto& binding) {
@@ -29,15 +29,15 @@ bool forgetBinding(std::vector<ShaderBinding<T>>& bindings,
            }) > 0;
 }
 
-template <class T>
-bool setResource(std::vector<ShaderBinding<T>>& bindings, std::uint32_t index, Handle<T> resource) {
+template <class R>
+bool setResource(std::vector<ShaderBinding<R>>& bindings, std::uint32_t index, R resource) {
     if (index >= bindings.size()) return false;
     bindings[index].resource = resource;
     return true;
 }
 
-template <class T>
-bool moveBinding(std::vector<ShaderBinding<T>>& bindings,
+template <class R>
+bool moveBinding(std::vector<ShaderBinding<R>>& bindings,
                  std::uint32_t index,
                  std::uint32_t slot,
                  std::uint32_t space) {
@@ -50,20 +50,20 @@ bool moveBinding(std::vector<ShaderBinding<T>>& bindings,
     return true;
 }
 
-template <class T>
-bool changeSlot(std::vector<ShaderBinding<T>>& bindings, std::uint32_t index, std::uint32_t slot) {
+template <class R>
+bool changeSlot(std::vector<ShaderBinding<R>>& bindings, std::uint32_t index, std::uint32_t slot) {
     return index < bindings.size() && moveBinding(bindings, index, slot, bindings[index].space);
 }
 
-template <class T>
-bool changeSpace(std::vector<ShaderBinding<T>>& bindings,
+template <class R>
+bool changeSpace(std::vector<ShaderBinding<R>>& bindings,
                  std::uint32_t index,
                  std::uint32_t space) {
     return index < bindings.size() && moveBinding(bindings, index, bindings[index].slot, space);
 }
 
-template <class T>
-const ShaderBinding<T>* bindingAt(const std::vector<ShaderBinding<T>>& bindings,
+template <class R>
+const ShaderBinding<R>* bindingAt(const std::vector<ShaderBinding<R>>& bindings,
                                   std::uint32_t index) {
     return index < bindings.size() ? &bindings[index] : nullptr;
 }
@@ -99,12 +99,12 @@ void Shader::setProgram(const Program* program) {
     setProgram(programs == nullptr ? Handle<Program>{} : programs->handleOf(program));
 }
 
-bool Shader::addTexture(Handle<Texture> texture, std::uint32_t slot, std::uint32_t space) {
-    return noteIf(addBinding(textures_, {texture, slot, space}));
+bool Shader::addTexture(ShaderResource resource, std::uint32_t slot, std::uint32_t space) {
+    return noteIf(addBinding(textures_, {resource, slot, space}));
 }
 
-bool Shader::setTexture(std::uint32_t index, Handle<Texture> texture) {
-    return noteIf(setResource(textures_, index, texture));
+bool Shader::setTexture(std::uint32_t index, ShaderResource resource) {
+    return noteIf(setResource(textures_, index, resource));
 }
 
 bool Shader::forgetTexture(std::uint32_t slot, std::uint32_t space) {
@@ -119,7 +119,7 @@ bool Shader::changeTextureSpace(std::uint32_t index, std::uint32_t space) {
     return noteIf(changeSpace(textures_, index, space));
 }
 
-const ShaderBinding<Texture>* Shader::getTexturePerIndex(std::uint32_t index) const {
+const TextureBinding* Shader::getTexturePerIndex(std::uint32_t index) const {
     return bindingAt(textures_, index);
 }
 
@@ -143,8 +143,32 @@ bool Shader::changeSamplerSpace(std::uint32_t index, std::uint32_t space) {
     return noteIf(changeSpace(samplers_, index, space));
 }
 
-const ShaderBinding<Sampler>* Shader::getSamplerPerIndex(std::uint32_t index) const {
+const SamplerBinding* Shader::getSamplerPerIndex(std::uint32_t index) const {
     return bindingAt(samplers_, index);
+}
+
+bool Shader::addUavBuffer(Handle<Buffer> buffer, std::uint32_t slot, std::uint32_t space) {
+    return noteIf(addBinding(uavBuffers_, {buffer, slot, space}));
+}
+
+bool Shader::setUavBuffer(std::uint32_t index, Handle<Buffer> buffer) {
+    return noteIf(setResource(uavBuffers_, index, buffer));
+}
+
+bool Shader::forgetUavBuffer(std::uint32_t slot, std::uint32_t space) {
+    return noteIf(forgetBinding(uavBuffers_, slot, space));
+}
+
+bool Shader::changeUavBufferSlot(std::uint32_t index, std::uint32_t slot) {
+    return noteIf(changeSlot(uavBuffers_, index, slot));
+}
+
+bool Shader::changeUavBufferSpace(std::uint32_t index, std::uint32_t space) {
+    return noteIf(changeSpace(uavBuffers_, index, space));
+}
+
+const UavBinding* Shader::getUavBufferPerIndex(std::uint32_t index) const {
+    return bindingAt(uavBuffers_, index);
 }
 
 ConstantBuffer* Shader::addConstantBuffer(std::uint32_t slot, std::uint32_t space) {

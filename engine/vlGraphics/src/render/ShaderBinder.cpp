@@ -48,11 +48,12 @@ struct ShaderBinder::Writer {
 
     GpuImage& imageFor(const ReflectedResource& resource) {
         Fallbacks& fallbacks = recorder.renderer().fallbacks;
-        const auto* binding = findAt<ShaderBinding<Texture>>(
+        const auto* binding = findAt<TextureBinding>(
                 resource, [this](std::uint32_t i) { return shader.getTexturePerIndex(i); });
+        const auto* handle =
+                binding == nullptr ? nullptr : std::get_if<Handle<Texture>>(&binding->resource);
         const Texture* texture =
-                binding == nullptr ? nullptr
-                                   : TextureManager::getInstance()->resolve(binding->resource);
+                handle == nullptr ? nullptr : TextureManager::getInstance()->resolve(*handle);
         if (texture == nullptr || texture->gpu() == nullptr) return fallbacks.texture();
         GpuImage& image = texture->gpu()->image;
         // What is being drawn into cannot be read at the same time.
@@ -60,7 +61,7 @@ struct ShaderBinder::Writer {
     }
 
     VkSampler samplerFor(const ReflectedResource& resource) {
-        const auto* binding = findAt<ShaderBinding<Sampler>>(
+        const auto* binding = findAt<SamplerBinding>(
                 resource, [this](std::uint32_t i) { return shader.getSamplerPerIndex(i); });
         const Sampler* sampler =
                 binding == nullptr ? nullptr

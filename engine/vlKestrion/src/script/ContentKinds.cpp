@@ -22,7 +22,8 @@ using vlGraphics::Texture;
 std::vector<vlGraphics::Handle<Texture>> texturesOf(const Shader& shader) {
     std::vector<vlGraphics::Handle<Texture>> textures;
     for (std::uint32_t i = 0; const auto* binding = shader.getTexturePerIndex(i); ++i)
-        textures.push_back(binding->resource);
+        if (const auto* texture = std::get_if<vlGraphics::Handle<Texture>>(&binding->resource))
+            textures.push_back(*texture);
     return textures;
 }
 
