@@ -10,6 +10,7 @@
 #include <vlWinUi/GroupBox.h>
 #include <vlWinUi/ListBox.h>
 #include <vlWinUi/MultiLineEdit.h>
+#include <vlWinUi/Picture.h>
 #include <vlWinUi/ProgressBar.h>
 #include <vlWinUi/Slider.h>
 #include <vlWinUi/Static.h>
@@ -44,6 +45,7 @@ const ComponentFactory::Entry& ComponentFactory::find(ComponentType type) {
             entry<Surface>("SURFACE"),
             entry<FileExplorer>("FILE_EXPLORER"),
             entry<ProgressBar>("PROGRESS_BAR"),
+            entry<Picture>("PICTURE"),
     };
     const auto* found = std::ranges::find(ENTRIES, type, &Entry::type);
     assert(found != std::end(ENTRIES));

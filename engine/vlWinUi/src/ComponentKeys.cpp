@@ -227,6 +227,7 @@ constexpr Type TYPES[] = {
         {ComponentType::TabWindow, TAB_WIN},
         {ComponentType::ToolBar, UNLABELLED},
         {ComponentType::Surface, UNLABELLED},
+        {ComponentType::Picture, LABELLED},
 };
 
 const Type* find(ComponentType type) {

@@ -7,6 +7,7 @@
 #include <vlWinUi/ContextMenu.h>
 #include <vlWinUi/EditBox.h>
 #include <vlWinUi/GroupBox.h>
+#include <vlWinUi/Picture.h>
 #include <vlWinUi/Slider.h>
 #include <vlWinUi/Static.h>
 #include <vlWinUi/Surface.h>
@@ -69,7 +70,8 @@ TEST_F(ContentLoaderTest, AWindowIsAsItsTextSays) {
          "maxSize": {"y": 24}, "minSize": {"x": 60}, "toolTip": "Keeps it",
          "shortcut": "Ctrl+S", "accessibleName": "Save the blend state"},
         {"name": "W_EDIT", "type": "EDIT_BOX", "placeHolder": "Depth", "onlyNumbers": true},
-        {"name": "W_CODE", "type": "CODE_EDIT", "language": "HLSL", "placeHolder": "Shader"}
+        {"name": "W_CODE", "type": "CODE_EDIT", "language": "HLSL", "placeHolder": "Shader"},
+        {"name": "W_PICTURE", "type": "PICTURE", "label": "Preview"}
       ],
       "layouts": [
         {"parent": "W", "type": "GRID", "width": 4, "height": 2,
@@ -104,6 +106,8 @@ TEST_F(ContentLoaderTest, AWindowIsAsItsTextSays) {
     EXPECT_EQ(button->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_S));
     EXPECT_EQ(button->accessibleName(), "Save the blend state");
     ASSERT_NE(ComponentManager::get<CodeEdit>("W_CODE"), nullptr);
+    ASSERT_NE(ComponentManager::get<Picture>("W_PICTURE"), nullptr);
+    EXPECT_EQ(ComponentManager::get("W_PICTURE")->getText(), "Preview");
     auto* edit = static_cast<QLineEdit*>(ComponentManager::get("W_EDIT")->native().widget);
     EXPECT_EQ(edit->placeholderText(), "Depth");
     EXPECT_FALSE([&] {

@@ -22,6 +22,7 @@ enum class ComponentType {
     Surface,
     FileExplorer,
     ProgressBar,
+    Picture,
 };
 
 /// The type's word in layout texts and log lines ("GROUP_BOX").
