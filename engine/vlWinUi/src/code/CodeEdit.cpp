@@ -81,8 +81,20 @@ void CodeEdit::setPlaceHolder(vlMemory::StringView text) {
     viewOf(*this).setPlaceholderText(toQt(text));
 }
 
+void CodeEdit::setCompletions(std::vector<std::string> words) {
+    vlCommon::assertUiThread();
+    QStringList taken;
+    for (const std::string& word : words) {
+        QString text = toQt(word);
+        if (!text.isEmpty() && beginsWord(text[0]) && endOfWord(text, 0) == text.size())
+            taken.append(std::move(text));
+    }
+    viewOf(*this).completion().setWords(std::move(taken));
+}
+
 void CodeEdit::setReadOnly(bool readOnly) {
     CodeView& view = viewOf(*this);
+    view.completion().close();
     view.setReadOnly(readOnly);
     view.setTabChangesFocus(readOnly);
     if (readOnly)
@@ -111,6 +123,15 @@ void CodeEdit::goToLine(std::size_t line) {
 
 std::size_t CodeEdit::getLine() const {
     return static_cast<std::size_t>(viewOf(*this).textCursor().blockNumber()) + 1;
+}
+
+CodeViewState CodeEdit::getViewState() const {
+    return viewOf(*this).state();
+}
+
+void CodeEdit::setViewState(const CodeViewState& state) {
+    vlCommon::assertUiThread();
+    viewOf(*this).setState(state);
 }
 
 void CodeEdit::setChangeCallback(std::function<void()> callback) {

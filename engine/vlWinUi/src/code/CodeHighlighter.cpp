@@ -14,8 +14,23 @@ namespace {
 
 constexpr int FARTHEST_BRACKET = 20'000; ///< blocks
 
+constexpr qsizetype SHORTEST_WORD = 3;
+constexpr qsizetype LONGEST_WORD = 100;
+
 struct BlockFacts final : QTextBlockUserData {
+    explicit BlockFacts(std::shared_ptr<WordIndex> all) : index(std::move(all)) {}
+    BlockFacts(const BlockFacts&) = delete;
+    BlockFacts& operator=(const BlockFacts&) = delete;
+    ~BlockFacts() override { forgetWords(); }
+    void forgetWords() {
+        for (const int id : words)
+            index->remove(id);
+        words.clear();
+    }
+
     std::vector<CodeHighlighter::Bracket> brackets;
+    std::vector<int> words; ///< of the index
+    std::shared_ptr<WordIndex> index;
     int generation = 0; ///< of the colours that it is in; 0 for none
 };
 
@@ -34,22 +49,37 @@ int kindOf(char16_t letter) {
     return 0;
 }
 
-void findBrackets(const QString& text,
-                  const std::vector<Token>& tokens,
-                  std::vector<CodeHighlighter::Bracket>& found) {
+bool isQuote(TokenKind kind) {
+    return kind == TokenKind::String || kind == TokenKind::Comment;
+}
+
+/// The brackets and words that are neither in texts and comments nor the language's own.
+void findFacts(const QString& text, const std::vector<Token>& tokens, BlockFacts& found) {
     auto token = tokens.begin();
-    for (qsizetype at = 0; at < text.size(); ++at) {
+    for (qsizetype at = 0; at < text.size();) {
         while (token != tokens.end() && at >= token->begin + token->length)
             ++token;
         const bool inToken = token != tokens.end() && at >= token->begin;
-        const bool quoted =
-                inToken && (token->kind == TokenKind::String || token->kind == TokenKind::Comment);
-        if (!quoted && kindOf(text[at].unicode()) != 0)
-            found.push_back({static_cast<int>(at), text[at].unicode()});
+        if (inToken && token->kind != TokenKind::Preprocessor) {
+            at = token->begin + token->length;
+        } else if (beginsWord(text[at])) {
+            const qsizetype end = endOfWord(text, at);
+            const bool worth = end - at >= SHORTEST_WORD && end - at <= LONGEST_WORD;
+            if (worth) found.words.push_back(found.index->add(QStringView(text).mid(at, end - at)));
+            at = end;
+        } else {
+            if (kindOf(text[at].unicode()) != 0)
+                found.brackets.push_back({static_cast<int>(at), text[at].unicode()});
+            ++at;
+        }
     }
 }
 
 } // namespace
+
+CodeHighlighter::CodeHighlighter(QTextDocument* document)
+    : QSyntaxHighlighter(document), words_(std::make_shared<WordIndex>()) {
+}
 
 void CodeHighlighter::setRules(const CodeRules* rules) {
     if (rules_ == rules) return;
@@ -78,9 +108,10 @@ void CodeHighlighter::highlightBlock(const QString& text) {
     if (rules_ != nullptr)
         setCurrentBlockState(rules_->scan(text, std::max(previousBlockState(), 0), tokens_));
     auto* facts = static_cast<BlockFacts*>(currentBlockUserData());
-    if (facts == nullptr) setCurrentBlockUserData(facts = new BlockFacts);
+    if (facts == nullptr) setCurrentBlockUserData(facts = new BlockFacts(words_));
     facts->brackets.clear();
-    findBrackets(text, tokens_, facts->brackets);
+    facts->forgetWords();
+    findFacts(text, tokens_, *facts);
     const int number = currentBlock().blockNumber();
     facts->generation = number >= firstShown_ && number <= lastShown_ ? generation_ : 0;
     if (facts->generation == 0) return;
@@ -116,10 +147,30 @@ std::vector<int> CodeHighlighter::bracketsAt(int position) const {
         }
         block = step > 0 ? block.next() : block.previous();
         facts = block.isValid() ? factsOf(block) : nullptr;
-        if (facts == nullptr) break;
+        if (facts == nullptr) return {position};
         index = step > 0 ? 0 : static_cast<std::ptrdiff_t>(facts->brackets.size()) - 1;
     }
-    return {position};
+    return {};
+}
+
+bool CodeHighlighter::hasBracket(int position, QChar letter) const {
+    const QTextBlock block = document()->findBlock(position);
+    const BlockFacts* facts = factsOf(block);
+    return facts != nullptr && std::ranges::any_of(facts->brackets, [&](const Bracket& bracket) {
+               return block.position() + bracket.at == position && bracket.letter == letter;
+           });
+}
+
+bool CodeHighlighter::isQuoted(int position) const {
+    if (rules_ == nullptr) return false;
+    const QTextBlock block = document()->findBlock(position);
+    const int before = block.previous().isValid() ? block.previous().userState() : 0;
+    std::vector<Token> tokens;
+    rules_->scan(block.text(), std::max(before, 0), tokens);
+    const int at = position - block.position();
+    return std::ranges::any_of(tokens, [at](const Token& token) {
+        return isQuote(token.kind) && at >= token.begin && at < token.begin + token.length;
+    });
 }
 
 } // namespace vlWinUi

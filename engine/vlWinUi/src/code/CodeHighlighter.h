@@ -1,8 +1,10 @@
 #pragma once
 #include "code/CodeRules.h"
+#include "code/WordIndex.h"
 
 #include <QSyntaxHighlighter>
 
+#include <memory>
 #include <vector>
 
 namespace vlWinUi {
@@ -17,7 +19,7 @@ public:
         char16_t letter;
     };
 
-    using QSyntaxHighlighter::QSyntaxHighlighter;
+    explicit CodeHighlighter(QTextDocument* document);
 
     /// Null colours nothing.
     void setRules(const CodeRules* rules);
@@ -27,8 +29,15 @@ public:
     /// The theme is another one.
     void colorAnew();
     /// The bracket at that place of the document and the one that belongs to it; where that is
-    /// missing or of another kind, only the one. Empty without a bracket there.
+    /// missing or of another kind, only the one. Empty without a bracket there, and where that is
+    /// too far off to look for.
     std::vector<int> bracketsAt(int position) const;
+    /// Whether that bracket stands there, in the code itself.
+    bool hasBracket(int position, QChar letter) const;
+    /// Whether the letter there is part of a text or a comment.
+    bool isQuoted(int position) const;
+    /// The names in the code, not in texts and comments, that are long enough to be worth offering.
+    const WordIndex& words() const { return *words_; }
 
 protected:
     void highlightBlock(const QString& text) override;
@@ -39,6 +48,7 @@ private:
     int lastShown_ = 0;
     int generation_ = 1; ///< of the colours
     std::vector<Token> tokens_;
+    std::shared_ptr<WordIndex> words_; ///< shared with the lines, which may live longer
 };
 
 } // namespace vlWinUi

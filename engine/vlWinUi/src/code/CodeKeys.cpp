@@ -35,6 +35,7 @@ bool isCommand(const QKeyEvent& key) {
     case Qt::Key_Equal:
     case Qt::Key_Minus:
     case Qt::Key_0:
+    case Qt::Key_Space:
         return !key.modifiers().testFlag(Qt::AltModifier);
     default:
         return isUndo(key) || isRedo(key);
@@ -44,19 +45,31 @@ bool isCommand(const QKeyEvent& key) {
 } // namespace
 
 bool CodeView::event(QEvent* event) {
-    if (event->type() == QEvent::ShortcutOverride &&
-        isCommand(*static_cast<const QKeyEvent*>(event))) {
-        event->accept();
-        return true;
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto& key = *static_cast<const QKeyEvent*>(event);
+        if (isCommand(key) || completion_.wants(key)) {
+            event->accept();
+            return true;
+        }
     }
     return QPlainTextEdit::event(event);
 }
 
 void CodeView::keyPressEvent(QKeyEvent* event) {
-    if (handleCommand(*event) || (!isReadOnly() && handleEdit(*event)))
+    if (completion_.wants(*event)) {
+        completion_.handle(*event);
         event->accept();
-    else
-        QPlainTextEdit::keyPressEvent(event);
+        return;
+    }
+    if (handleCommand(*event) || (!isReadOnly() && handleEdit(*event))) {
+        event->accept();
+        return;
+    }
+    const QPointer<CodeView> self = this;
+    QPlainTextEdit::keyPressEvent(event);
+    const QString typed = event->text();
+    const bool letter = !typed.isEmpty() && (beginsWord(typed.back()) || typed.back().isDigit());
+    if (self != nullptr && !isReadOnly() && letter) completion_.typed();
 }
 
 bool CodeView::handleCommand(const QKeyEvent& key) {
@@ -93,6 +106,9 @@ bool CodeView::handleCommand(const QKeyEvent& key) {
     case Qt::Key_0:
         resetZoom();
         return true;
+    case Qt::Key_Space:
+        if (!isReadOnly()) completion_.open();
+        return true;
     default:
         undoOrRedo(isRedo(key));
         return true;
@@ -114,12 +130,44 @@ bool CodeView::handleEdit(const QKeyEvent& key) {
             insertPlainText(QString(CodeLines::INDENT, u' '));
     } else if ((key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) &&
                (held == Qt::NoModifier || held == Qt::ShiftModifier)) {
-        CodeLines::breakLine(textCursor());
+        breakLine();
+    } else if (key.text() == QStringLiteral("}")) {
+        closeBrace();
     } else {
         return false;
     }
     ensureCursorVisible();
     return true;
+}
+
+void CodeView::breakLine() {
+    const QTextCursor cursor = textCursor();
+    const QTextBlock block = document()->findBlock(cursor.selectionStart());
+    const int column = cursor.selectionStart() - block.position();
+    const QString before = block.text().left(column);
+    int last = column - 1;
+    while (last >= 0 && before[last].isSpace())
+        --last;
+    const bool opens = last >= 0 && highlighter_.hasBracket(block.position() + last, u'{');
+    const bool closes = !cursor.hasSelection() && highlighter_.hasBracket(cursor.position(), u'}');
+    CodeLines::breakLine(cursor, opens ? CodeLines::INDENT : 0);
+    if (!opens || !closes) return;
+    // The closing one goes to a line of its own, and the cursor stays between.
+    QTextCursor behind = textCursor();
+    const int between = behind.position();
+    behind.joinPreviousEditBlock();
+    CodeLines::breakLine(behind, 0);
+    CodeLines::outdent(textCursor());
+    behind.endEditBlock();
+    behind.setPosition(between);
+    setTextCursor(behind);
+}
+
+void CodeView::closeBrace() {
+    textCursor().insertText(QStringLiteral("}"));
+    const int brace = textCursor().position() - 1;
+    const auto pair = highlighter_.bracketsAt(brace);
+    if (pair.size() == 2) CodeLines::alignTo(document()->findBlock(pair[1]), textCursor());
 }
 
 void CodeView::undoOrRedo(bool redoing) {

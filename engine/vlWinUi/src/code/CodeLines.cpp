@@ -1,7 +1,5 @@
 #include "code/CodeLines.h"
 
-#include <QTextBlock>
-
 #include <algorithm>
 #include <functional>
 #include <limits>
@@ -47,11 +45,21 @@ void editLines(const QTextCursor& cursor, const std::function<void(const QTextBl
 
 } // namespace
 
-void CodeLines::breakLine(QTextCursor cursor) {
+void CodeLines::breakLine(QTextCursor cursor, int moreSpaces) {
     cursor.beginEditBlock();
     cursor.removeSelectedText();
     const QString before = cursor.block().text().left(cursor.positionInBlock());
-    cursor.insertText(u'\n' + before.left(blanksBefore(before)));
+    cursor.insertText(u'\n' + before.left(blanksBefore(before)) + QString(moreSpaces, u' '));
+    cursor.endEditBlock();
+}
+
+void CodeLines::alignTo(const QTextBlock& line, QTextCursor cursor) {
+    const QString text = cursor.block().text();
+    const int blanks = blanksBefore(text);
+    const QString wanted = line.text().left(blanksBefore(line.text()));
+    if (blanks != cursor.positionInBlock() - 1 || text.left(blanks) == wanted) return;
+    cursor.joinPreviousEditBlock();
+    replace(cursor.block(), 0, blanks, wanted);
     cursor.endEditBlock();
 }
 

@@ -1,4 +1,5 @@
 #pragma once
+#include <QTextBlock>
 #include <QTextCursor>
 
 namespace vlWinUi {
@@ -8,8 +9,11 @@ namespace CodeLines {
 
 constexpr int INDENT = 4; ///< spaces
 
-/// A line feed, with the blanks that the cursor's line begins with.
-void breakLine(QTextCursor cursor);
+/// A line feed, with the blanks that the cursor's line begins with and so many more spaces.
+void breakLine(QTextCursor cursor, int moreSpaces);
+/// The blanks that a line begins with, for the cursor's line, where the letter before the cursor is
+/// the first one; part of the step before.
+void alignTo(const QTextBlock& line, QTextCursor cursor);
 /// The lines that the selection touches, or the cursor's.
 void indent(const QTextCursor& cursor);
 void outdent(const QTextCursor& cursor);

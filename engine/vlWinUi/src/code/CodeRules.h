@@ -3,6 +3,7 @@
 #include <QStringView>
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace vlWinUi {
@@ -22,6 +23,10 @@ struct CodeRules {
     /// Cuts a line into tokens, in their order. The state is what the line before gave back, 0 at
     /// the text's begin; what is given back is not negative.
     int (*scan)(QStringView line, int state, std::vector<Token>& tokens);
+    /// That can be written anywhere, and those behind one of the marks.
+    std::span<const QStringView> words;
+    std::span<const QStringView> members;
+    QString memberMarks;
 };
 
 const CodeRules& luaRules();

@@ -50,7 +50,8 @@ QColor colorOf(Emphasis emphasis, const Shades& shades) {
 }
 
 CodeView::CodeView()
-    : highlighter_(document()), numbers_(*new LineNumbers(*this)), findBar_(*new FindBar(*this)) {
+    : highlighter_(document()), numbers_(*new LineNumbers(*this)), findBar_(*new FindBar(*this)),
+      completion_(*new Completion(*this)) {
     setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     ownFontSize_ = font().pointSizeF();
     setLineWrapMode(NoWrap);
@@ -69,8 +70,16 @@ CodeView::CodeView()
     connect(this, &QPlainTextEdit::cursorPositionChanged, this, [this] {
         updateSelections();
         numbers_.update();
+        completion_.follow();
     });
+    for (QScrollBar* bar : {verticalScrollBar(), horizontalScrollBar()})
+        connect(bar, &QScrollBar::valueChanged, this, [this] { completion_.follow(); });
     setFontSize(ownFontSize_);
+}
+
+void CodeView::setRules(const CodeRules* rules) {
+    completion_.close();
+    highlighter_.setRules(rules);
 }
 
 QString CodeView::text() const {
@@ -84,6 +93,7 @@ QString CodeView::text() const {
 void CodeView::setText(const QString& text) {
     const QString before = this->text();
     if (before == text) return;
+    completion_.close();
     if (before.isEmpty() || text.isEmpty()) {
         setPlainText(text);
         return;
@@ -108,6 +118,36 @@ void CodeView::setText(const QString& text) {
     }
     document()->clearUndoRedoStacks();
     verticalScrollBar()->setValue(whollyAbove ? top + blockCount() - linesBefore : top);
+}
+
+CodeViewState CodeView::state() const {
+    const auto placeOf = [this](int position) {
+        const QTextBlock block = document()->findBlock(position);
+        return CodeViewState::Place{static_cast<std::size_t>(block.blockNumber()) + 1,
+                                    static_cast<std::size_t>(position - block.position())};
+    };
+    return {.cursor = placeOf(textCursor().position()),
+            .anchor = placeOf(textCursor().anchor()),
+            .topLine = static_cast<std::size_t>(firstVisibleBlock().blockNumber()) + 1,
+            .scrolledRight = horizontalScrollBar()->value()};
+}
+
+void CodeView::setState(const CodeViewState& state) {
+    completion_.close();
+    const auto positionOf = [this](const CodeViewState::Place& place) {
+        const auto line =
+                std::clamp<std::size_t>(place.line, 1, static_cast<std::size_t>(blockCount()));
+        const QTextBlock block = document()->findBlockByNumber(static_cast<int>(line) - 1);
+        const auto longest = static_cast<std::size_t>(block.length()) - 1;
+        return block.position() + static_cast<int>(std::min(place.column, longest));
+    };
+    QTextCursor cursor(document());
+    cursor.setPosition(positionOf(state.anchor));
+    cursor.setPosition(positionOf(state.cursor), QTextCursor::KeepAnchor);
+    setTextCursor(cursor);
+    const auto top = std::min(state.topLine, static_cast<std::size_t>(blockCount()));
+    verticalScrollBar()->setValue(std::max(static_cast<int>(top) - 1, 0));
+    horizontalScrollBar()->setValue(state.scrolledRight);
 }
 
 void CodeView::setProblems(std::vector<Problem> problems) {
@@ -258,6 +298,12 @@ void CodeView::resizeEvent(QResizeEvent* event) {
     QPlainTextEdit::resizeEvent(event);
     placeParts();
     colorVisible();
+    completion_.follow();
+}
+
+void CodeView::focusOutEvent(QFocusEvent* event) {
+    completion_.close();
+    QPlainTextEdit::focusOutEvent(event);
 }
 
 void CodeView::changeEvent(QEvent* event) {

@@ -1,7 +1,8 @@
 #pragma once
 #include "code/CodeHighlighter.h"
+#include "code/Completion.h"
 
-#include <vlWinUi/ListEntry.h>
+#include <vlWinUi/CodeEdit.h>
 
 #include <QPlainTextEdit>
 #include <QPointer>
@@ -31,9 +32,16 @@ public:
 
     CodeView();
 
-    void setRules(const CodeRules* rules) { highlighter_.setRules(rules); }
+    void setRules(const CodeRules* rules);
+    const CodeRules* rules() const { return highlighter_.getRules(); }
+    const WordIndex& wordIndex() const { return highlighter_.words(); }
+    bool isQuoted(int position) const { return highlighter_.isQuoted(position); }
     void setText(const QString& text);
     QString text() const;
+    Completion& completion() { return completion_; }
+    CodeViewState state() const;
+    /// What lies outside of the text is brought to its nearest end.
+    void setState(const CodeViewState& state);
     void setProblems(std::vector<Problem> problems);
     /// The gravest one of a line, with the messages of all; null when it has none.
     const Problem* problemIn(int block) const;
@@ -58,11 +66,16 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     bool handleCommand(const QKeyEvent& key);
     bool handleEdit(const QKeyEvent& key);
+    /// A line feed, one step further in behind an opening brace.
+    void breakLine();
+    /// The bracket, as far in as the line of the one that it closes.
+    void closeBrace();
     void undoOrRedo(bool redo);
     void setFontSize(double points);
     void colorVisible();
@@ -72,6 +85,7 @@ private:
     CodeHighlighter highlighter_;
     LineNumbers& numbers_;
     FindBar& findBar_;
+    Completion& completion_;
     std::vector<Problem> problems_;
     std::map<int, Problem> problemsByLine_;
     double ownFontSize_ = 0; ///< points

@@ -67,6 +67,184 @@ constexpr QStringView SCALARS[] = {
         u"min10float", u"min12int", u"min16float", u"min16int", u"min16uint", u"uint",
         u"uint16_t",   u"uint32_t", u"uint64_t"};
 
+/// Functions.
+constexpr QStringView INTRINSICS[] = {u"abs",
+                                      u"acos",
+                                      u"all",
+                                      u"any",
+                                      u"asdouble",
+                                      u"asfloat",
+                                      u"asin",
+                                      u"asint",
+                                      u"asuint",
+                                      u"atan",
+                                      u"atan2",
+                                      u"ceil",
+                                      u"clamp",
+                                      u"clip",
+                                      u"cos",
+                                      u"cosh",
+                                      u"countbits",
+                                      u"cross",
+                                      u"ddx",
+                                      u"ddx_coarse",
+                                      u"ddx_fine",
+                                      u"ddy",
+                                      u"ddy_coarse",
+                                      u"ddy_fine",
+                                      u"degrees",
+                                      u"determinant",
+                                      u"distance",
+                                      u"dot",
+                                      u"exp",
+                                      u"exp2",
+                                      u"f16tof32",
+                                      u"f32tof16",
+                                      u"faceforward",
+                                      u"firstbithigh",
+                                      u"firstbitlow",
+                                      u"floor",
+                                      u"fma",
+                                      u"fmod",
+                                      u"frac",
+                                      u"frexp",
+                                      u"fwidth",
+                                      u"isfinite",
+                                      u"isinf",
+                                      u"isnan",
+                                      u"ldexp",
+                                      u"length",
+                                      u"lerp",
+                                      u"lit",
+                                      u"log",
+                                      u"log10",
+                                      u"log2",
+                                      u"mad",
+                                      u"max",
+                                      u"min",
+                                      u"modf",
+                                      u"mul",
+                                      u"normalize",
+                                      u"pow",
+                                      u"radians",
+                                      u"rcp",
+                                      u"reflect",
+                                      u"refract",
+                                      u"reversebits",
+                                      u"round",
+                                      u"rsqrt",
+                                      u"saturate",
+                                      u"sign",
+                                      u"sin",
+                                      u"sincos",
+                                      u"sinh",
+                                      u"smoothstep",
+                                      u"sqrt",
+                                      u"step",
+                                      u"tan",
+                                      u"tanh",
+                                      u"transpose",
+                                      u"trunc",
+                                      u"AllMemoryBarrier",
+                                      u"AllMemoryBarrierWithGroupSync",
+                                      u"DeviceMemoryBarrier",
+                                      u"DeviceMemoryBarrierWithGroupSync",
+                                      u"GroupMemoryBarrier",
+                                      u"GroupMemoryBarrierWithGroupSync",
+                                      u"InterlockedAdd",
+                                      u"InterlockedAnd",
+                                      u"InterlockedCompareExchange",
+                                      u"InterlockedCompareStore",
+                                      u"InterlockedExchange",
+                                      u"InterlockedMax",
+                                      u"InterlockedMin",
+                                      u"InterlockedOr",
+                                      u"InterlockedXor"};
+
+/// What is written in brackets before a function, and behind a number sign.
+constexpr QStringView ATTRIBUTES[] = {u"branch",
+                                      u"domain",
+                                      u"earlydepthstencil",
+                                      u"flatten",
+                                      u"loop",
+                                      u"maxvertexcount",
+                                      u"numthreads",
+                                      u"outputcontrolpoints",
+                                      u"outputtopology",
+                                      u"partitioning",
+                                      u"patchconstantfunc",
+                                      u"unroll",
+                                      u"define",
+                                      u"elif",
+                                      u"endif",
+                                      u"ifdef",
+                                      u"ifndef",
+                                      u"include",
+                                      u"undef"};
+
+/// The meanings of what goes in and out of a stage.
+constexpr QStringView SEMANTICS[] = {u"POSITION",
+                                     u"NORMAL",
+                                     u"TEXCOORD",
+                                     u"COLOR",
+                                     u"TANGENT",
+                                     u"BINORMAL",
+                                     u"WORLD_MATRIX",
+                                     u"PICKINGID",
+                                     u"SV_ClipDistance",
+                                     u"SV_Coverage",
+                                     u"SV_CullDistance",
+                                     u"SV_Depth",
+                                     u"SV_DispatchThreadID",
+                                     u"SV_DomainLocation",
+                                     u"SV_GroupID",
+                                     u"SV_GroupIndex",
+                                     u"SV_GroupThreadID",
+                                     u"SV_GSInstanceID",
+                                     u"SV_InsideTessFactor",
+                                     u"SV_InstanceID",
+                                     u"SV_IsFrontFace",
+                                     u"SV_OutputControlPointID",
+                                     u"SV_Position",
+                                     u"SV_PrimitiveID",
+                                     u"SV_RenderTargetArrayIndex",
+                                     u"SV_SampleIndex",
+                                     u"SV_Target",
+                                     u"SV_TessFactor",
+                                     u"SV_VertexID",
+                                     u"SV_ViewportArrayIndex"};
+
+/// Of textures, buffers and streams.
+constexpr QStringView METHODS[] = {u"Append",
+                                   u"CalculateLevelOfDetail",
+                                   u"Consume",
+                                   u"DecrementCounter",
+                                   u"Gather",
+                                   u"GatherAlpha",
+                                   u"GatherBlue",
+                                   u"GatherCmp",
+                                   u"GatherGreen",
+                                   u"GatherRed",
+                                   u"GetDimensions",
+                                   u"GetSamplePosition",
+                                   u"IncrementCounter",
+                                   u"InterlockedAdd",
+                                   u"Load",
+                                   u"Load2",
+                                   u"Load3",
+                                   u"Load4",
+                                   u"RestartStrip",
+                                   u"Sample",
+                                   u"SampleBias",
+                                   u"SampleCmp",
+                                   u"SampleCmpLevelZero",
+                                   u"SampleGrad",
+                                   u"SampleLevel",
+                                   u"Store",
+                                   u"Store2",
+                                   u"Store3",
+                                   u"Store4"};
+
 /// "float", "float3", "float4x4".
 bool isScalarOrVector(QStringView word) {
     const auto isSize = [](QStringView size) {
@@ -78,6 +256,18 @@ bool isScalarOrVector(QStringView word) {
     return std::ranges::any_of(SCALARS, [&](QStringView scalar) {
         return word.startsWith(scalar) && isSize(word.mid(scalar.size()));
     });
+}
+
+/// The vectors and matrices that shaders mostly use.
+std::vector<QString> sizedTypes() {
+    std::vector<QString> types;
+    for (const QStringView scalar : {u"bool", u"float", u"half", u"int", u"uint"})
+        for (int size = 2; size <= 4; ++size)
+            types.push_back(scalar.toString() + QString::number(size));
+    for (const QStringView matrix :
+         {u"float2x2", u"float3x3", u"float3x4", u"float4x3", u"float4x4"})
+        types.push_back(matrix.toString());
+    return types;
 }
 
 class Scanner {
@@ -164,10 +354,26 @@ private:
 } // namespace
 
 const CodeRules& hlslRules() {
-    static const CodeRules rules{QStringLiteral("//"),
-                                 [](QStringView line, int state, std::vector<Token>& tokens) {
-                                     return Scanner(line, tokens).run(state);
-                                 }};
+    static const std::vector<QString> sized = sizedTypes();
+    static const std::vector<QStringView> words = [] {
+        std::vector<QStringView> all(sized.begin(), sized.end());
+        for (const std::span<const QStringView> list : {std::span<const QStringView>(KEYWORDS),
+                                                        std::span<const QStringView>(TYPES),
+                                                        std::span<const QStringView>(SCALARS),
+                                                        std::span<const QStringView>(INTRINSICS),
+                                                        std::span<const QStringView>(ATTRIBUTES),
+                                                        std::span<const QStringView>(SEMANTICS)})
+            all.insert(all.end(), list.begin(), list.end());
+        return all;
+    }();
+    static const CodeRules rules{.lineComment = QStringLiteral("//"),
+                                 .scan =
+                                         [](QStringView line, int state, std::vector<Token>& to) {
+                                             return Scanner(line, to).run(state);
+                                         },
+                                 .words = words,
+                                 .members = METHODS,
+                                 .memberMarks = QStringLiteral(".")};
     return rules;
 }
 

@@ -27,6 +27,19 @@ constexpr QStringView LIBRARY[] = {
         u"select",   u"self",      u"setmetatable", u"string", u"table",        u"tonumber",
         u"tostring", u"type",      u"utf8",         u"xpcall"};
 
+/// Of the libraries.
+constexpr QStringView MEMBERS[] = {
+        u"abs",    u"acos",        u"asin",    u"atan",       u"byte",   u"ceil",
+        u"char",   u"clock",       u"close",   u"codepoint",  u"concat", u"cos",
+        u"create", u"date",        u"deg",     u"difftime",   u"exp",    u"find",
+        u"floor",  u"fmod",        u"format",  u"gmatch",     u"gsub",   u"huge",
+        u"insert", u"isyieldable", u"len",     u"log",        u"lower",  u"match",
+        u"max",    u"maxinteger",  u"min",     u"mininteger", u"modf",   u"move",
+        u"offset", u"pack",        u"pi",      u"rad",        u"random", u"randomseed",
+        u"rep",    u"resume",      u"reverse", u"running",    u"sin",    u"sort",
+        u"sqrt",   u"status",      u"sub",     u"tan",        u"time",   u"tointeger",
+        u"type",   u"ult",         u"unpack",  u"upper",      u"wrap",   u"yield"};
+
 /// The level of a long bracket "[==[" that begins there, or -1.
 int levelOf(QStringView line, qsizetype at) {
     qsizetype end = at + 1;
@@ -112,10 +125,19 @@ private:
 } // namespace
 
 const CodeRules& luaRules() {
-    static const CodeRules rules{QStringLiteral("--"),
-                                 [](QStringView line, int state, std::vector<Token>& tokens) {
-                                     return Scanner(line, tokens).run(state);
-                                 }};
+    static const std::vector<QStringView> words = [] {
+        std::vector<QStringView> all(std::begin(KEYWORDS), std::end(KEYWORDS));
+        all.insert(all.end(), std::begin(LIBRARY), std::end(LIBRARY));
+        return all;
+    }();
+    static const CodeRules rules{.lineComment = QStringLiteral("--"),
+                                 .scan =
+                                         [](QStringView line, int state, std::vector<Token>& to) {
+                                             return Scanner(line, to).run(state);
+                                         },
+                                 .words = words,
+                                 .members = MEMBERS,
+                                 .memberMarks = QStringLiteral(".:")};
     return rules;
 }
 
