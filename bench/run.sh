@@ -33,18 +33,21 @@ entities=("$bin/entities")
 messages=("$bin/messages")
 layout=("$bin/layout_window")
 log_burst=("$bin/log_burst")
+programs=("$bin/programs")
 resources=("$bin/resources")
 if few; then
     entities+=(--rounds 3 --frames 8)
     messages+=(--benchmark_repetitions=3 --benchmark_min_time=0.05)
     layout+=(3)
     log_burst+=(3)
+    programs+=(2 200)
     resources+=(2)
 fi
 one messages "${messages[@]}"
 one log "${log_burst[@]}"
 one resources "${resources[@]}"
 one entities "${entities[@]}"
+one programs "${programs[@]}"
 one layout "${layout[@]}"
 one start "$bench/startup.sh" "$bin"
 one import "$bench/import.sh" "$bin"

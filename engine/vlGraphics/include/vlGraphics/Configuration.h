@@ -12,8 +12,10 @@ struct Configuration {
     bool validation = validationFromEnvironment();
     /// Threads that compile programs; 0 takes the processor's count.
     std::uint32_t compileThreads = 0;
-    /// Where pipelines are kept between runs; empty takes the user's cache folder.
+    /// Where pipelines and programs are kept between runs; empty takes the user's cache folder.
     vlMemory::String cacheFolder;
+    /// Compiled programs are kept between runs.
+    bool keepPrograms = true;
     /// Needs the extensions for presenting to X11 windows, where the driver has them.
     bool presenting = true;
 

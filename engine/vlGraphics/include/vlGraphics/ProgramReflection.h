@@ -87,6 +87,7 @@ struct ProgramReflection {
     /// Why nothing can be drawn or computed with the program although it compiles, as one line;
     /// empty where nothing stands in the way.
     vlMemory::String obstacle;
+    SHADER_TYPE obstacleStage = SHADER_TYPE::VERTEX; ///< whose it is
     friend bool operator==(const ProgramReflection&, const ProgramReflection&) = default;
 };
 

@@ -26,6 +26,7 @@ namespace vlGraphics {
  *  and, where it has some,
  *  - `check(name, values)`, an error that leaves nothing out and that loading would show: only for
  *    validation;
+ *  - `findFaults(name, values)`, several of that sort, each a line that says by itself whose it is;
  *  - `splitOff(declaration, absolutePath, files)`, which moves what belongs beside the file into
  *    files of their own; it may fail. */
 template <class T> struct Declared;
@@ -155,6 +156,10 @@ void KindLoader<T>::validate(const vlExport::Node& node, const Item& item, LoadS
     if constexpr (requires { Declared<T>::check(item.name, item.values); }) {
         if (auto checked = Declared<T>::check(item.name, item.values); !checked)
             session.errors.push_back(at(node, labelOf(node, 0), checked.error().message, session));
+    }
+    if constexpr (requires { Declared<T>::findFaults(item.name, item.values); }) {
+        for (const vlMemory::String& line : Declared<T>::findFaults(item.name, item.values))
+            session.errors.push_back(fmt::format("{}: {}", session.fileName, line));
     }
 }
 

@@ -1,4 +1,6 @@
 #include "content/KindLoader.h"
+#include "programs/HlslCompiler.h"
+#include "programs/StageNames.h"
 #include "resources/EnumTexts.h"
 
 #include <vlResources/ResourceManager.h>
@@ -124,7 +126,28 @@ template <> struct Declared<Program> {
         if (common && together) values.folder = DeclarationFolders::sourcePathOf(*common);
         return {};
     }
-    static void apply(Program& program, const Values& values) {
+    static std::vector<vlMemory::String> findFaults(vlMemory::StringView name,
+                                                    const Values& values) {
+        // Nothing here compiles these, and that is no fault of theirs.
+        if (values.type == PROGRAM_TYPE::RAYTRACING || values.type == PROGRAM_TYPE::NONE) return {};
+        const CompileReport report = compileHlsl(makeRequest(
+                values.type, sourcesOf(values), values.crossCompilerDefines, values.folder));
+        std::vector<vlMemory::String> lines;
+        if (report.outcome) return lines;
+        for (const ProgramDiagnostic& fault : report.outcome.error().getDiagnostics()) {
+            const vlMemory::String file =
+                    fault.file.empty() ? "" : fmt::format("'{}' ", fault.file);
+            lines.push_back(fmt::format("{} '{}', {} stage, {}line {}: {}",
+                                        Program::kindName,
+                                        name,
+                                        stageName(fault.stage),
+                                        file,
+                                        fault.line,
+                                        fault.text));
+        }
+        return lines;
+    }
+    static ProgramSourcesHolder sourcesOf(const Values& values) {
         ProgramSourcesHolder sources;
         for (const StageValues& stage : values.stages) {
             sources.setMemory(stage.stage, stage.source);
@@ -132,9 +155,12 @@ template <> struct Declared<Program> {
                 sources.addDefineMacro(stage.stage, macro.name, macro.value);
             }
         }
+        return sources;
+    }
+    static void apply(Program& program, const Values& values) {
         program.setType(values.type);
         program.setActivateCrossCompilerDefines(values.crossCompilerDefines);
-        program.setFromMemory(std::move(sources));
+        program.setFromMemory(sourcesOf(values));
         if (!values.folder.empty()) program.setFromFiles(values.folder);
     }
 };

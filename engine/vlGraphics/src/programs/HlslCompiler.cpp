@@ -1,6 +1,8 @@
 #include "programs/HlslCompiler.h"
 
 #include "programs/DeepStack.h"
+#include "programs/HlslIncluder.h"
+#include "programs/HlslMessages.h"
 #include "programs/HlslText.h"
 #include "programs/InterfaceMapper.h"
 #include "programs/Reflection.h"
@@ -16,10 +18,10 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <exception>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace vlGraphics {
 
@@ -62,10 +64,6 @@ EShLanguage languageOf(SHADER_TYPE stage) {
     return languages[static_cast<std::size_t>(stage)];
 }
 
-tl::unexpected<ProgramCompilationResult> failAt(SHADER_TYPE stage, StringView message) {
-    return tl::unexpected(ProgramCompilationResult(stage, vlMemory::printable(message)));
-}
-
 bool isNeeded(PROGRAM_TYPE type, SHADER_TYPE stage, const ProgramSourcesHolder& sources) {
     const auto has = [&](SHADER_TYPE other) {
         return !HlslText::isBlank(sources.getMemory(other));
@@ -82,85 +80,47 @@ bool isNeeded(PROGRAM_TYPE type, SHADER_TYPE stage, const ProgramSourcesHolder& 
     }
 }
 
-std::optional<std::string> findExcess(const CompileRequest& request, SHADER_TYPE stage) {
-    SourceBounds bounds;
+std::optional<ProgramDiagnostic>
+findExcess(const CompileRequest& request, SHADER_TYPE stage, IncludeFiles& files) {
     const std::string preamble = HlslText::preamble(request.sources.getDefineMacros(stage),
                                                     request.crossCompilerDefines);
+    SourceBounds bounds;
     if (const auto fault = bounds.findFault(preamble))
-        return fmt::format("1: in the macros{}", fault->substr(fault->find(':')));
-    return bounds.findFault(request.sources.getMemory(stage));
+        return ProgramDiagnostic{stage, {}, 1, "in the macros: " + fault->text};
+    IncludeWalk walk(files);
+    const auto fault = bounds.findFault(request.sources.getMemory(stage),
+                                        request.mayInclude() ? &walk : nullptr);
+    if (!fault) return std::nullopt;
+    return ProgramDiagnostic{stage,
+                             fault->file == nullptr ? vlMemory::String()
+                                                    : files.nameOf(*fault->file),
+                             static_cast<std::uint32_t>(fault->line),
+                             fault->text};
 }
 
 /// What can be said without compiling.
-std::optional<ProgramCompilationResult> findFault(const CompileRequest& request) {
-    if (request.type == PROGRAM_TYPE::NONE)
-        return ProgramCompilationResult(SHADER_TYPE::VERTEX, "1: the program has no type");
-    if (request.type == PROGRAM_TYPE::RAYTRACING) {
-        return ProgramCompilationResult(SHADER_TYPE::RAYTRACING,
-                                        "1: ray tracing programs cannot be compiled here");
-    }
-    for (const SHADER_TYPE stage : stagesOf(request.type)) {
-        const vlMemory::String& source = request.sources.getMemory(stage);
-        if (HlslText::isBlank(source)) {
-            if (!isNeeded(request.type, stage, request.sources)) continue;
-            return ProgramCompilationResult(stage, "1: the source is empty");
-        }
-        auto fault = HlslText::findFault(request.sources.getDefineMacros(stage));
-        if (!fault) fault = HlslText::findFault(source);
-        if (!fault) fault = findExcess(request, stage);
-        if (fault) return ProgramCompilationResult(stage, *fault);
-    }
-    return std::nullopt;
-}
-
-/// "12: text" from a line "ERROR: 0:12: text"; nothing from one that says no place.
-std::optional<std::string> placedError(StringView line) {
-    constexpr StringView prefix = "ERROR: ";
-    if (!line.starts_with(prefix)) return std::nullopt;
-    line.remove_prefix(prefix.size());
-    const std::size_t afterText = line.find(':');
-    if (afterText == StringView::npos) return std::nullopt;
-    const StringView place = line.substr(afterText + 1);
-    int number = 0;
-    const auto read = std::from_chars(place.data(), place.data() + place.size(), number);
-    if (read.ec != std::errc() || read.ptr == place.data() + place.size() || *read.ptr != ':')
-        return std::nullopt;
-    // The preamble's lines come under a text number below 0.
-    const bool inPreamble = line.starts_with('-');
-    StringView text(read.ptr + 1, place.data() + place.size());
-    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-    text = text.substr(0, text.find_last_not_of(" \r") + 1);
-    if (inPreamble) return fmt::format("1: in the macros: {}", text);
-    return fmt::format("{}: {}", std::max(number, 1), text);
-}
-
-std::string firstError(StringView log) {
-    std::string unplaced;
-    while (!log.empty()) {
-        const std::size_t end = std::min(log.find('\n'), log.size());
-        const StringView line = log.substr(0, end);
-        if (auto placed = placedError(line)) return *placed;
-        if (unplaced.empty() && line.starts_with("ERROR: "))
-            unplaced = fmt::format("1: {}", line.substr(7));
-        log.remove_prefix(std::min(end + 1, log.size()));
-    }
-    return unplaced.empty() ? "1: it cannot be compiled" : unplaced;
+std::optional<ProgramDiagnostic>
+findFault(const CompileRequest& request, SHADER_TYPE stage, IncludeFiles& files) {
+    auto fault = HlslText::findFault(request.sources.getDefineMacros(stage));
+    if (!fault) fault = HlslText::findFault(request.sources.getMemory(stage));
+    if (fault) return HlslMessages::error(stage, *fault);
+    return findExcess(request, stage, files);
 }
 
 /** One stage on its way through the compiler. */
 class StageCompilation {
 public:
-    StageCompilation(SHADER_TYPE stage, const CompileRequest& request)
+    StageCompilation(SHADER_TYPE stage, const CompileRequest& request, IncludeFiles& files)
         : stage_(stage), source_(request.sources.getMemory(stage)),
           preamble_(HlslText::preamble(request.sources.getDefineMacros(stage),
                                        request.crossCompilerDefines)),
-          shader_(languageOf(stage)) {}
+          includer_(files), shader_(languageOf(stage)) {}
 
     SHADER_TYPE stage() const { return stage_; }
     glslang::TProgram& program() { return *program_; }
 
-    /// Empty when it went well.
-    std::string parseAndLink() {
+    /// Nothing when it went well.
+    std::optional<ProgramDiagnostic> parseAndLink() {
         const char* text = source_.data();
         const int length = static_cast<int>(source_.size());
         shader_.setStringsWithLengths(&text, &length, 1);
@@ -174,14 +134,15 @@ public:
         shader_.setHlslIoMapping(true);
         shader_.setAutoMapBindings(true);
         shader_.setAutoMapLocations(true);
-        if (!shader_.parse(GetDefaultResources(), 100, false, messages))
-            return firstError(shader_.getInfoLog());
+        if (!shader_.parse(GetDefaultResources(), 100, false, messages, includer_))
+            return parseError();
         if (shader_.getIntermediate()->getNumEntryPoints() == 0)
-            return "1: there is no function 'main'";
+            return HlslMessages::error(stage_, "1: there is no function 'main'");
         program_ = std::make_unique<glslang::TProgram>();
         program_->addShader(&shader_);
-        if (!program_->link(messages)) return firstError(program_->getInfoLog());
-        return {};
+        if (!program_->link(messages))
+            return HlslMessages::firstError(stage_, program_->getInfoLog());
+        return std::nullopt;
     }
 
     /// Empty when it went well.
@@ -201,37 +162,103 @@ public:
     }
 
 private:
+    ProgramDiagnostic parseError() {
+        ProgramDiagnostic error = HlslMessages::firstError(stage_, shader_.getInfoLog());
+        if (!includer_.failure().empty() && error.text.starts_with("'#include'"))
+            error.text = "#include " + includer_.failure();
+        return error;
+    }
+
     SHADER_TYPE stage_;
     const vlMemory::String& source_;
     std::string preamble_;
+    HlslIncluder includer_; ///< the shader keeps what it includes
     glslang::TShader shader_;
     std::unique_ptr<glslang::TProgram> program_; ///< goes before the shader that it links
 };
 
-CompileOutcome compileChecked(const CompileRequest& request) {
-    std::vector<std::unique_ptr<StageCompilation>> stages;
-    std::vector<LinkedStage> linked;
+using Faults = std::vector<ProgramDiagnostic>;
+using Stages = std::vector<std::unique_ptr<StageCompilation>>;
+
+/// Every stage for itself, so that one fault does not hide another stage's.
+Stages compileStages(const CompileRequest& request, IncludeFiles& files, Faults& faults) {
+    Stages stages;
     for (const SHADER_TYPE stage : stagesOf(request.type)) {
-        if (HlslText::isBlank(request.sources.getMemory(stage))) continue;
-        auto& compilation = stages.emplace_back(std::make_unique<StageCompilation>(stage, request));
-        if (const std::string error = compilation->parseAndLink(); !error.empty())
-            return failAt(stage, error);
-        linked.push_back({stage, &compilation->program()});
+        if (HlslText::isBlank(request.sources.getMemory(stage))) {
+            if (isNeeded(request.type, stage, request.sources))
+                faults.push_back(HlslMessages::error(stage, "1: the source is empty"));
+            continue;
+        }
+        auto fault = findFault(request, stage, files);
+        if (!fault) {
+            auto& compilation =
+                    stages.emplace_back(std::make_unique<StageCompilation>(stage, request, files));
+            fault = compilation->parseAndLink();
+        }
+        if (fault) faults.push_back(*std::move(fault));
     }
-    std::vector<PlacedSemantic> vertexInputs;
-    if (const MapFailure failure = mapInterfaces(linked, vertexInputs); failure.failed())
-        return failAt(failure.stage, failure.message);
+    return stages;
+}
+
+/// The faults are those of a program that cannot be used.
+CompiledProgram compileProgram(const CompileRequest& request, IncludeFiles& files, Faults& faults) {
     CompiledProgram compiled;
+    const Stages stages = compileStages(request, files, faults);
+    if (!faults.empty()) return compiled;
+    std::vector<LinkedStage> linked;
+    for (const auto& compilation : stages)
+        linked.push_back({compilation->stage(), &compilation->program()});
+    MappedInterfaces interfaces;
+    if (auto fault = mapInterfaces(linked, interfaces)) {
+        faults.push_back(*std::move(fault));
+        return compiled;
+    }
     for (const auto& compilation : stages) {
         const SHADER_TYPE stage = compilation->stage();
         auto& spirv = compiled.spirv[static_cast<std::size_t>(stage)];
         if (const std::string error = compilation->translate(spirv); !error.empty())
-            return failAt(stage, error);
+            faults.push_back(HlslMessages::error(stage, error));
     }
-    auto reflection = reflect(compiled, vertexInputs);
-    if (!reflection) return tl::unexpected(reflection.error());
-    compiled.reflection = std::move(*reflection);
+    if (!faults.empty()) return compiled;
+    auto reflection = reflect(compiled, interfaces);
+    if (reflection)
+        compiled.reflection = *std::move(reflection);
+    else
+        faults.push_back(std::move(reflection.error()));
     return compiled;
+}
+
+CompileOutcome compileChecked(const CompileRequest& request, IncludeFiles& files) {
+    Faults faults;
+    CompiledProgram compiled = compileProgram(request, files, faults);
+    if (faults.empty()) return compiled;
+    for (ProgramDiagnostic& fault : faults)
+        HlslMessages::finish(fault, files);
+    return tl::unexpected(ProgramCompilationResult(std::move(faults)));
+}
+
+CompileOutcome failAt(SHADER_TYPE stage, StringView message) {
+    return tl::unexpected(ProgramCompilationResult(stage, vlMemory::printable(message)));
+}
+
+CompileOutcome compileIn(const CompileRequest& request, IncludeFiles& files) {
+    static const CompilerProcess process;
+    if (request.type == PROGRAM_TYPE::NONE)
+        return failAt(SHADER_TYPE::VERTEX, "1: the program has no type");
+    if (request.type == PROGRAM_TYPE::RAYTRACING)
+        return failAt(SHADER_TYPE::RAYTRACING, "1: ray tracing programs cannot be compiled here");
+    CompileOutcome outcome;
+    const auto compile = [&] {
+        try {
+            outcome = compileChecked(request, files);
+        } catch (const std::exception& error) {
+            outcome = failAt(stagesOf(request.type).front(),
+                             fmt::format("1: it cannot be compiled: {}", error.what()));
+        }
+    };
+    if (!runOnDeepStack(compile))
+        return failAt(stagesOf(request.type).front(), "1: no memory for the compiler's stack");
+    return outcome;
 }
 
 } // namespace
@@ -252,26 +279,21 @@ std::span<const SHADER_TYPE> stagesOf(PROGRAM_TYPE type) {
     return {};
 }
 
-CompileOutcome compileHlsl(const CompileRequest& request) {
-    static const CompilerProcess process;
-    if (const auto fault = findFault(request)) return tl::unexpected(*fault);
-    CompileOutcome outcome;
-    const auto compile = [&] {
-        try {
-            outcome = compileChecked(request);
-        } catch (const std::exception& error) {
-            outcome = failAt(stagesOf(request.type).front(),
-                             fmt::format("1: it cannot be compiled: {}", error.what()));
-        }
-    };
-    if (!runOnDeepStack(compile))
-        return failAt(stagesOf(request.type).front(), "1: no memory for the compiler's stack");
-    return outcome;
+CompileReport compileHlsl(const CompileRequest& request) {
+    IncludeFiles files(request.workingPath, request.folder, request.filePrefix);
+    CompileReport report = compileIn(request, files);
+    report.probes = files.probes();
+    report.includedFiles = files.names();
+    return report;
 }
 
 CompileOutcome
 compileHlsl(PROGRAM_TYPE type, const ProgramSourcesHolder& sources, bool crossCompilerDefines) {
-    return compileHlsl(CompileRequest{type, sources, crossCompilerDefines});
+    CompileRequest request;
+    request.type = type;
+    request.sources = sources;
+    request.crossCompilerDefines = crossCompilerDefines;
+    return compileHlsl(request).outcome;
 }
 
 } // namespace vlGraphics

@@ -168,13 +168,78 @@ TEST(HlslCompiler, RefusesWhatCannotBeBound) {
     EXPECT_EQ(pixelError("cbuffer Far : register(b0, space8) { float4 a; };\n"
                          "float4 main() : SV_TARGET { return a; }"),
               "2: 'Far': space8 is past space7");
-    EXPECT_EQ(pixelError("Texture2D many[3] : register(t0); SamplerState s : register(s0);\n"
+    EXPECT_EQ(pixelError("SamplerState s : register(s0);\nTexture2D many[4] : register(t30);\n"
                          "float4 main() : SV_TARGET { return many[1].Sample(s, float2(0, 0)); }"),
-              "2: 'many': arrays of resources cannot be bound");
-    EXPECT_EQ(pixelError("Texture2D one : register(t0); Texture2D two : register(t0);\n"
-                         "SamplerState s : register(s0); float4 main() : SV_TARGET { return "
-                         "one.Sample(s, float2(0, 0)) + two.Sample(s, float2(0, 0)); }"),
-              "1: 'one' and 'two' are both at register t0, space0");
+              "3: 'many': register t33 is past t31");
+    const auto shared = [](StringView one, StringView two) {
+        return pixelError(fmt::format("SamplerState s : register(s0);\n{} : register(t0);\n"
+                                      "{};\nfloat4 main() : SV_TARGET {{ return "
+                                      "one.Load(0)[0] + two.Load(0)[0]; }}",
+                                      one,
+                                      two));
+    };
+    EXPECT_EQ(shared("Texture2D<float4> one", "Texture2D<float4> two : register(t0)"), "compiled");
+    EXPECT_EQ(shared("Texture2D<float4> one", "Texture3D<float4> two : register(t0)"),
+              "4: 'one' and 'two' are both at register t0, space0");
+    EXPECT_EQ(shared("Texture2D<float4> one", "Texture2D<uint4> two : register(t0)"),
+              "4: 'one' and 'two' are both at register t0, space0");
+    EXPECT_EQ(shared("Buffer<float4> one", "StructuredBuffer<float4> two : register(t0)"),
+              "4: 'two' and 'one' are both at register t0, space0");
+    EXPECT_EQ(pixelError("cbuffer A : register(b0) { float4 a; };\n"
+                         "cbuffer B : register(b0) { float4x4 b; };\n"
+                         "float4 main() : SV_TARGET { return a + b[1]; }"),
+              "3: 'PassBuffer' and 'B' are both at register b0, space0");
+    EXPECT_EQ(pixelError("SamplerState s : register(s0); Texture2D many[3] : register(t1);\n"
+                         "Texture2D one : register(t3);\n"
+                         "float4 main(float4 p : SV_POSITION) : SV_TARGET { return "
+                         "many[int(p.x)].Sample(s, p.xy) + one.Sample(s, p.xy); }"),
+              "3: 'many' and 'one' are both at register t3, space0");
+}
+
+std::string errors(StringView vertex, StringView pixel) {
+    const CompileOutcome outcome = compile(vertex, pixel);
+    if (outcome) return "compiled";
+    std::string all;
+    for (const ProgramDiagnostic& one : outcome.error().getDiagnostics())
+        all += fmt::format("{}:{}: {}\n", static_cast<int>(one.stage), one.line, one.text);
+    return all;
+}
+
+TEST(HlslCompiler, TellsTheFaultsOfEveryStage) {
+    EXPECT_EQ(errors("float4 main() : SV_POSITION {\nreturn a; }",
+                     "float4 main() : SV_TARGET { return b; }"),
+              "0:2: 'a' : unknown variable\n4:1: 'b' : unknown variable\n");
+    EXPECT_EQ(errors("", "\n\nfloat4 other() { return 1; }"),
+              "0:1: the source is empty\n4:1: there is no function 'main'\n");
+    EXPECT_EQ(errors(plainVertex,
+                     "float f(float a) { return f(a); }\n"
+                     "float4 main(float4 p : SV_POSITION) : SV_TARGET { return f(p.x); }")
+                      .substr(0, 24),
+              "4:1: Recursion detected:");
+    EXPECT_EQ(
+            errors(plainVertex, "#line 70 \"other.hlsl\"\nfloat4 main() : SV_TARGET { return b; }"),
+            "4:70: 'b' : unknown variable\n");
+}
+
+TEST(HlslCompiler, WhatAStageReadsTheOneBeforeMustWrite) {
+    constexpr StringView writer = "struct V { float4 p : SV_POSITION; float2 uv : TEXCOORD; uint4 "
+                                  "id : ID; float more : MORE; };\n"
+                                  "V main(float4 p : POSITION) { V v; v.p = p; v.uv = p.xy; v.id = "
+                                  "1; v.more = 1; return v; }";
+    const auto reading = [&](StringView inputs, StringView sum) {
+        return errors(writer,
+                      fmt::format("float4 main(\n{}) : SV_TARGET {{ return {}; }}", inputs, sum));
+    };
+    EXPECT_EQ(reading("nointerpolation uint2 a : ID,\nfloat2 b : TEXCOORD0", "float4(a, b)"),
+              "compiled");
+    EXPECT_EQ(reading("float2 a : TEXCOORD,\nfloat4 b : COLOR1", "b"),
+              "4:1: 'COLOR1' is read, but the vertex stage does not write it\n");
+    EXPECT_EQ(reading("float2 a : TEXCOORD,\nfloat4 b : COLOR1", "a.xyxy"), "compiled")
+            << "an input that is not read may come from nowhere";
+    EXPECT_EQ(reading("float4 a : TEXCOORD", "a"),
+              "4:1: 'TEXCOORD' is read as float4, but the vertex stage writes float2\n");
+    EXPECT_EQ(reading("float4 a : ID", "a"),
+              "4:1: 'ID' is read as float4, but the vertex stage writes uint4\n");
 }
 
 TEST(HlslCompiler, VaryingsMeetBySemanticWhateverTheOrder) {

@@ -71,6 +71,12 @@ bool isBlank(StringView text) {
     return std::all_of(text.begin(), text.end(), isBlankCharacter);
 }
 
+bool mayInclude(StringView text) {
+    // A backslash may join the word's halves.
+    return text.find('#') != StringView::npos &&
+           (text.find("include") != StringView::npos || text.find('\\') != StringView::npos);
+}
+
 std::string preamble(const std::vector<DefineMacro>& macros, bool crossCompilerDefines) {
     std::string text = "#pragma pack_matrix(row_major)\n";
     if (crossCompilerDefines) text += assets::asset("cross_compiler.hlsl");

@@ -11,6 +11,8 @@ std::optional<std::string> findFault(vlMemory::StringView text);
 /// What is wrong with the macros: names are identifiers, values a line without control characters.
 std::optional<std::string> findFault(const std::vector<DefineMacro>& macros);
 bool isBlank(vlMemory::StringView text);
+/// Whether a text may have an #include; rather yes than no.
+bool mayInclude(vlMemory::StringView text);
 
 /** The text that goes before a stage's source: how matrices lie in memory, the portable spelling
  *  where wanted, and the macros as #define lines. */

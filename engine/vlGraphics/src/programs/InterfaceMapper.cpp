@@ -106,8 +106,12 @@ public:
         vertexInputs_.placeAll(true);
         varyings_.placeAll(false);
     }
-    const LocationTable& vertexInputs() const { return vertexInputs_; }
-    const MapFailure& failure() const { return failure_; }
+    const std::optional<ProgramDiagnostic>& failure() const { return failure_; }
+    MappedInterfaces take() {
+        mapped_.vertexInputs = vertexInputs_.entries();
+        mapped_.varyings = varyings_.entries();
+        return std::move(mapped_);
+    }
 
     bool validateBinding(EShLanguage, TVarEntryInfo&) override { return true; }
     bool validateInOut(EShLanguage, TVarEntryInfo&) override { return true; }
@@ -151,9 +155,14 @@ public:
 private:
     using Address = std::pair<std::uint32_t, std::uint32_t>; ///< space, binding
 
+    static std::uint32_t lineOf(const TVarEntryInfo& entry) {
+        return static_cast<std::uint32_t>(std::max(entry.symbol->getLoc().line, 1));
+    }
+    static std::string fileOf(const TVarEntryInfo& entry) {
+        return entry.symbol->getLoc().getFilenameStr();
+    }
     void fail(const TVarEntryInfo& entry, const std::string& text) {
-        if (failure_.failed()) return;
-        failure_ = {stage_, fmt::format("{}: {}", std::max(entry.symbol->getLoc().line, 1), text)};
+        if (!failure_) failure_ = {stage_, fileOf(entry), lineOf(entry), text};
     }
 
     static vlMemory::StringView nameOf(const TVarEntryInfo& entry) {
@@ -176,12 +185,19 @@ private:
         return type.getSampler().isImage() ? RESOURCE_CLASS::UAV : RESOURCE_CLASS::TEXTURE;
     }
 
+    /// Registers that a resource takes: one an element. 0 where nobody knows.
+    static std::uint32_t registersOf(const TType& type) {
+        if (!type.isArray()) return 1;
+        if (type.isUnsizedArray()) return 0;
+        return static_cast<std::uint32_t>(std::max(type.getCumulativeArraySize(), 0));
+    }
+    static bool hasNoBinding(const TType& type) { return type.getQualifier().isPushConstant(); }
+
     void noteResource(const TVarEntryInfo& entry) {
         using namespace BindingModel;
         const TType& type = entry.symbol->getType();
+        if (hasNoBinding(type)) return;
         const RESOURCE_CLASS resourceClass = classOf(type);
-        if (type.isArray() && entry.live)
-            fail(entry, fmt::format("'{}': arrays of resources cannot be bound", nameOf(entry)));
         if (spaceOf(entry) >= spaceCount) {
             fail(entry,
                  fmt::format("'{}': space{} is past space{}",
@@ -191,39 +207,72 @@ private:
         }
         if (!type.getQualifier().hasBinding()) return;
         const std::uint32_t slot = type.getQualifier().layoutBinding;
-        if (slot >= registersPerClass) {
+        // Of an array without a count only the first is known to be taken.
+        const std::uint64_t last = std::uint64_t{slot} + std::max(registersOf(type), 1U) - 1;
+        if (last >= registersPerClass) {
             const char letter = letterOf(resourceClass);
             fail(entry,
                  fmt::format("'{}': register {}{} is past {}{}",
                              nameOf(entry),
                              letter,
-                             slot,
+                             last,
                              letter,
                              registersPerClass - 1));
             return;
         }
-        taken_.emplace(spaceOf(entry), bindingOf(resourceClass, slot));
+        for (std::uint32_t one = slot; one <= last; ++one)
+            taken_.emplace(spaceOf(entry), bindingOf(resourceClass, one));
     }
 
     int bindingFor(const TVarEntryInfo& entry) {
-        using namespace BindingModel;
         const TType& type = entry.symbol->getType();
+        if (hasNoBinding(type)) return -1;
         const RESOURCE_CLASS resourceClass = classOf(type);
+        int binding = -1;
         if (type.getQualifier().hasBinding())
-            return static_cast<int>(bindingOf(resourceClass, type.getQualifier().layoutBinding));
-        if (!entry.live) return -1;
+            binding = static_cast<int>(
+                    BindingModel::bindingOf(resourceClass, type.getQualifier().layoutBinding));
+        else if (entry.live)
+            binding = freeBindingFor(entry, resourceClass);
+        if (binding >= 0) noteMapped(entry, static_cast<std::uint32_t>(binding));
+        return binding;
+    }
+
+    int freeBindingFor(const TVarEntryInfo& entry, RESOURCE_CLASS resourceClass) {
+        using namespace BindingModel;
         const std::uint32_t space = spaceOf(entry);
         const std::string key =
                 fmt::format("{}{} {}", letterOf(resourceClass), space, nameOf(entry));
         const auto known = unregistered_.find(key);
         if (known != unregistered_.end()) return known->second;
+        const std::uint32_t count = std::max(registersOf(entry.symbol->getType()), 1U);
+        std::uint32_t free = 0;
         for (std::uint32_t slot = 0; slot < registersPerClass; ++slot) {
-            const std::uint32_t binding = bindingOf(resourceClass, slot);
-            if (!taken_.emplace(space, binding).second) continue;
-            return unregistered_[key] = static_cast<int>(binding);
+            free = taken_.contains({space, bindingOf(resourceClass, slot)}) ? 0 : free + 1;
+            if (free < count) continue;
+            const std::uint32_t first = bindingOf(resourceClass, slot + 1 - count);
+            for (std::uint32_t one = 0; one < count; ++one)
+                taken_.emplace(space, first + one);
+            return unregistered_[key] = static_cast<int>(first);
         }
         fail(entry, fmt::format("'{}': no register is free for it", nameOf(entry)));
         return -1;
+    }
+
+    void noteMapped(const TVarEntryInfo& entry, std::uint32_t binding) {
+        const TType& type = entry.symbol->getType();
+        const glslang::TBuiltInVariable declared = type.getQualifier().declaredBuiltIn;
+        const bool isByteAddress = declared == glslang::EbvByteAddressBuffer ||
+                                   declared == glslang::EbvRWByteAddressBuffer;
+        const bool isComparison = type.getBasicType() == glslang::EbtSampler &&
+                                  type.getSampler().isPureSampler() && type.getSampler().isShadow();
+        mapped_.resources.push_back({stage_,
+                                     spaceOf(entry),
+                                     binding,
+                                     fileOf(entry),
+                                     lineOf(entry),
+                                     isByteAddress,
+                                     isComparison});
     }
 
     static std::string semanticOf(const TVarEntryInfo& entry) {
@@ -256,12 +305,14 @@ private:
         if (entry.symbol->getType().isBuiltIn()) return;
         const std::string semantic = semanticOf(entry);
         if (isPixelOutput(language, entry)) {
-            if (!semantic.starts_with("SV_TARGET"))
+            if (!semantic.starts_with("SV_TARGET") && !colorTarget(semantic))
                 fail(entry, fmt::format("'{}': a pixel output needs SV_TARGET", semantic));
             return;
         }
         if (!isVertexInput(language, entry)) {
             varyings_.note(semantic, locationsOf(language, entry));
+            if (entry.symbol->getQualifier().isPipeInput())
+                mapped_.inputs.push_back({stage_, semantic, fileOf(entry), lineOf(entry)});
             return;
         }
         if (!vertexInputsSeen_.insert(semantic).second)
@@ -269,10 +320,19 @@ private:
         vertexInputs_.note(semantic, locationsOf(language, entry));
     }
 
+    /// The target of COLOR and COLOR1 to COLOR7, which older texts write instead of SV_TARGET.
+    static std::optional<int> colorTarget(const std::string& semantic) {
+        if (semantic == "COLOR") return 0;
+        const bool isIndexed = semantic.size() == 6 && semantic.starts_with("COLOR") &&
+                               semantic[5] >= '1' && semantic[5] <= '7';
+        return isIndexed ? std::optional(semantic[5] - '0') : std::nullopt;
+    }
+
     int locationFor(EShLanguage language, const TVarEntryInfo& entry) {
-        // Targets have theirs from the number of SV_TARGET.
-        if (entry.symbol->getType().isBuiltIn() || isPixelOutput(language, entry)) return -1;
+        if (entry.symbol->getType().isBuiltIn()) return -1;
         const std::string semantic = semanticOf(entry);
+        // Targets have theirs from the number of SV_TARGET.
+        if (isPixelOutput(language, entry)) return colorTarget(semantic).value_or(-1);
         const LocationTable& table = isVertexInput(language, entry) ? vertexInputs_ : varyings_;
         const auto location = table.find(semantic);
         if (location) return static_cast<int>(*location);
@@ -288,7 +348,8 @@ private:
     LocationTable vertexInputs_;
     std::set<std::string> vertexInputsSeen_;
     LocationTable varyings_;
-    MapFailure failure_;
+    MappedInterfaces mapped_;
+    std::optional<ProgramDiagnostic> failure_;
 };
 
 } // namespace
@@ -306,20 +367,21 @@ std::string normalisedSemantic(vlMemory::StringView semantic) {
     return name.substr(0, last + 1) + index;
 }
 
-MapFailure mapInterfaces(const std::vector<LinkedStage>& stages,
-                         std::vector<PlacedSemantic>& vertexInputs) {
+std::optional<ProgramDiagnostic> mapInterfaces(const std::vector<LinkedStage>& stages,
+                                               MappedInterfaces& into) {
     Resolver resolver;
     for (const bool answers : {false, true}) {
         for (const LinkedStage& linked : stages) {
             resolver.visit(linked.stage, answers);
-            if (!linked.program->mapIO(&resolver) && !resolver.failure().failed())
-                return {linked.stage, "1: the stage's inputs and outputs could not be mapped"};
-            if (resolver.failure().failed()) return resolver.failure();
+            if (!linked.program->mapIO(&resolver) && !resolver.failure())
+                return ProgramDiagnostic{
+                        linked.stage, {}, 1, "the stage's inputs and outputs could not be mapped"};
+            if (resolver.failure()) return resolver.failure();
         }
         if (!answers) resolver.placeAll();
     }
-    vertexInputs = resolver.vertexInputs().entries();
-    return {};
+    into = resolver.take();
+    return std::nullopt;
 }
 
 } // namespace vlGraphics

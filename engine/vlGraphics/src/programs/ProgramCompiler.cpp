@@ -1,6 +1,7 @@
 #include "programs/ProgramCompiler.h"
 
 #include "programs/HlslCompiler.h"
+#include "programs/ProgramCache.h"
 #include "vulkan/ProgramGpu.h"
 
 #include <vlGraphics/ChangeCount.h>
@@ -32,34 +33,22 @@ std::size_t threadCountFor(std::uint32_t threads) {
     return threads != 0 ? threads : std::max(std::thread::hardware_concurrency(), 1U);
 }
 
-/// Without what the compilation does not look at, so that requests which differ only there are
-/// equal.
-CompileRequest requestOf(const Program& program) {
-    CompileRequest request{program.getType(), {}, program.getActivateCrossCompilerDefines()};
-    for (const SHADER_TYPE stage : stagesOf(request.type)) {
-        const ProgramSourcesHolder& sources = program.getMemory();
-        request.sources.setMemory(stage, sources.getMemory(stage));
-        for (const DefineMacro& macro : sources.getDefineMacros(stage))
-            request.sources.addDefineMacro(stage, macro.name, macro.value);
-    }
-    return request;
-}
-
 } // namespace
 
 /** One compilation, and later its result. */
 struct ProgramCompiler::Job {
-    const CompileRequest* request = nullptr;       ///< the key in the table
-    std::vector<Client> clients;                   ///< who waits for it; none once it is done
-    std::shared_ptr<const CompileOutcome> outcome; ///< null until it is done
+    const CompileRequest* request = nullptr; ///< the key in the table
+    std::vector<Client> clients;             ///< who waits for it; none once it is done
+    /// Who came while it was running and may see other files than it does: they wait for the next.
+    std::vector<Client> lateClients;
+    std::shared_ptr<const CompileReport> report; ///< the last one; null before
+    bool isPending = false;                      ///< waits for a thread or runs
+    bool isRunning = false;
     std::uint64_t lastUse = 0;
 };
 
-ProgramCompiler::ProgramCompiler(std::uint32_t threads)
-    : ProgramCompiler(
-              threads,
-              [](const CompileRequest& request) { return compileHlsl(request); },
-              makeProgramGpu) {
+ProgramCompiler::ProgramCompiler(std::uint32_t threads, vlMemory::StringView folder)
+    : ProgramCompiler(threads, compileKeptIn(folder), makeProgramGpu) {
 }
 
 ProgramCompiler::ProgramCompiler(std::uint32_t threads, Compile compile, MakeGpu makeGpu)
@@ -68,8 +57,10 @@ ProgramCompiler::ProgramCompiler(std::uint32_t threads, Compile compile, MakeGpu
 
 ProgramCompiler::~ProgramCompiler() {
     const std::lock_guard guard(lock_);
-    for (const auto& [request, job] : jobs_)
+    for (const auto& [request, job] : jobs_) {
         job->clients.clear();
+        job->lateClients.clear();
+    }
 }
 
 vlCommon::Result<> ProgramCompiler::start(Program& program) {
@@ -81,21 +72,46 @@ vlCommon::Result<> ProgramCompiler::start(Program& program) {
     const Client client{manager->handleOf(&program), program.ticket_};
 
     const std::lock_guard guard(lock_);
-    const auto [place, isNew] = jobs_.try_emplace(requestOf(program));
+    const auto [place, isNew] =
+            jobs_.try_emplace(makeRequest(program.getType(),
+                                          program.getMemory(),
+                                          program.getActivateCrossCompilerDefines(),
+                                          program.getFolder()));
     if (isNew) {
         place->second = std::make_shared<Job>();
         place->second->request = &place->first;
     }
     const std::shared_ptr<Job>& job = place->second;
     job->lastUse = ++uses_;
-    if (job->outcome) {
-        finished_.push_back({client, job->outcome});
+    const bool mayInclude = job->request->mayInclude();
+    // What other files have a part in is looked at anew, and not on this thread.
+    if (job->report && !mayInclude) {
+        finished_.push_back({client, job->report});
         ChangeCount::bump();
         return {};
     }
-    job->clients.push_back(client);
-    if (isNew) pool_.addTask(vlTasks::makeTask([this, job] { run(job); }));
+    if (job->isRunning && mayInclude)
+        job->lateClients.push_back(client);
+    else
+        job->clients.push_back(client);
+    if (!job->isPending) queue(job);
     return {};
+}
+
+ProgramCompiler::Compile ProgramCompiler::compileKeptIn(vlMemory::StringView folder) {
+    if (folder.empty()) return [](const CompileRequest& request) { return compileHlsl(request); };
+    const auto cache = std::make_shared<ProgramCache>(folder);
+    return [cache](const CompileRequest& request) {
+        if (auto kept = cache->find(request)) return *std::move(kept);
+        CompileReport report = compileHlsl(request);
+        cache->keep(request, report);
+        return report;
+    };
+}
+
+void ProgramCompiler::queue(const std::shared_ptr<Job>& job) {
+    job->isPending = true;
+    pool_.addTask(vlTasks::makeTask([this, job] { run(job); }));
 }
 
 void ProgramCompiler::cancel(Program& program) {
@@ -108,7 +124,8 @@ void ProgramCompiler::leave(std::uint64_t ticket) {
     const auto isTicket = [&](const Client& client) { return client.ticket == ticket; };
     const std::lock_guard guard(lock_);
     for (const auto& [request, job] : jobs_)
-        if (std::erase_if(job->clients, isTicket) > 0) return;
+        if (std::erase_if(job->clients, isTicket) + std::erase_if(job->lateClients, isTicket) > 0)
+            return;
     std::erase_if(finished_, [&](const Finished& entry) { return isTicket(entry.client); });
 }
 
@@ -116,28 +133,40 @@ void ProgramCompiler::run(const std::shared_ptr<Job>& job) {
     {
         const std::lock_guard guard(lock_);
         if (job->clients.empty()) {
-            jobs_.erase(jobs_.find(*job->request));
+            job->isPending = false;
+            if (!job->report) jobs_.erase(jobs_.find(*job->request));
             changed_.notify_all();
             return;
         }
+        job->isRunning = true;
     }
-    // The key stays where it is until the job has its outcome.
-    auto outcome = std::make_shared<const CompileOutcome>(compileGuarded(*job->request));
+    // The key stays where it is while the job is pending.
+    auto report = reportFor(*job);
     const std::lock_guard guard(lock_);
     for (const Client& client : std::exchange(job->clients, {}))
-        finished_.push_back({client, outcome});
-    job->outcome = std::move(outcome);
+        finished_.push_back({client, report});
+    job->report = std::move(report);
+    job->isRunning = false;
+    job->isPending = false;
+    job->clients.swap(job->lateClients);
+    if (!job->clients.empty()) queue(job);
     forgetOldest();
     ChangeCount::bump();
     changed_.notify_all();
 }
 
-CompileOutcome ProgramCompiler::compileGuarded(const CompileRequest& request) const {
+/// The last one where it still holds.
+std::shared_ptr<const CompileReport> ProgramCompiler::reportFor(const Job& job) const {
+    if (job.report && areUnchanged(job.request->workingPath, job.report->probes)) return job.report;
+    return std::make_shared<const CompileReport>(compileGuarded(*job.request));
+}
+
+CompileReport ProgramCompiler::compileGuarded(const CompileRequest& request) const {
     try {
         return compile_(request);
     } catch (const std::exception& error) {
-        return tl::unexpected(ProgramCompilationResult(
-                SHADER_TYPE::VERTEX, fmt::format("1: it cannot be compiled: {}", error.what())));
+        return CompileOutcome(tl::unexpected(ProgramCompilationResult(
+                SHADER_TYPE::VERTEX, fmt::format("1: it cannot be compiled: {}", error.what()))));
     }
 }
 
@@ -145,7 +174,7 @@ void ProgramCompiler::forgetOldest() {
     while (jobs_.size() > maxRemembered) {
         auto oldest = jobs_.end();
         for (auto job = jobs_.begin(); job != jobs_.end(); ++job) {
-            if (!job->second->outcome) continue;
+            if (job->second->isPending) continue;
             if (oldest == jobs_.end() || job->second->lastUse < oldest->second->lastUse)
                 oldest = job;
         }
@@ -170,8 +199,12 @@ void ProgramCompiler::adopt(const Finished& finished) {
     if (program == nullptr || program->ticket_ != finished.client.ticket) return;
     program->finished_ = program->ticket_;
     ChangeCount::bump();
-    const CompileOutcome& outcome = *finished.outcome;
+    const CompileOutcome& outcome = finished.report->outcome;
+    program->includedFiles_ = finished.report->includedFiles;
     if (!outcome) return fail(*program, outcome.error());
+    const ProgramReflection& reflection = outcome->reflection;
+    if (!reflection.obstacle.empty())
+        return fail(*program, {reflection.obstacleStage, "1: " + reflection.obstacle});
     auto gpu = makeGpu_(*outcome);
     if (!gpu) return fail(*program, {SHADER_TYPE::VERTEX, "1: " + gpu.error().message});
     program->gpu_ = std::move(*gpu);
@@ -191,8 +224,8 @@ void ProgramCompiler::waitForAll() {
     {
         std::unique_lock guard(lock_);
         changed_.wait(guard, [this] {
-            return std::all_of(jobs_.begin(), jobs_.end(), [](const auto& entry) {
-                return entry.second->outcome != nullptr;
+            return std::none_of(jobs_.begin(), jobs_.end(), [](const auto& entry) {
+                return entry.second->isPending;
             });
         });
     }
@@ -202,7 +235,7 @@ void ProgramCompiler::waitForAll() {
 bool ProgramCompiler::isAnyCompiling() const {
     const std::lock_guard guard(lock_);
     return !finished_.empty() || std::any_of(jobs_.begin(), jobs_.end(), [](const auto& entry) {
-        return !entry.second->clients.empty();
+        return !entry.second->clients.empty() || !entry.second->lateClients.empty();
     });
 }
 

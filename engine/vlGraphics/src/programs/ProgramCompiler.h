@@ -5,6 +5,7 @@
 #include <vlCommon/SingletonClass.h>
 #include <vlGraphics/Handle.h>
 #include <vlGraphics/Program.h>
+#include <vlMemory/String.h>
 #include <vlTasks/ThreadPool.h>
 
 #include <condition_variable>
@@ -19,7 +20,8 @@
 namespace vlGraphics {
 
 /** Compiles programs on threads of its own. Equal requests share one compilation and its result,
- * also later ones while the result is remembered. Made and ended with the engine; ending waits for
+ * also later ones while the result is remembered and the files that it included are as they were.
+ * Made and ended with the engine; ending waits for
  * the compilations that run and forgets the others.
  *
  *  Every method belongs to the thread that owns the engine. Programs are known by handle and
@@ -27,15 +29,18 @@ namespace vlGraphics {
  * nothing. */
 class ProgramCompiler final : public vlCommon::MaybeSingletonClass<ProgramCompiler> {
 public:
-    using Compile = std::function<CompileOutcome(const CompileRequest&)>;
+    using Compile = std::function<CompileReport(const CompileRequest&)>;
     using MakeGpu =
             std::function<vlCommon::Result<std::unique_ptr<Program::Gpu>>(const CompiledProgram&)>;
 
     /// Results that are remembered at most; the one unused for longest goes first.
     static constexpr std::size_t maxRemembered = 256;
 
-    /// 0 threads take the processor's count.
-    explicit ProgramCompiler(std::uint32_t threads);
+    /// 0 threads take the processor's count. Results are kept in the folder from run to run; an
+    /// empty one keeps none.
+    ProgramCompiler(std::uint32_t threads, vlMemory::StringView folder);
+    /// The engine's own compiling, with results kept in the folder.
+    static Compile compileKeptIn(vlMemory::StringView folder);
     /// With other steps than the engine's, for tests.
     ProgramCompiler(std::uint32_t threads, Compile compile, MakeGpu makeGpu);
     ~ProgramCompiler();
@@ -60,12 +65,14 @@ private:
     struct Job;
     struct Finished {
         Client client;
-        std::shared_ptr<const CompileOutcome> outcome;
+        std::shared_ptr<const CompileReport> report;
     };
     using Jobs = std::unordered_map<CompileRequest, std::shared_ptr<Job>, CompileRequestHash>;
 
     void run(const std::shared_ptr<Job>& job);
-    CompileOutcome compileGuarded(const CompileRequest& request) const;
+    void queue(const std::shared_ptr<Job>& job);
+    std::shared_ptr<const CompileReport> reportFor(const Job& job) const;
+    CompileReport compileGuarded(const CompileRequest& request) const;
     void leave(std::uint64_t ticket);
     void forgetOldest();
     void adopt(const Finished& finished);

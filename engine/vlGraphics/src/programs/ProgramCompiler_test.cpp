@@ -4,11 +4,14 @@
 
 #include <vlGraphics/ChangeCount.h>
 #include <vlGraphics/LogManager.h>
+#include <vlResources/ResourceManager.h>
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <filesystem>
+#include <fstream>
 #include <future>
 #include <string>
 #include <vector>
@@ -37,12 +40,12 @@ protected:
     CompileOutcome compile(const CompileRequest& request) {
         ++compilations;
         const vlMemory::String& source = request.sources.getPixelMemory();
-        if (source == "gate") opened.wait();
+        if (source.starts_with("gate")) opened.wait();
         if (source == "bad")
             return tl::unexpected(ProgramCompilationResult(SHADER_TYPE::PIXEL, "12: 'x' is bad"));
         CompiledProgram compiled;
         compiled.reflection.colorTargetCount =
-                source == "gate" ? 7 : std::uint32_t(source[0] - '0');
+                source.starts_with("gate") ? 7 : std::uint32_t(source[0] - '0');
         return compiled;
     }
 
@@ -206,6 +209,80 @@ TEST(ProgramCompiler, ProgramWithoutACompilerCannotBeLoaded) {
     const auto loaded = manager.createOrRetrieve("a")->load();
     ASSERT_FALSE(loaded);
     EXPECT_EQ(loaded.error().message, "program 'a': the engine does not run");
+}
+
+TEST(ProgramCompiler, ChangedIncludedFilesAreSeen) {
+    namespace fs = std::filesystem;
+    const fs::path root = fs::temp_directory_path() / "vl_program_compiler_includes";
+    fs::create_directories(root);
+    auto& resources = vlResources::ResourceManager::getInstance();
+    const vlMemory::String before = resources.getWorkingPath();
+    resources.setWorkingPath(root.string());
+    const auto write = [&](StringView text) { std::ofstream(root / "group.hlsl") << text; };
+    ProgramManager manager;
+    std::atomic<int> compilations = 0;
+    const auto compile = [&](const CompileRequest& request) {
+        ++compilations;
+        return compileHlsl(request);
+    };
+    ProgramCompiler compiler(1, compile, noGpu);
+    Program& program = *manager.createOrRetrieve("p");
+    ProgramSourcesHolder sources;
+    sources.setComputeMemory("#include \"group.hlsl\"\n[numthreads(SIZE, 1, 1)] void main() {}");
+    program.setType(PROGRAM_TYPE::COMPUTE);
+    program.setFromMemory(sources);
+    const auto sizeAfterLoad = [&] {
+        EXPECT_TRUE(program.load());
+        manager.waitForAll();
+        return program.getLastCompilationResult().isSuccess()
+                       ? program.getReflection().threadGroupSize[0]
+                       : 0;
+    };
+    fs::remove(root / "group.hlsl");
+    EXPECT_EQ(sizeAfterLoad(), 0U);
+    EXPECT_EQ(program.getIncludedFiles(), std::vector<vlMemory::String>{"group.hlsl"});
+    write("#define SIZE 4");
+    EXPECT_EQ(sizeAfterLoad(), 4U);
+    write("#define SIZE 8");
+    EXPECT_EQ(sizeAfterLoad(), 8U);
+    EXPECT_EQ(sizeAfterLoad(), 8U);
+    EXPECT_EQ(compilations, 3) << "nothing had changed the last time";
+    EXPECT_EQ(program.getIncludedFiles(), std::vector<vlMemory::String>{"group.hlsl"});
+    resources.setWorkingPath(before);
+    fs::remove_all(root);
+}
+
+TEST_F(ProgramCompilerTest, WhoComesLateWaitsForFilesToBeReadAnew) {
+    Program& early = load("early", "gate");
+    vlMemory::String text = "gate // #include";
+    // Both ask for the same; while the first is compiled the files may change.
+    load("early", text);
+    load("late", text);
+    open();
+    manager.waitForAll();
+    EXPECT_FALSE(early.isCompiling());
+    EXPECT_FALSE(manager.isAnyCompiling());
+    const Program* late = manager.get("late");
+    ASSERT_TRUE(late != nullptr);
+    EXPECT_EQ(targets(*late), 7U);
+}
+
+TEST(ProgramCompiler, WhatCannotBeBoundIsToldWhenTheResultComesIntoUse) {
+    ProgramManager manager;
+    ProgramCompiler compiler(1, ProgramCompiler::compileKeptIn(""), noGpu);
+    Program& program = *manager.createOrRetrieve("p");
+    ProgramSourcesHolder sources;
+    sources.setComputeMemory(
+            "Texture2D many[] : register(t0); RWBuffer<float> sum : register(u0);\n"
+            "[numthreads(1, 1, 1)] void main(uint i : SV_GroupIndex) {\n"
+            "sum[0] = many[i][uint2(0, 0)].x; }");
+    program.setType(PROGRAM_TYPE::COMPUTE);
+    program.setFromMemory(sources);
+    ASSERT_TRUE(program.load());
+    manager.waitForAll();
+    EXPECT_EQ(program.getLastCompilationResult().getStage(), SHADER_TYPE::COMPUTE);
+    EXPECT_EQ(program.getLastCompilationResult().getErrorMessage(),
+              "1: 'many': an array without a count cannot be bound");
 }
 
 TEST(ProgramCompiler, RealCompilationsRunInTheBackground) {

@@ -1,16 +1,19 @@
 #include "programs/Reflection.h"
 
 #include "programs/BindingModel.h"
-
-#include <vlCommon/Result.h>
+#include "programs/ResourceTypes.h"
+#include "programs/StageVaryings.h"
 
 #include <fmt/format.h>
 #include <spirv_cross/spirv_cross_c.h>
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <span>
+#include <string>
 #include <tuple>
+#include <utility>
 
 namespace vlGraphics {
 
@@ -21,16 +24,30 @@ struct DestroyContext {
 };
 using Context = std::unique_ptr<spvc_context_s, DestroyContext>;
 
+/// The kinds of resource in the order in which they are looked at.
+constexpr spvc_resource_type resourceKinds[] = {SPVC_RESOURCE_TYPE_UNIFORM_BUFFER,
+                                                SPVC_RESOURCE_TYPE_STORAGE_BUFFER,
+                                                SPVC_RESOURCE_TYPE_SEPARATE_IMAGE,
+                                                SPVC_RESOURCE_TYPE_STORAGE_IMAGE,
+                                                SPVC_RESOURCE_TYPE_SEPARATE_SAMPLERS,
+                                                SPVC_RESOURCE_TYPE_SAMPLED_IMAGE,
+                                                SPVC_RESOURCE_TYPE_PUSH_CONSTANT,
+                                                SPVC_RESOURCE_TYPE_SUBPASS_INPUT,
+                                                SPVC_RESOURCE_TYPE_ACCELERATION_STRUCTURE};
+
 /** The reflection of one stage, added to that of the program. */
 class StageReflection {
 public:
-    StageReflection(SHADER_TYPE stage, ProgramReflection& into) : stage_(stage), into_(into) {}
+    StageReflection(SHADER_TYPE stage,
+                    const MappedInterfaces& interfaces,
+                    ProgramReflection& into,
+                    StageVaryings& varyings)
+        : stage_(stage), interfaces_(interfaces), into_(into), varyings_(varyings) {}
 
-    vlCommon::Result<> run(std::span<const std::uint32_t> spirv,
-                           const std::vector<PlacedSemantic>& vertexInputs) {
+    std::optional<ProgramDiagnostic> run(std::span<const std::uint32_t> spirv) {
         spvc_context made = nullptr;
         if (spvc_context_create(&made) != SPVC_SUCCESS)
-            return vlCommon::fail("no memory for reflecting it");
+            return diagnostic("no memory for reflecting it");
         const Context context(made);
         spvc_parsed_ir ir = nullptr;
         spvc_set active = nullptr;
@@ -45,16 +62,30 @@ public:
                 spvc_compiler_create_shader_resources_for_active_variables(
                         compiler_, &resources_, active) == SPVC_SUCCESS;
         if (!parsed)
-            return vlCommon::fail(fmt::format("it cannot be reflected: {}",
-                                              spvc_context_get_last_error_string(made)));
-        if (auto bound = addResources(); !bound) return bound;
-        if (stage_ == SHADER_TYPE::VERTEX) addInputs(vertexInputs);
+            return diagnostic(fmt::format("it cannot be reflected: {}",
+                                          spvc_context_get_last_error_string(made)));
+        for (const spvc_resource_type kind : resourceKinds)
+            for (const spvc_reflected_resource& resource : list(kind))
+                if (auto fault = addResource(kind, resource)) return fault;
+        varyings_.stage = stage_;
+        for (const spvc_reflected_resource& output : list(SPVC_RESOURCE_TYPE_STAGE_OUTPUT))
+            varyings_.outputs.push_back(varying(output, false));
+        if (stage_ == SHADER_TYPE::VERTEX) {
+            addInputs();
+        } else {
+            for (const spvc_reflected_resource& input : list(SPVC_RESOURCE_TYPE_STAGE_INPUT))
+                varyings_.inputs.push_back(varying(input, true));
+        }
         if (stage_ == SHADER_TYPE::PIXEL) countTargets();
         if (stage_ == SHADER_TYPE::COMPUTE) readGroupSize();
-        return {};
+        return std::nullopt;
     }
 
 private:
+    ProgramDiagnostic diagnostic(std::string text) const {
+        return {stage_, {}, 1, std::move(text)};
+    }
+
     std::span<const spvc_reflected_resource> list(spvc_resource_type type) const {
         const spvc_reflected_resource* first = nullptr;
         std::size_t count = 0;
@@ -66,115 +97,127 @@ private:
     std::uint32_t decoration(const spvc_reflected_resource& resource, SpvDecoration which) const {
         return spvc_compiler_get_decoration(compiler_, resource.id, which);
     }
-
-    vlCommon::Result<> addResources() {
-        struct Kind {
-            spvc_resource_type type;
-            bool isBuffer;
-        };
-        constexpr Kind kinds[] = {{SPVC_RESOURCE_TYPE_UNIFORM_BUFFER, false},
-                                  {SPVC_RESOURCE_TYPE_STORAGE_BUFFER, true},
-                                  {SPVC_RESOURCE_TYPE_SEPARATE_IMAGE, false},
-                                  {SPVC_RESOURCE_TYPE_STORAGE_IMAGE, false},
-                                  {SPVC_RESOURCE_TYPE_SEPARATE_SAMPLERS, false}};
-        for (const Kind& kind : kinds) {
-            for (const spvc_reflected_resource& resource : list(kind.type))
-                if (auto added = addResource(resource, kind.isBuffer); !added) return added;
-        }
-        constexpr spvc_resource_type refused[] = {SPVC_RESOURCE_TYPE_SAMPLED_IMAGE,
-                                                  SPVC_RESOURCE_TYPE_PUSH_CONSTANT,
-                                                  SPVC_RESOURCE_TYPE_SUBPASS_INPUT,
-                                                  SPVC_RESOURCE_TYPE_ACCELERATION_STRUCTURE};
-        for (const spvc_resource_type type : refused) {
-            if (!list(type).empty())
-                return vlCommon::fail(fmt::format("'{}': a resource of this kind cannot be bound",
-                                                  list(type).front().name));
-        }
-        return {};
+    const MappedResource* mappedAt(std::uint32_t space, std::uint32_t binding) const {
+        for (const MappedResource& mapped : interfaces_.resources)
+            if (mapped.stage == stage_ && mapped.space == space && mapped.binding == binding)
+                return &mapped;
+        return nullptr;
     }
 
-    vlCommon::Result<> addResource(const spvc_reflected_resource& resource, bool isBuffer) {
+    std::optional<ProgramDiagnostic> addResource(spvc_resource_type kind,
+                                                 const spvc_reflected_resource& resource) {
         ReflectedResource found;
-        const std::uint32_t binding = decoration(resource, SpvDecorationBinding);
         found.name = resource.name;
-        found.resourceClass = BindingModel::classOf(binding);
-        found.isBuffer = isBuffer;
-        found.slot = binding % BindingModel::registersPerClass;
-        found.space = decoration(resource, SpvDecorationDescriptorSet);
         found.stageMask = 1U << static_cast<std::uint32_t>(stage_);
-        if (found.resourceClass == RESOURCE_CLASS::CONSTANT_BUFFER)
-            found.byteSize = structSize(resource);
+        const MappedResource* mapped = nullptr;
+        if (kind != SPVC_RESOURCE_TYPE_PUSH_CONSTANT) {
+            const std::uint32_t binding = decoration(resource, SpvDecorationBinding);
+            found.resourceClass = BindingModel::classOf(binding);
+            found.slot = binding % BindingModel::registersPerClass;
+            found.space = decoration(resource, SpvDecorationDescriptorSet);
+            mapped = mappedAt(found.space, binding);
+        }
+        const std::string obstacle = ResourceTypes::describe(compiler_, kind, resource, found);
+        if (!obstacle.empty() && into_.obstacle.empty()) {
+            into_.obstacle = obstacle;
+            into_.obstacleStage = stage_;
+        }
+        if (mapped != nullptr) {
+            if (mapped->isByteAddress && found.isBuffer)
+                found.shape = RESOURCE_SHAPE::BYTE_ADDRESS_BUFFER;
+            if (found.shape == RESOURCE_SHAPE::SAMPLER) found.isComparison = mapped->isComparison;
+        }
+        if (kind == SPVC_RESOURCE_TYPE_PUSH_CONSTANT) return std::nullopt;
+        return merge(std::move(found), mapped);
+    }
+
+    static std::uint32_t endOf(const ReflectedResource& resource) {
+        return resource.slot + std::max(resource.arrayCount, 1U);
+    }
+
+    /// One descriptor serves both.
+    static bool isShareable(const ReflectedResource& known, const ReflectedResource& found) {
+        const bool sameType = known.slot == found.slot && known.arrayCount == found.arrayCount &&
+                              known.shape == found.shape &&
+                              known.texelFormat == found.texelFormat &&
+                              known.isFormatFixed == found.isFormatFixed;
+        if (!sameType) return false;
+        // In one stage two texts of one buffer are rather a slip than a wish; stages may differ,
+        // for each may know but the begin of what they share.
+        if ((known.stageMask & found.stageMask) == 0) return true;
+        return known.stride == found.stride && known.members == found.members;
+    }
+
+    std::optional<ProgramDiagnostic> merge(ReflectedResource found, const MappedResource* mapped) {
         for (ReflectedResource& known : into_.resources) {
-            const bool same = known.space == found.space && known.slot == found.slot &&
-                              known.resourceClass == found.resourceClass;
-            if (!same) continue;
-            const bool twiceHere = (known.stageMask & found.stageMask) != 0;
-            if (twiceHere || known.isBuffer != found.isBuffer) return failShared(known, found);
+            const bool overlaps = known.space == found.space &&
+                                  known.resourceClass == found.resourceClass &&
+                                  known.slot < endOf(found) && found.slot < endOf(known);
+            if (!overlaps) continue;
+            if (!isShareable(known, found)) return sharedFault(known, found, mapped);
             known.stageMask |= found.stageMask;
-            known.byteSize = std::max(known.byteSize, found.byteSize);
-            return {};
+            known.isComparison = known.isComparison && found.isComparison;
+            if (found.byteSize > known.byteSize) {
+                known.byteSize = found.byteSize;
+                known.members = std::move(found.members);
+            }
+            return std::nullopt;
         }
         into_.resources.push_back(std::move(found));
-        return {};
+        return std::nullopt;
     }
 
-    static vlCommon::Result<> failShared(const ReflectedResource& known,
-                                         const ReflectedResource& found) {
-        return vlCommon::fail(fmt::format("'{}' and '{}' are both at register {}{}, space{}",
-                                          known.name,
-                                          found.name,
-                                          BindingModel::letterOf(found.resourceClass),
-                                          found.slot,
-                                          found.space));
+    ProgramDiagnostic sharedFault(const ReflectedResource& known,
+                                  const ReflectedResource& found,
+                                  const MappedResource* mapped) const {
+        ProgramDiagnostic fault =
+                diagnostic(fmt::format("'{}' and '{}' are both at register {}{}, space{}",
+                                       known.name,
+                                       found.name,
+                                       BindingModel::letterOf(found.resourceClass),
+                                       std::max(known.slot, found.slot),
+                                       found.space));
+        if (mapped == nullptr) return fault;
+        fault.file = mapped->file;
+        fault.line = mapped->line;
+        return fault;
     }
 
-    std::uint32_t structSize(const spvc_reflected_resource& resource) const {
-        std::size_t bytes = 0;
-        const spvc_type type = spvc_compiler_get_type_handle(compiler_, resource.base_type_id);
-        if (spvc_compiler_get_declared_struct_size(compiler_, type, &bytes) != SPVC_SUCCESS)
-            return 0;
-        return static_cast<std::uint32_t>((bytes + 15) / 16 * 16);
+    Varying varying(const spvc_reflected_resource& resource, bool isInput) const {
+        Varying made;
+        const spvc_type type = spvc_compiler_get_type_handle(compiler_, resource.type_id);
+        made.location = decoration(resource, SpvDecorationLocation);
+        made.isPatch =
+                spvc_compiler_has_decoration(compiler_, resource.id, SpvDecorationPatch) != 0;
+        made.base = spvc_type_get_basetype(type);
+        made.size = spvc_type_get_vector_size(type);
+        made.columns = spvc_type_get_columns(type);
+        // The outermost array of what is there for each point of a primitive counts the points.
+        const bool ofPoints = !made.isPatch && (isInput ? stage_ != SHADER_TYPE::PIXEL
+                                                        : stage_ == SHADER_TYPE::HULL);
+        unsigned dimensions = spvc_type_get_num_array_dimensions(type);
+        if (ofPoints && dimensions > 0) --dimensions;
+        for (unsigned i = 0; i < dimensions; ++i)
+            made.elements *= spvc_type_get_array_dimension(type, i);
+        made.text = ResourceTypes::textOf(compiler_, spvc_type_get_base_type_id(type));
+        if (made.elements > 1) made.text += fmt::format("[{}]", made.elements);
+        return made;
     }
 
-    void addInputs(const std::vector<PlacedSemantic>& vertexInputs) {
+    void addInputs() {
         for (const spvc_reflected_resource& input : list(SPVC_RESOURCE_TYPE_STAGE_INPUT)) {
             const std::uint32_t location = decoration(input, SpvDecorationLocation);
-            const auto placed =
-                    std::find_if(vertexInputs.begin(), vertexInputs.end(), [&](const auto& entry) {
-                        return entry.location == location;
-                    });
-            if (placed == vertexInputs.end()) continue;
-            into_.inputs.push_back(
-                    {placed->semantic, location, placed->locationCount, formatOf(input)});
+            for (const PlacedSemantic& placed : interfaces_.vertexInputs)
+                if (placed.location == location)
+                    into_.inputs.push_back(
+                            {placed.semantic, location, placed.locationCount, formatOf(input)});
         }
     }
 
     FORMAT formatOf(const spvc_reflected_resource& input) const {
         const spvc_type type = spvc_compiler_get_type_handle(compiler_, input.type_id);
-        const unsigned size = spvc_type_get_vector_size(type);
-        if (size < 1 || size > 4) return FORMAT::UNKNOWN;
-        constexpr FORMAT floats[] = {FORMAT::R32_FLOAT,
-                                     FORMAT::R32G32_FLOAT,
-                                     FORMAT::R32G32B32_FLOAT,
-                                     FORMAT::R32G32B32A32_FLOAT};
-        constexpr FORMAT unsigneds[] = {FORMAT::R32_UINT,
-                                        FORMAT::R32G32_UINT,
-                                        FORMAT::R32G32B32_UINT,
-                                        FORMAT::R32G32B32A32_UINT};
-        constexpr FORMAT signeds[] = {FORMAT::R32_SINT,
-                                      FORMAT::R32G32_SINT,
-                                      FORMAT::R32G32B32_SINT,
-                                      FORMAT::R32G32B32A32_SINT};
-        switch (spvc_type_get_basetype(type)) {
-        case SPVC_BASETYPE_FP32:
-            return floats[size - 1];
-        case SPVC_BASETYPE_UINT32:
-            return unsigneds[size - 1];
-        case SPVC_BASETYPE_INT32:
-            return signeds[size - 1];
-        default:
-            return FORMAT::UNKNOWN;
-        }
+        return ResourceTypes::formatOf(spvc_type_get_basetype(type),
+                                       spvc_type_get_vector_size(type));
     }
 
     void countTargets() {
@@ -194,23 +237,26 @@ private:
     }
 
     SHADER_TYPE stage_;
+    const MappedInterfaces& interfaces_;
     ProgramReflection& into_;
+    StageVaryings& varyings_;
     spvc_compiler compiler_ = nullptr;
     spvc_resources resources_ = nullptr;
 };
 
 } // namespace
 
-tl::expected<ProgramReflection, ProgramCompilationResult>
-reflect(const CompiledProgram& program, const std::vector<PlacedSemantic>& vertexInputs) {
+tl::expected<ProgramReflection, ProgramDiagnostic> reflect(const CompiledProgram& program,
+                                                           const MappedInterfaces& interfaces) {
     ProgramReflection reflection;
+    std::vector<StageVaryings> varyings;
     for (std::uint32_t index = 0; index < shaderTypeCount; ++index) {
         if (program.spirv[index].empty()) continue;
         const auto stage = static_cast<SHADER_TYPE>(index);
-        if (auto done = StageReflection(stage, reflection).run(program.spirv[index], vertexInputs);
-            !done)
-            return tl::unexpected(ProgramCompilationResult(stage, "1: " + done.error().message));
+        StageReflection one(stage, interfaces, reflection, varyings.emplace_back());
+        if (auto fault = one.run(program.spirv[index])) return tl::unexpected(*std::move(fault));
     }
+    if (auto fault = findMismatch(varyings, interfaces)) return tl::unexpected(*std::move(fault));
     std::sort(reflection.resources.begin(),
               reflection.resources.end(),
               [](const ReflectedResource& a, const ReflectedResource& b) {

@@ -2,13 +2,11 @@
 #include "programs/CompileRequest.h"
 #include "programs/InterfaceMapper.h"
 
-#include <vector>
-
 namespace vlGraphics {
 
-/** What the program's SPIR-V really uses. Fails where a stage holds what cannot be bound. Any
- * thread. */
-tl::expected<ProgramReflection, ProgramCompilationResult>
-reflect(const CompiledProgram& program, const std::vector<PlacedSemantic>& vertexInputs);
+/** What the program's SPIR-V really uses. Fails where stages do not fit each other and where two
+ * resources want one address, with the file as the compiler calls it. Any thread. */
+tl::expected<ProgramReflection, ProgramDiagnostic> reflect(const CompiledProgram& program,
+                                                           const MappedInterfaces& interfaces);
 
 } // namespace vlGraphics

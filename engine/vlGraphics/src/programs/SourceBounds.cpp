@@ -104,19 +104,43 @@ private:
 
 } // namespace
 
-std::optional<std::string> SourceBounds::findFault(StringView text) {
+std::optional<SourceFault> SourceBounds::findFault(StringView text, IncludeWalk* walk) {
+    walk_ = walk;
+    scan(text);
+    return placed_;
+}
+
+void SourceBounds::scan(StringView text) {
     LineReader reader(text);
     Tokens tokens;
-    while (reader.next(tokens)) {
+    while (!placed_ && reader.next(tokens)) {
         scanLine(tokens);
-        if (!fault_.empty()) return fmt::format("{}: {}", reader.line(), fault_);
+        if (fault_.empty() || placed_) continue;
+        placed_ = SourceFault{walk_ == nullptr ? nullptr : walk_->current(), reader.line(), fault_};
     }
-    return std::nullopt;
+}
+
+void SourceBounds::include(const Tokens& tokens) {
+    if (walk_ == nullptr || tokens.size() < 3) return;
+    StringView name = tokens[2];
+    const bool isLocal = name.front() == '"';
+    if (isLocal) {
+        name = name.substr(1, name.find('"', 1) - 1);
+    } else {
+        const auto end = std::find(tokens.begin() + 3, tokens.end(), ">");
+        if (name != "<" || end == tokens.end()) return;
+        name = {name.data() + 1, end->data()};
+    }
+    const auto entered = walk_->enter(name, isLocal);
+    if (!entered || *entered == nullptr) return;
+    scan((*entered)->text);
+    walk_->leave();
 }
 
 void SourceBounds::scanLine(const Tokens& tokens) {
     const bool isDirective = tokens.size() >= 2 && tokens[0] == "#";
     if (isDirective && tokens[1] == "define") return define(tokens);
+    if (isDirective && tokens[1] == "include") return include(tokens);
     visit({tokens.data(), tokens.data() + tokens.size(), nullptr}, 0);
 }
 

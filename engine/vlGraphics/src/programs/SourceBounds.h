@@ -1,4 +1,6 @@
 #pragma once
+#include "programs/IncludeFiles.h"
+
 #include <vlMemory/String.h>
 
 #include <cstddef>
@@ -8,6 +10,13 @@
 #include <vector>
 
 namespace vlGraphics {
+
+/// What is wrong at a place of a source.
+struct SourceFault {
+    const IncludeFiles::File* file = nullptr; ///< null: the source itself
+    std::size_t line = 1;
+    std::string text;
+};
 
 /** Says whether a source is of a size that the compiler can take: it descends its stack with
  * brackets, with operators of one statement and with branches, and follows macros however often
@@ -20,8 +29,10 @@ public:
     static constexpr std::size_t maxBranches = 1U << 12;  ///< words such as "if" and "for"
     static constexpr std::size_t maxExpanded = 1U << 20;  ///< words and marks made by macros
 
-    /// What is too much, as "line: text". Macros stay known for the texts that follow.
-    std::optional<std::string> findFault(vlMemory::StringView text);
+    /// What is too much. Follows #include where there is a walk to follow it with; what cannot be
+    /// included is left to the compiler. Macros stay known for the texts that follow, and so all
+    /// texts must last.
+    std::optional<SourceFault> findFault(vlMemory::StringView text, IncludeWalk* walk = nullptr);
 
 private:
     using Tokens = std::vector<vlMemory::StringView>;
@@ -42,7 +53,9 @@ private:
         std::vector<Argument> arguments;
     };
 
+    void scan(vlMemory::StringView text);
     void scanLine(const Tokens& tokens);
+    void include(const Tokens& tokens);
     void define(const Tokens& tokens);
     void visit(const Argument& list, std::size_t depth);
     const vlMemory::StringView*
@@ -51,7 +64,9 @@ private:
     void fail(std::string text);
 
     std::unordered_map<vlMemory::StringView, Macro> macros_; ///< names point into the texts
+    IncludeWalk* walk_ = nullptr;
     std::string fault_;
+    std::optional<SourceFault> placed_; ///< the same with its place
     std::size_t nesting_ = 0;
     std::size_t operators_ = 0;
     std::size_t branches_ = 0;

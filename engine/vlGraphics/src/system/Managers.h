@@ -23,7 +23,9 @@ namespace vlGraphics {
  *  so all are emptied, users before what they use, before the first manager ends. */
 class Managers {
 public:
-    explicit Managers(std::uint32_t compileThreads) : compiler_(compileThreads) {}
+    /// Compiled programs are kept in the folder; an empty one keeps none.
+    Managers(std::uint32_t compileThreads, vlMemory::StringView programFolder)
+        : compiler_(compileThreads, programFolder) {}
     ~Managers();
     Managers(const Managers&) = delete;
     Managers& operator=(const Managers&) = delete;

@@ -1,5 +1,6 @@
 #include "programs/DefaultResources.h"
 #include "render/RendererGpu.h"
+#include "system/CacheFolder.h"
 #include "system/Managers.h"
 #include "vulkan/Device.h"
 #include "vulkan/Instance.h"
@@ -50,7 +51,10 @@ vlCommon::Result<> System::start(const Configuration& configuration) {
     if (!device) return tl::unexpected(device.error());
     state_->device = *std::move(device);
     deviceDescription_ = state_->device->choice().description;
-    state_->managers.emplace(configuration.compileThreads);
+    const vlMemory::String kept = cacheFolder(configuration.cacheFolder);
+    state_->managers.emplace(configuration.compileThreads,
+                             configuration.keepPrograms && !kept.empty() ? kept + "/programs"
+                                                                         : vlMemory::String());
     renderer_ = std::make_unique<Renderer>();
     return renderer_->gpu().start(configuration.cacheFolder);
 }

@@ -1,5 +1,6 @@
 #include "vulkan/PipelineCache.h"
 
+#include "system/CacheFolder.h"
 #include "vulkan/Device.h"
 #include "vulkan/VkText.h"
 
@@ -8,7 +9,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -34,15 +34,6 @@ std::uint64_t hashOf(std::span<const std::byte> bytes) {
     for (const std::byte byte : bytes)
         hash = (hash ^ std::to_integer<std::uint64_t>(byte)) * 0x100000001B3ULL;
     return hash;
-}
-
-std::string folderOf(vlMemory::StringView configured) {
-    if (!configured.empty()) return std::string(configured);
-    if (const char* cache = std::getenv("XDG_CACHE_HOME"); cache != nullptr && *cache == '/')
-        return std::string(cache) + "/vlEditor";
-    if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/')
-        return std::string(home) + "/.cache/vlEditor";
-    return {};
 }
 
 bool fitsDevice(std::span<const std::byte> data) {
@@ -75,7 +66,7 @@ std::vector<std::byte> readData(const std::string& path) {
 } // namespace
 
 PipelineCache::PipelineCache(vlMemory::StringView folder) {
-    const std::string place = folderOf(folder);
+    const std::string place = cacheFolder(folder);
     if (!place.empty()) path_ = place + "/pipelines.bin";
     const std::vector<std::byte> data = path_.empty() ? std::vector<std::byte>() : readData(path_);
     auto info =

@@ -181,5 +181,20 @@ TEST_F(Validation, DeclarationsAreCheckedWithTheirMaterials) {
     EXPECT_THAT(validateFile(folder_.path("gone.vlsh")), ElementsAre(HasSubstr("gone.vlsh")));
 }
 
+TEST_F(Validation, ProgramsAreCompiled) {
+    const String file = folder_.write("all.vlpr", R"({"formatVersion": 1, "programs": [
+        {"name": "good", "type": "compute", "stages": [
+            {"stage": "compute", "source": "[numthreads(1, 1, 1)] void main() {}"}]},
+        {"name": "rays", "type": "raytracing"},
+        {"name": "bad", "stages": [
+            {"stage": "vertex", "source": "float4 main() : SV_POSITION {\n return a; }"},
+            {"stage": "pixel", "source": "float4 main() : SV_TARGET { return b; }"}]}]})");
+    EXPECT_THAT(
+            validateFile(file),
+            ElementsAre(
+                    "all.vlpr: shader program 'bad', vertex stage, line 2: 'a' : unknown variable",
+                    "all.vlpr: shader program 'bad', pixel stage, line 1: 'b' : unknown variable"));
+}
+
 } // namespace
 } // namespace vlKestrion
