@@ -207,7 +207,8 @@ CompiledProgram compileProgram(const CompileRequest& request, IncludeFiles& file
     if (!faults.empty()) return compiled;
     std::vector<LinkedStage> linked;
     for (const auto& compilation : stages)
-        linked.push_back({compilation->stage(), &compilation->program()});
+        linked.push_back(
+                {compilation->stage(), &compilation->program(), languageOf(compilation->stage())});
     MappedInterfaces interfaces;
     if (auto fault = mapInterfaces(linked, interfaces)) {
         faults.push_back(*std::move(fault));

@@ -77,7 +77,8 @@ inline constexpr CorpusSource corpus[] = {
         {onPixel,
          R"(cbuffer C : register(b0) { uint which; }; Texture2D a[2][2] : register(t0);
             float4 main() : SV_TARGET { return a[which][1].Load(int3(0, 0, 0)); })",
-         "b0.0 C Constant 16; t0.0 a[4] 2D; "},
+         "b0.0 C Constant 16 which uint 0 4,; t0.0 a[4] Other; "
+         "'a': an array of arrays cannot be bound"},
         {onPixel,
          R"(Texture2D many[] : register(t0); SamplerState s : register(s0);
             float4 main(uint i : INDEX) : SV_TARGET { return many[i].Sample(s, float2(0, 0)); })",
@@ -115,7 +116,7 @@ inline constexpr CorpusSource corpus[] = {
             [numthreads(1, 1, 1)] void main() {
                 uint count, stride; a.GetDimensions(count, stride);
                 InterlockedAdd(b[0], count + stride + uint(a[1].y)); })",
-         "t0.0 a Structured /12; u0.0 b Structured /4; "},
+         "t0.0 a Structured /16; u0.0 b Structured /4; "},
         {onGroup,
          R"(ByteAddressBuffer a : register(t0); RWByteAddressBuffer b : register(u0);
             [numthreads(1, 1, 1)] void main() {
@@ -125,12 +126,12 @@ inline constexpr CorpusSource corpus[] = {
         {onGroup,
          R"(AppendStructuredBuffer<float4> a : register(u2); ConsumeStructuredBuffer<float4> b : register(u0);
             [numthreads(1, 1, 1)] void main() { a.Append(b.Consume() * 2); })",
-         "u0.0 b Structured /16; u1.0 b@count Structured counter 16 @count int 0 4,; "
-         "u2.0 a Structured /16; u3.0 a@count Structured counter 16 @count int 0 4,; "},
+         "u0.0 b Structured /16; u1.0 a@count Structured counter 16 @count uint 0 4,; "
+         "u2.0 a Structured /16; u3.0 b@count Structured counter 16 @count uint 0 4,; "},
         {onGroup,
          R"(RWStructuredBuffer<uint> a : register(u0);
             [numthreads(1, 1, 1)] void main() { a[a.IncrementCounter()] = 1; a.DecrementCounter(); })",
-         "u0.0 a Structured /4; u1.0 a@count Structured counter 16 @count int 0 4,; "},
+         "u0.0 a Structured /4; u1.0 a@count Structured counter 16 @count uint 0 4,; "},
         {onGroup,
          R"(RWTexture1D<float4> a : register(u0); RWTexture2D<float> b : register(u1);
             RWTexture3D<uint> c : register(u2); RWTexture2DArray<int4> d : register(u3);
@@ -138,7 +139,7 @@ inline constexpr CorpusSource corpus[] = {
                 a[i.x] = 1; b[i.xy] *= 2; c[i] = i.x; d[i] = int4(1, 2, 3, 4); })",
          "u0.0 a 1D f2!; u1.0 b 2D f41!; u2.0 c 3D f42!; u3.0 d 2DArray f4!; "},
         {onGroup,
-         R"([[vk::image_format("rgba8")]] RWTexture2D<float4> a : register(u0);
+         R"([[spv::format_rgba8]] RWTexture2D<float4> a : register(u0);
             [numthreads(1, 1, 1)] void main(uint3 i : SV_DispatchThreadID) { a[i.xy] = 1; })",
          "u0.0 a 2D f28!; "},
 
@@ -148,8 +149,8 @@ inline constexpr CorpusSource corpus[] = {
                                        float2 p : packoffset(c12); float q[3]; bool r; int3 s; };
             float4 main() : SV_TARGET {
                 return mul(m, float4(p, q[2], r)) + mul(n, s.xyzz).xyzz + mul(o, p).xyxy; })",
-         "b0.0 A Constant 272 m float4x4 0 64,n float3x4 64 48,o float2x2 112 24,p float2 192 8,"
-         "q float[3] 208 36,r uint 244 4,s int3 256 12,; "},
+         "b0.0 A Constant 272 m float4x4 0 64,n float3x4 64 48,o float2x2 112 32,p float2 192 8,"
+         "q float[3] 208 48,r uint 256 4,s int3 260 12,; "},
         {onPixel,
          R"(struct Light { float3 at; float power; }; cbuffer A : register(b1) { Light lights[4]; uint n; };
             float4 main() : SV_TARGET {
@@ -173,16 +174,17 @@ inline constexpr CorpusSource corpus[] = {
             static float run = 1; float4 main(uint i : INDEX) : SV_TARGET { run += 1; return table[i] * run; })",
          ""},
         {onPixel,
-         R"([[vk::push_constant]] struct { float4 a; } pushed;
+         R"([[vk::push_constant]] cbuffer Pushed { float4 a; };
             [[vk::constant_id(3)]] const int wanted = 2;
-            float4 main() : SV_TARGET { return pushed.a * wanted; })",
-         "'pushed': push constants cannot be set"},
+            float4 main() : SV_TARGET { return a * wanted; })",
+         "'Pushed': push constants cannot be set"},
 
         // Functions, types and control.
         {onPixel,
-         R"(namespace N { struct S { float a; float twice() { return a * 2; } }; }
+         R"(struct S { float a; float twice() { return a * 2; } };
+            namespace N { float half_(float a) { return a / 2; } }
             float4 other() : SV_TARGET { return 1; }
-            float4 main() : SV_TARGET { N::S s; s.a = 2; return s.twice() + other(); })",
+            float4 main() : SV_TARGET { S s; s.a = 2; return s.twice() + N::half_(2) + other(); })",
          ""},
         {onPixel,
          R"(void f(in float a, out float b, inout float c) { b = a; c += a; }
@@ -285,8 +287,12 @@ inline constexpr CorpusSource corpus[] = {
         {onPixel, "#if 1\nfloat4 main() : SV_TARGET { return 1; }", {}, true},
         {onPixel, "#error stop here\nfloat4 main() : SV_TARGET { return 1; }", {}, true},
         {onPixel, "float4 main() : SV_TARGET { /* never closed", {}, true},
-        {onGroup, "[numthreads(0, 1, 1)] void main() {}", {}, true},
-        {onGroup, "[numthreads(4096, 1, 1)] void main() {}", {}, true},
+        {onGroup,
+         "[numthreads(0, 1, 1)] void main() {}",
+         "a group of 0 x 1 x 1 threads, where 1 to 1024 are possible"},
+        {onGroup,
+         "[numthreads(4096, 1, 1)] void main() {}",
+         "a group of 4096 x 1 x 1 threads, where 1 to 1024 are possible"},
         {onGroup, "interface I { float f(); }; [numthreads(1, 1, 1)] void main() {}", {}, true},
 };
 

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <bitset>
+#include <charconv>
 #include <map>
 #include <optional>
 #include <set>
@@ -185,10 +186,14 @@ private:
         return type.getSampler().isImage() ? RESOURCE_CLASS::UAV : RESOURCE_CLASS::TEXTURE;
     }
 
+    /// The compiler gives an array without a count one that says nothing.
+    static bool isUnbounded(const TType& type) {
+        return type.isUnsizedArray() || type.isImplicitlySizedArray();
+    }
     /// Registers that a resource takes: one an element. 0 where nobody knows.
     static std::uint32_t registersOf(const TType& type) {
         if (!type.isArray()) return 1;
-        if (type.isUnsizedArray()) return 0;
+        if (isUnbounded(type)) return 0;
         return static_cast<std::uint32_t>(std::max(type.getCumulativeArraySize(), 0));
     }
     static bool hasNoBinding(const TType& type) { return type.getQualifier().isPushConstant(); }
@@ -271,6 +276,7 @@ private:
                                      binding,
                                      fileOf(entry),
                                      lineOf(entry),
+                                     isUnbounded(type),
                                      isByteAddress,
                                      isComparison});
     }
@@ -280,7 +286,24 @@ private:
         // What has none can only meet its like.
         if (semantic == nullptr) return fmt::format("@{}", nameOf(entry));
         std::string normalised = normalisedSemantic(semantic);
-        return normalised == "SV_POSITION" ? "POSITION" : normalised;
+        if (normalised == "SV_POSITION") return "POSITION";
+        return withElement(normalised, nameOf(entry));
+    }
+    /// The elements of an array are variables of their own, "uv[1]" and so on, which all have the
+    /// array's semantic; each has the next number.
+    static std::string withElement(const std::string& semantic, vlMemory::StringView name) {
+        const std::size_t bracket = name.find('[');
+        if (bracket == vlMemory::StringView::npos) return semantic;
+        const vlMemory::StringView element = name.substr(bracket);
+        std::uint32_t index = 0;
+        const auto read =
+                std::from_chars(element.data() + 1, element.data() + element.size(), index);
+        if (read.ptr + 1 != element.data() + element.size())
+            return fmt::format("{}{}", semantic, element);
+        const std::size_t digits = semantic.find_last_not_of("0123456789") + 1;
+        std::uint32_t first = 0;
+        std::from_chars(semantic.data() + digits, semantic.data() + semantic.size(), first);
+        return normalisedSemantic(fmt::format("{}{}", semantic.substr(0, digits), first + index));
     }
     static bool isVertexInput(EShLanguage language, const TVarEntryInfo& entry) {
         return language == EShLangVertex && entry.symbol->getQualifier().isPipeInput();
@@ -352,6 +375,46 @@ private:
     std::optional<ProgramDiagnostic> failure_;
 };
 
+/** Gives the bindings that a stage's textures got to their doubles. A texture that is sampled both
+ *  with and without comparison becomes two variables of one name, of which only one is mapped. */
+class DoubleBinder final : public glslang::TIntermTraverser {
+public:
+    void visitSymbol(glslang::TIntermSymbol* symbol) override {
+        if (symbol->getBasicType() != glslang::EbtSampler) return;
+        if (collects_)
+            collect(*symbol);
+        else
+            bind(*symbol);
+    }
+    void run(TIntermNode* root) {
+        for (const bool collects : {true, false}) {
+            collects_ = collects;
+            root->traverse(this);
+        }
+    }
+
+private:
+    /// What is mapped lies beyond the constant buffers' range.
+    static bool isMapped(const glslang::TIntermSymbol& symbol) {
+        return symbol.getQualifier().hasBinding() &&
+               symbol.getQualifier().layoutBinding >= BindingModel::registersPerClass;
+    }
+    void collect(const glslang::TIntermSymbol& symbol) {
+        if (isMapped(symbol)) mapped_[symbol.getName().c_str()] = symbol.getQualifier();
+    }
+    void bind(glslang::TIntermSymbol& symbol) const {
+        if (isMapped(symbol)) return;
+        const auto twin = mapped_.find(symbol.getName().c_str());
+        if (twin == mapped_.end()) return;
+        TQualifier& qualifier = symbol.getWritableType().getQualifier();
+        qualifier.layoutBinding = twin->second.layoutBinding;
+        qualifier.layoutSet = twin->second.layoutSet;
+    }
+
+    bool collects_ = true;
+    std::map<std::string, TQualifier> mapped_;
+};
+
 } // namespace
 
 std::string normalisedSemantic(vlMemory::StringView semantic) {
@@ -379,6 +442,10 @@ std::optional<ProgramDiagnostic> mapInterfaces(const std::vector<LinkedStage>& s
             if (resolver.failure()) return resolver.failure();
         }
         if (!answers) resolver.placeAll();
+    }
+    for (const LinkedStage& linked : stages) {
+        const glslang::TIntermediate* tree = linked.program->getIntermediate(linked.language);
+        if (tree != nullptr) DoubleBinder().run(tree->getTreeRoot());
     }
     into = resolver.take();
     return std::nullopt;

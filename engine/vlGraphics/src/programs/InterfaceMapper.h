@@ -2,14 +2,12 @@
 #include <vlGraphics/Program.h>
 #include <vlMemory/String.h>
 
+#include <glslang/Public/ShaderLang.h>
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
-
-namespace glslang {
-class TProgram;
-}
 
 namespace vlGraphics {
 
@@ -17,6 +15,7 @@ namespace vlGraphics {
 struct LinkedStage {
     SHADER_TYPE stage = SHADER_TYPE::VERTEX;
     glslang::TProgram* program = nullptr;
+    EShLanguage language = EShLangVertex;
 };
 
 /// Where a semantic was placed.
@@ -33,6 +32,7 @@ struct MappedResource {
     std::uint32_t binding = 0;
     std::string file; ///< as the compiler calls it; empty: the source itself
     std::uint32_t line = 1;
+    bool isUnbounded = false; ///< an array without a count
     bool isByteAddress = false;
     bool isComparison = false; ///< of a sampler
 };

@@ -117,18 +117,27 @@ private:
             found.space = decoration(resource, SpvDecorationDescriptorSet);
             mapped = mappedAt(found.space, binding);
         }
-        const std::string obstacle = ResourceTypes::describe(compiler_, kind, resource, found);
-        if (!obstacle.empty() && into_.obstacle.empty()) {
-            into_.obstacle = obstacle;
-            into_.obstacleStage = stage_;
-        }
+        std::string obstacle = ResourceTypes::describe(compiler_, kind, resource, found);
         if (mapped != nullptr) {
             if (mapped->isByteAddress && found.isBuffer)
                 found.shape = RESOURCE_SHAPE::BYTE_ADDRESS_BUFFER;
             if (found.shape == RESOURCE_SHAPE::SAMPLER) found.isComparison = mapped->isComparison;
+            if (mapped->isUnbounded) {
+                found.arrayCount = 0;
+                found.shape = RESOURCE_SHAPE::OTHER;
+                obstacle =
+                        fmt::format("'{}': an array without a count cannot be bound", found.name);
+            }
         }
+        setObstacle(obstacle);
         if (kind == SPVC_RESOURCE_TYPE_PUSH_CONSTANT) return std::nullopt;
         return merge(std::move(found), mapped);
+    }
+
+    void setObstacle(const std::string& text) {
+        if (text.empty() || !into_.obstacle.empty()) return;
+        into_.obstacle = text;
+        into_.obstacleStage = stage_;
     }
 
     static std::uint32_t endOf(const ReflectedResource& resource) {
@@ -234,6 +243,17 @@ private:
             into_.threadGroupSize[axis] = spvc_compiler_get_execution_mode_argument_by_index(
                     compiler_, SpvExecutionModeLocalSize, axis);
         }
+        // The language has no others, although the compiler takes them.
+        constexpr std::uint64_t maxThreads = 1024;
+        const auto& [x, y, z] = into_.threadGroupSize;
+        const bool isMore =
+                std::uint64_t{x} * y > maxThreads || std::uint64_t{x} * y * z > maxThreads;
+        if (isMore || x == 0 || y == 0 || z == 0)
+            setObstacle(fmt::format("a group of {} x {} x {} threads, where 1 to {} are possible",
+                                    x,
+                                    y,
+                                    z,
+                                    maxThreads));
     }
 
     SHADER_TYPE stage_;

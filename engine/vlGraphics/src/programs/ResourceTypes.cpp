@@ -95,14 +95,20 @@ public:
     Description(spvc_compiler compiler,
                 const spvc_reflected_resource& resource,
                 ReflectedResource& into)
-        : compiler_(compiler), type_(spvc_compiler_get_type_handle(compiler, resource.type_id)),
+        : compiler_(compiler), resourceId_(resource.id),
+          type_(spvc_compiler_get_type_handle(compiler, resource.type_id)),
           base_(spvc_compiler_get_type_handle(compiler, resource.base_type_id)), into_(into) {}
 
     std::string run(spvc_resource_type kind) {
+        // The variables of a tbuffer and of push constants have no names of their own.
+        if (StringView(spvc_compiler_get_name(compiler_, resourceId_)).empty())
+            into_.name = spvc_compiler_get_name(compiler_, spvc_type_get_base_type_id(base_));
         into_.arrayCount = elementCount(type_);
         std::string obstacle = runFor(kind);
         if (obstacle.empty() && into_.arrayCount == 0)
             obstacle = "an array without a count cannot be bound";
+        if (obstacle.empty() && spvc_type_get_num_array_dimensions(type_) > 1)
+            obstacle = "an array of arrays cannot be bound";
         if (obstacle.empty()) return obstacle;
         into_.shape = RESOURCE_SHAPE::OTHER;
         return fmt::format("'{}': {}", into_.name, obstacle);
@@ -205,6 +211,7 @@ private:
     }
 
     spvc_compiler compiler_;
+    spvc_variable_id resourceId_;
     spvc_type type_;
     spvc_type base_;
     ReflectedResource& into_;
@@ -218,6 +225,7 @@ std::string textOf(spvc_compiler compiler, spvc_type_id id) {
     std::string text;
     if (base == SPVC_BASETYPE_STRUCT) {
         text = spvc_compiler_get_name(compiler, spvc_type_get_base_type_id(type));
+        if (text.empty()) text = "struct";
     } else {
         text = baseName(base);
         const unsigned size = spvc_type_get_vector_size(type);
