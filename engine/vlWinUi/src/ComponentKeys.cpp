@@ -135,6 +135,8 @@ void setLanguage(LayoutText& text, const Node& object, vlMemory::StringView name
 
 void addTabs(LayoutText& text, const Node& object, vlMemory::StringView name, Component& to) {
     const auto tabs = text.elements(object, name);
+    // What is on its pages is the text's, so they are not the person's to move or close.
+    static_cast<TabWindow&>(to).setArrangeable(false);
     if (tabs.size() > LayoutText::MOST_TABS)
         text.fault(*object.find(name), "'{}' has more than {}", name, LayoutText::MOST_TABS);
     for (const Node& tab : tabs.first(std::min(tabs.size(), LayoutText::MOST_TABS))) {

@@ -102,7 +102,7 @@ bool LineDelegate::helpEvent(QHelpEvent* event,
     if (event->type() != QEvent::ToolTip || !index.isValid())
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     const QString text = index.data().toString();
-    const QString reason = index.data(ListModel::MarkReasonRole).toString();
+    const QString reason = index.data(ListModel::ReasonRole).toString();
     QString whole;
     if (option.fontMetrics.horizontalAdvance(text) > roomForText(option, index))
         whole = index.data(ListModel::LabelRole).toString();

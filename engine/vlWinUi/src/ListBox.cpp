@@ -60,6 +60,15 @@ bool ListBox::setEntryMark(vlMemory::StringView label, bool marked, vlMemory::St
     return index.has_value();
 }
 
+bool ListBox::setEntryEmphasis(vlMemory::StringView label,
+                               Emphasis emphasis,
+                               vlMemory::StringView reason) {
+    vlCommon::assertUiThread();
+    const auto index = find(label);
+    if (index) listOf(*this).model().setEmphasis(*index, emphasis, std::string(reason));
+    return index.has_value();
+}
+
 bool ListBox::isEntryMarked(vlMemory::StringView label) const {
     const auto index = find(label);
     return index && listOf(*this).model().isMarked(*index);

@@ -6,6 +6,11 @@
 
 namespace vlWinUi {
 
+QString ListModel::Item::reasons() const {
+    const char* between = reason.empty() || emphasisReason.empty() ? "" : "\n";
+    return toQt(emphasisReason + between + reason);
+}
+
 int ListModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(rows_.size());
 }
@@ -26,8 +31,8 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
         return entry.count < 2 ? line()
                                : QStringLiteral("%1, %2 times").arg(line()).arg(entry.count);
     case Qt::AccessibleDescriptionRole:
-        if (!item.marked) return {};
-        return item.reason.empty() ? QStringLiteral("Marked") : toQt(item.reason);
+        if (!item.reasons().isEmpty()) return item.reasons();
+        return item.marked ? QVariant(QStringLiteral("Marked")) : QVariant();
     case LabelRole:
         return toQt(entry.label);
     case EmphasisRole:
@@ -36,8 +41,8 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
         return row.begin == 0 ? entry.count : 1U;
     case MarkRole:
         return item.marked && row.begin == 0;
-    case MarkReasonRole:
-        return item.marked ? toQt(item.reason) : QString();
+    case ReasonRole:
+        return item.reasons();
     default:
         return {};
     }
@@ -57,7 +62,7 @@ void ListModel::add(ListEntry entry) {
     const std::uint64_t serial = nextSerial_++;
     if (labels_) labels_->add(entry.label, serial);
     serials_.push_back(serial);
-    items_.try_emplace(serial, Item{std::move(entry), false, {}});
+    items_.try_emplace(serial, Item{std::move(entry), false, {}, {}});
 }
 
 void ListModel::append(std::deque<ListEntry> entries) {
@@ -119,6 +124,13 @@ void ListModel::setMark(std::size_t entry, bool marked, std::string reason) {
     Item& changed = item(entry);
     changed.marked = marked;
     changed.reason = marked ? std::move(reason) : std::string();
+    tellChange(entry);
+}
+
+void ListModel::setEmphasis(std::size_t entry, Emphasis emphasis, std::string reason) {
+    Item& changed = item(entry);
+    changed.entry.emphasis = emphasis;
+    changed.emphasisReason = emphasis == Emphasis::None ? std::string() : std::move(reason);
     tellChange(entry);
 }
 

@@ -18,7 +18,7 @@ namespace vlWinUi {
  * costs next to nothing. */
 class ListModel final : public QAbstractListModel {
 public:
-    enum Role { EmphasisRole = Qt::UserRole, CountRole, LabelRole, MarkRole, MarkReasonRole };
+    enum Role { EmphasisRole = Qt::UserRole, CountRole, LabelRole, MarkRole, ReasonRole };
 
     using QAbstractListModel::QAbstractListModel;
 
@@ -36,6 +36,7 @@ public:
     bool rename(std::size_t entry, std::string label);
     void setCount(std::size_t entry, unsigned count);
     void setMark(std::size_t entry, bool marked, std::string reason);
+    void setEmphasis(std::size_t entry, Emphasis emphasis, std::string reason);
     bool isMarked(std::size_t entry) const { return item(entry).marked; }
     void reset(std::vector<ListEntry> entries);
     /// Only entries that contain it, whatever the case; an empty text leaves all.
@@ -52,7 +53,9 @@ private:
     struct Item {
         ListEntry entry;
         bool marked = false;
-        std::string reason; ///< of the mark
+        std::string reason;         ///< of the mark
+        std::string emphasisReason; ///< of the emphasis
+        QString reasons() const;
     };
     struct Row {
         std::uint64_t serial; ///< of the entry

@@ -149,6 +149,11 @@ TEST_F(ListBoxTest, AMarkStaysWithItsEntryAndSaysWhy) {
     const QModelIndex row = view.model()->index(0, 0);
     EXPECT_EQ(row.data(Qt::AccessibleDescriptionRole), "Not saved yet");
     const QImage marked = list.native().widget->grab().toImage();
+    EXPECT_TRUE(list.setEntryEmphasis("Sand", Emphasis::Error, "Does not hold"));
+    EXPECT_EQ(list.getEntry(0).emphasis, Emphasis::Error);
+    EXPECT_EQ(row.data(Qt::AccessibleDescriptionRole), "Does not hold\nNot saved yet");
+    list.setEntryEmphasis("Sand", Emphasis::None, "No reason");
+    EXPECT_EQ(row.data(Qt::AccessibleDescriptionRole), "Not saved yet");
     list.setEntryMark("Sand", false);
     EXPECT_FALSE(list.isEntryMarked("Sand"));
     EXPECT_FALSE(row.data(Qt::AccessibleDescriptionRole).isValid());

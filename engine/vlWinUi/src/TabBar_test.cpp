@@ -178,6 +178,37 @@ TEST_F(TabBarTest, TheMenuKeyReachesTheNearestThatHasAMenu) {
     EXPECT_EQ(ofPage, 1);
 }
 
+TEST_F(TabBarTest, TabsThatAreOnlyToBeChosenStayAsTheyAre) {
+    tabs->setArrangeable(false);
+    bool isClosed = false;
+    tabs->setTabCloseCallback([&](std::size_t) { isClosed = true; });
+    const auto before = labels();
+    drag(0, middleOf(2));
+    mouse(QEvent::MouseButtonPress, middleOf(1), Qt::MiddleButton);
+    mouse(QEvent::MouseButtonRelease, middleOf(1), Qt::MiddleButton);
+    mouse(QEvent::MouseButtonPress, middleOf(1));
+    mouse(QEvent::MouseButtonRelease, middleOf(1));
+    mouse(QEvent::MouseButtonDblClick, middleOf(1));
+    EXPECT_FALSE(tabs->isEditing());
+    EXPECT_FALSE(isClosed);
+    EXPECT_EQ(labels(), before);
+    EXPECT_EQ(tabs->getSelected(), 1U);
+}
+
+TEST_F(TabBarTest, AMarkedTabHasADotInItsColour) {
+    const auto picture = [&] { return bar().grab().toImage(); };
+    const QImage plain = picture();
+    tabs->setTabMark(1, true);
+    const QImage marked = picture();
+    tabs->setTabMark(1, true, Emphasis::Error);
+    EXPECT_TRUE(tabs->isTabMarked(1));
+    EXPECT_NE(picture(), marked);
+    EXPECT_NE(marked, plain);
+    tabs->setTabMark(1, false);
+    EXPECT_FALSE(tabs->isTabMarked(1));
+    EXPECT_EQ(picture(), plain);
+}
+
 TEST_F(TabBarTest, FocusGoesInsideAndIsTold) {
     auto& label = make<Static>("LABEL");
     label.setFocusable(true);

@@ -69,6 +69,23 @@ void TabWindow::setTabToolTip(std::size_t index, vlMemory::StringView text) {
     nativeAs<TabWindowNative>(*this).bar->setTabToolTip(static_cast<int>(index), toQt(text));
 }
 
+void TabWindow::setTabMark(std::size_t index, bool marked, Emphasis emphasis) {
+    auto& native = nativeAs<TabWindowNative>(*this);
+    if (!native.has(index)) return;
+    native.mark(static_cast<int>(index), marked ? std::optional(emphasis) : std::nullopt);
+}
+
+bool TabWindow::isTabMarked(std::size_t index) const {
+    const auto& native = nativeAs<TabWindowNative>(*this);
+    return native.has(index) && native.isMarked(static_cast<int>(index));
+}
+
+void TabWindow::setArrangeable(bool arrangeable) {
+    auto& native = nativeAs<TabWindowNative>(*this);
+    native.arrangeable = arrangeable;
+    native.bar->setTabsClosable(arrangeable);
+}
+
 void TabWindow::setTabFixed(std::size_t index) {
     auto& native = nativeAs<TabWindowNative>(*this);
     if (native.has(index)) native.fix(static_cast<int>(index));

@@ -1,6 +1,8 @@
 #include "TabWindowNative.h"
 
 #include "Call.h"
+#include "Registry.h"
+#include "Style.h"
 #include "Text.h"
 
 #include <vlWinUi/ComponentManager.h>
@@ -9,6 +11,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QVBoxLayout>
 #include <QWheelEvent>
 
@@ -18,10 +21,13 @@ namespace vlWinUi {
 namespace {
 
 constexpr const char* FIXED = "vlFixedTab";
-constexpr int LONGEST_LABEL = 200;  ///< characters that are taken
-constexpr int NARROWEST_FIELD = 90; ///< pixels
-constexpr int FIELD_ROOM = 24;      ///< around the text of the field, pixels
-constexpr int SHORTENED_TAB = 130;  ///< no tab is narrower for want of room, pixels
+constexpr const char* MARK = "vlTabMark"; ///< the emphasis of a marked tab's dot, as a number
+constexpr qreal MARK_SIZE = 6;            ///< across, pixels
+constexpr qreal MARK_INSET = 7;           ///< of its middle from the tab's right end, pixels
+constexpr int LONGEST_LABEL = 200;        ///< characters that are taken
+constexpr int NARROWEST_FIELD = 90;       ///< pixels
+constexpr int FIELD_ROOM = 24;            ///< around the text of the field, pixels
+constexpr int SHORTENED_TAB = 130;        ///< no tab is narrower for want of room, pixels
 
 /** Tabs that have no room scroll before their labels become unreadable. */
 class TabBar final : public QTabBar {
@@ -30,6 +36,29 @@ protected:
         QSize size = tabSizeHint(index);
         size.setWidth(std::min(size.width(), SHORTENED_TAB));
         return size;
+    }
+    void paintEvent(QPaintEvent* event) override {
+        QTabBar::paintEvent(event);
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        for (int i = 0; i < count(); ++i) {
+            const auto* page = static_cast<const QWidget*>(tabData(i).value<void*>());
+            const QVariant mark = page == nullptr ? QVariant() : page->property(MARK);
+            if (!mark.isValid()) continue;
+            painter.setBrush(colorOf(static_cast<Emphasis>(mark.toInt())));
+            const QRectF tab = tabRect(i);
+            painter.drawEllipse(QPointF(tab.right() - MARK_INSET, tab.center().y()),
+                                MARK_SIZE / 2,
+                                MARK_SIZE / 2);
+        }
+    }
+
+private:
+    static QColor colorOf(Emphasis emphasis) {
+        const Shades& shades = Registry::slot()->style->getShades();
+        if (emphasis == Emphasis::Error) return shades.error;
+        return emphasis == Emphasis::Warning ? shades.warning : shades.accent;
     }
 };
 
@@ -80,6 +109,18 @@ void TabWindowNative::fix(int index) {
     if (cross == nullptr) return;
     bar->setTabButton(index, QTabBar::RightSide, nullptr);
     cross->deleteLater();
+}
+
+void TabWindowNative::mark(int index, std::optional<Emphasis> emphasis) {
+    const QVariant mark = emphasis ? QVariant(static_cast<int>(*emphasis)) : QVariant();
+    QWidget* page = pageAt(index);
+    if (page->property(MARK) == mark) return;
+    page->setProperty(MARK, mark);
+    bar->update();
+}
+
+bool TabWindowNative::isMarked(int index) const {
+    return pageAt(index)->property(MARK).isValid();
 }
 
 void TabWindowNative::insert(int index, QWidget* page, const QString& label) {
@@ -136,7 +177,8 @@ bool TabWindowNative::handleBarMouse(QMouseEvent& event) {
     const bool down = event.type() != QEvent::MouseButtonRelease;
     const bool again = event.type() == QEvent::MouseButtonDblClick && page == pressed;
     const bool middle = event.button() == Qt::MiddleButton;
-    const bool closes = !down && middle && page != nullptr && page == pressed && !isFixed(tab);
+    const bool closes =
+            !down && middle && arrangeable && page != nullptr && page == pressed && !isFixed(tab);
     if (down) {
         pressed = page;
         pressedAt = at;
@@ -158,7 +200,7 @@ bool TabWindowNative::handleBarMouse(QMouseEvent& event) {
 /// tabs then do not flicker.
 void TabWindowNative::dragTo(const QPoint& at) {
     const int from = pressed == nullptr ? -1 : indexOf(pressed);
-    if (from < 0 || isFixed(from) || isEditing()) return;
+    if (from < 0 || isFixed(from) || isEditing() || !arrangeable) return;
     if (!dragging && (at - pressedAt).manhattanLength() < QApplication::startDragDistance()) return;
     dragging = true;
     const int to = bar->tabAt(QPoint(at.x(), bar->height() / 2));
@@ -221,7 +263,7 @@ void TabWindowNative::syncBar() {
 }
 
 void TabWindowNative::edit(int index) {
-    if (index < 0 || isFixed(index)) return;
+    if (index < 0 || isFixed(index) || !arrangeable) return;
     finishEdit(true);
     EditBox* edit = makeField();
     if (edit == nullptr) return;

@@ -28,12 +28,15 @@ struct TabWindowNative final : Native {
     /// The pages decide, the bar follows.
     void syncBar();
     void edit(int index);
+    void mark(int index, std::optional<Emphasis> emphasis);
+    bool isMarked(int index) const;
     bool isEditing() const { return !edited.isNull(); }
     /// To the neighbour that is not fixed, as a person; false when there is none.
     bool step(int by, bool around);
 
     QTabBar* bar = nullptr;
     QStackedWidget* pages = nullptr;
+    bool arrangeable = true;
     std::uint64_t nextPage = 0;
     std::function<bool(std::size_t, std::size_t)> switching;
     std::function<void(std::optional<std::size_t>, const ClickEvent&)> clicked;

@@ -29,6 +29,10 @@ public:
     /// it. False when no entry has that label.
     bool setEntryMark(vlMemory::StringView label, bool marked, vlMemory::StringView reason = {});
     bool isEntryMarked(vlMemory::StringView label) const;
+    /// Has the line stand out, likewise.
+    bool setEntryEmphasis(vlMemory::StringView label,
+                          Emphasis emphasis,
+                          vlMemory::StringView reason = {});
     /// What was selected stays so where its label is found again; no entry is marked.
     void setEntries(std::vector<ListEntry> entries);
     /// Adds a line as a log does: one like the last only raises that one's count. What comes in one

@@ -1,5 +1,6 @@
 #pragma once
 #include <vlWinUi/Component.h>
+#include <vlWinUi/ListEntry.h>
 #include <vlWinUi/Window.h>
 
 #include <optional>
@@ -9,7 +10,8 @@ namespace vlWinUi {
 /** Pages behind tabs; one is in view. A page is a Window that the tab window makes (its name, then
  *  "_TAB_" and a number that is never used again). The person may move tabs by dragging, rename
  * them in place by a double click or F2 (the edit is the EditBox of the tab window's name, then
- * "_RENAME") and ask for their end by their cross or the middle button. UI thread only. */
+ * "_RENAME") and ask for their end by their cross or the middle button, unless the tabs are fixed
+ * as those of a layout text. UI thread only. */
 class TabWindow final : public Component {
 public:
     static constexpr ComponentType TYPE = ComponentType::TabWindow;
@@ -28,6 +30,12 @@ public:
     Window* detachTab(std::size_t index);
     void renameTab(std::size_t index, vlMemory::StringView label);
     void setTabToolTip(std::size_t index, vlMemory::StringView text);
+    /// Paints a dot beside the tab's label, in the colour of the emphasis.
+    void setTabMark(std::size_t index, bool marked, Emphasis emphasis = Emphasis::None);
+    bool isTabMarked(std::size_t index) const;
+    /// Whether the person may move, rename and close tabs, or only choose among them. They may at
+    /// first.
+    void setArrangeable(bool arrangeable);
     /// The person can neither move, rename nor close it, has no other tab pass it, and the keyboard
     /// and the wheel step over it.
     void setTabFixed(std::size_t index);
