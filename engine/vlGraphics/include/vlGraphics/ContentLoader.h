@@ -11,6 +11,10 @@
 #include <tuple>
 #include <vector>
 
+namespace vlResources {
+class FileBatch;
+}
+
 namespace vlGraphics {
 
 /** What a declaration file gave: the resources that were made or filled, by kind, and one line for
@@ -135,6 +139,14 @@ public:
     /// ".lua" in the extension's place: both are written or neither.
     template <class T>
     static vlCommon::Result<> saveObjectDeclaration(const T& resource, vlMemory::StringView path);
+    /// Together with further files, by absolute paths, such as those that the declaration refers
+    /// to: all or none.
+    template <class T>
+    static vlCommon::Result<> saveObjectDeclaration(const T& resource,
+                                                    vlMemory::StringView path,
+                                                    const vlResources::FileBatch& beside);
+    /// What the file of a stage is called in a folder of a program's sources.
+    static vlMemory::StringView getStageFile(SHADER_TYPE stage);
     /// "rasterStates": the member of a declaration file that lists resources of the kind.
     template <class T> static vlMemory::StringView getListName();
 };

@@ -231,7 +231,9 @@ vlCommon::Result<> KindLoader<T>::fill(T& resource,
     template vlCommon::Result<> vlGraphics::ContentLoader::fillFromDeclaration(                    \
             T&, const vlExport::Node&, vlMemory::StringView);                                      \
     template vlCommon::Result<> vlGraphics::ContentLoader::saveObjectDeclaration(                  \
-            const T&, vlMemory::StringView)
+            const T&, vlMemory::StringView);                                                       \
+    template vlCommon::Result<> vlGraphics::ContentLoader::saveObjectDeclaration(                  \
+            const T&, vlMemory::StringView, const vlResources::FileBatch&)
 
 namespace vlGraphics {
 
@@ -266,9 +268,16 @@ vlCommon::Result<> ContentLoader::fillFromDeclaration(T& resource,
 template <class T>
 vlCommon::Result<> ContentLoader::saveObjectDeclaration(const T& resource,
                                                         vlMemory::StringView path) {
+    return saveObjectDeclaration(resource, path, vlResources::FileBatch());
+}
+
+template <class T>
+vlCommon::Result<> ContentLoader::saveObjectDeclaration(const T& resource,
+                                                        vlMemory::StringView path,
+                                                        const vlResources::FileBatch& beside) {
     const vlMemory::String absolute = absoluteDeclarationPath(path);
     vlExport::Node declaration = getDeclaration(resource, folderOf(absolute));
-    vlResources::FileBatch files;
+    vlResources::FileBatch files = beside;
     if constexpr (requires { Declared<T>::splitOff(declaration, absolute, files); }) {
         if (auto split = Declared<T>::splitOff(declaration, absolute, files); !split) {
             return vlCommon::fail(fmt::format(

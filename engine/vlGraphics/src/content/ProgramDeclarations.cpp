@@ -3,6 +3,7 @@
 #include "programs/StageNames.h"
 #include "resources/EnumTexts.h"
 
+#include <vlMemory/Utf8.h>
 #include <vlResources/ResourceManager.h>
 
 #include <algorithm>
@@ -15,14 +16,8 @@ namespace {
 
 constexpr std::size_t mostSourceBytes = std::size_t{1} << 24U; ///< of one stage
 
-/// What the files of a program's folder are called.
-constexpr std::array<vlMemory::StringView, shaderTypeCount> stageFiles{"vertexShader.hlsl",
-                                                                       "hullShader.hlsl",
-                                                                       "domainShader.hlsl",
-                                                                       "geometryShader.hlsl",
-                                                                       "pixelShader.hlsl",
-                                                                       "computeShader.hlsl",
-                                                                       "raytraceShader.hlsl"};
+/// Stands in the declaration where the others are in files: its file is no copy of its source.
+constexpr SHADER_TYPE inlineStage = SHADER_TYPE::RAYTRACING;
 
 struct StageValues {
     SHADER_TYPE stage = SHADER_TYPE::VERTEX;
@@ -46,6 +41,11 @@ template <class Archive, class V> void describeStage(Archive& archive, V& values
     }
 }
 
+vlMemory::StringView withoutByteOrderMark(vlMemory::StringView text) {
+    constexpr vlMemory::StringView mark = "\xEF\xBB\xBF";
+    return text.starts_with(mark) ? text.substr(mark.size()) : text;
+}
+
 /// Reads the stage's file; the answer is the folder it belongs to when it is called as the files of
 /// a program's folder are, and empty otherwise.
 vlCommon::Result<vlMemory::String> readStage(StageValues& values,
@@ -54,13 +54,26 @@ vlCommon::Result<vlMemory::String> readStage(StageValues& values,
     if (!path) return tl::unexpected(path.error());
     const auto bytes = vlResources::ResourceManager::getInstance().readFile(*path, mostSourceBytes);
     if (!bytes) return tl::unexpected(bytes.error());
-    values.source = bytes->text();
+    values.source = withoutByteOrderMark(bytes->text());
+    if (vlMemory::findInvalidUtf8(values.source) != vlMemory::StringView::npos)
+        return vlCommon::fail(fmt::format("'{}': the text is not valid UTF-8", values.file));
     const std::filesystem::path file(*path);
-    const auto wanted = stageFiles[static_cast<std::size_t>(values.stage)];
+    const auto wanted = ContentLoader::getStageFile(values.stage);
     return file.filename().string() == wanted ? file.parent_path().string() : vlMemory::String();
 }
 
 } // namespace
+
+vlMemory::StringView ContentLoader::getStageFile(SHADER_TYPE stage) {
+    constexpr std::array<vlMemory::StringView, shaderTypeCount> files{"vertexShader.hlsl",
+                                                                      "hullShader.hlsl",
+                                                                      "domainShader.hlsl",
+                                                                      "geometryShader.hlsl",
+                                                                      "pixelShader.hlsl",
+                                                                      "computeShader.hlsl",
+                                                                      "raytraceShader.hlsl"};
+    return files[static_cast<std::size_t>(stage)];
+}
 
 template <> struct Declared<Program> {
     using Manager = ProgramManager;
@@ -89,8 +102,8 @@ template <> struct Declared<Program> {
             StageValues one{stage, {}, {}, program.getMemory().getDefineMacros(stage)};
             const vlMemory::String& source = program.getMemory().getMemory(stage);
             if (source.empty() && one.macros.empty()) continue;
-            if (refers && !source.empty()) {
-                const auto name = stageFiles[static_cast<std::size_t>(stage)];
+            if (refers && !source.empty() && stage != inlineStage) {
+                const auto name = ContentLoader::getStageFile(stage);
                 one.file = folders.refer(fmt::format("{}/{}", program.getFolder(), name));
             } else {
                 one.source = source;
@@ -115,7 +128,7 @@ template <> struct Declared<Program> {
             known = true;
             const bool inText = !stage.source.empty();
             if (stage.file.empty()) {
-                together = together && !inText;
+                together = together && (!inText || stage.stage == inlineStage);
                 continue;
             }
             auto folder = readStage(stage, folders);
