@@ -10,6 +10,9 @@ class FrameRenderer {
 public:
     virtual ~FrameRenderer() = default;
 
+    /// Takes over what the engine's own threads have finished. Once a turn, also when nothing is
+    /// drawn.
+    virtual void beginTurn() = 0;
     /// Grows with every change that could alter a picture.
     virtual std::uint64_t getChangeCount() const = 0;
     /// Makes the window the one that the next frame draws. False when there is nothing to draw

@@ -27,6 +27,7 @@ void GraphicsLoop::run(StopToken& token) {
 
 std::size_t GraphicsLoop::turn() {
     MessageOrchestrator::getInstance().drainGraphics();
+    renderer_.beginTurn();
     handler_.getRenderingScript().run(handler_.getScriptEnvironment());
     std::size_t drawnCount = 0;
     for (EngineHandler::Registration& entry : handler_.getWindows()) {

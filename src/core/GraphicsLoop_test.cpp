@@ -30,6 +30,7 @@ struct FakeWindow final : RenderWindow {
 };
 
 struct FakeRenderer final : FrameRenderer {
+    void beginTurn() override { ++turns; }
     std::uint64_t getChangeCount() const override { return changes; }
     bool tick(const RenderWindow& window) override {
         if (&window == withoutContext) return false;
@@ -45,6 +46,7 @@ struct FakeRenderer final : FrameRenderer {
     void endFrame() override { steps.emplace_back("end"); }
     void endWork() override { steps.emplace_back("endWork"); }
 
+    int turns = 0;
     std::uint64_t changes = 1;
     const RenderWindow* withoutContext = nullptr;
     std::function<void()> whileDrawing;
@@ -138,6 +140,10 @@ TEST_F(GraphicsLoopTest, AWindowThatNobodySeesIsPassedOverUntilItIsSeen) {
     handler.setUpdate(one, true);
     one.drawable = false;
     EXPECT_THAT(drawnInATurn(), ElementsAre(&two));
+    two.drawable = false;
+    const int before = renderer.turns;
+    EXPECT_THAT(drawnInATurn(), IsEmpty());
+    EXPECT_EQ(renderer.turns, before + 1) << "work is taken over without a picture, too";
     one.drawable = true;
     EXPECT_THAT(drawnInATurn(), ElementsAre(&one));
 }

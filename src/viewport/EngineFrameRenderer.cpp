@@ -5,6 +5,7 @@
 
 #include <vlGraphics/ChangeCount.h>
 #include <vlGraphics/Compositor.h>
+#include <vlGraphics/Program.h>
 #include <vlGraphics/RenderContext.h>
 #include <vlGraphics/System.h>
 
@@ -19,6 +20,10 @@ vlGraphics::Renderer& renderer() {
 
 std::uint64_t EngineFrameRenderer::getChangeCount() const {
     return vlGraphics::ChangeCount::get();
+}
+
+void EngineFrameRenderer::beginTurn() {
+    vlGraphics::ProgramManager::getInstance()->adoptFinished();
 }
 
 bool EngineFrameRenderer::tick(const RenderWindow& window) {

@@ -6,6 +6,7 @@ namespace vlEditor {
 /** Draws frames with the engine. Every window given to it is an EngineSurfaceState. */
 class EngineFrameRenderer final : public FrameRenderer {
 public:
+    void beginTurn() override;
     std::uint64_t getChangeCount() const override;
     bool tick(const RenderWindow& window) override;
     void beginFrame() override;
