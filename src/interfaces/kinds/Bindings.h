@@ -101,32 +101,59 @@ public:
 
     /// A source text. What is typed is posted after a pause, and before anything else is asked for.
     template <ResourceEdit Edit> void code(const std::string& suffix, Edit edit) {
-        const auto post =
-                [edit](const void* record, const std::string& name, const std::string& text) {
-                    if (ResourceUiDataTracker<Kind>::getInstance().get(name) != record) return;
-                    Edit each = edit;
-                    each.value = text;
-                    ResourceEditMessage<Edit> message(name, each);
-                    // Not that of an action that the text is posted before.
-                    message.gesture = History::nextGesture();
-                    postToGraphics(std::move(message));
-                };
-        const auto row = std::make_shared<CodeRow>(base_ + suffix, post);
-        rows_.push_back([row, read = valueOf(edit)](Records records, bool) mutable {
+        code(suffix, std::vector<Edit>{std::move(edit)});
+    }
+    /// Several source texts of a resource in one widget, an edit for each. What it returns shows
+    /// the one of that index, from 0, and may be called as long as the window lives. An edit's
+    /// value is a text, or there are `codeText(value)` and `readCode(text, value)` beside its type.
+    template <ResourceEdit Edit>
+    std::function<void(std::size_t)> code(const std::string& suffix, std::vector<Edit> edits) {
+        const auto post = [edits](const void* record,
+                                  std::size_t part,
+                                  const std::string& name,
+                                  const std::string& text) {
+            if (ResourceUiDataTracker<Kind>::getInstance().get(name) != record) return;
+            Edit each = edits[part];
+            setCode(text, each.value);
+            ResourceEditMessage<Edit> message(name, each);
+            // Not that of an action that the text is posted before.
+            message.gesture = History::nextGesture();
+            postToGraphics(std::move(message));
+        };
+        const auto normal = [](const std::string& text) {
+            Edit each;
+            setCode(text, each.value);
+            return codeOf(each.value);
+        };
+        const auto row = std::make_shared<CodeRow>(base_ + suffix, post, normal);
+        const auto show = [row, edits](Records records) {
+            const auto textOf = [&edits](const Record& record, std::size_t part) {
+                Edit each = edits[part];
+                each.readFrom(record);
+                return codeOf(each.value);
+            };
             if (records.size() == 1) {
-                row->show(*records.front(), records.front()->name, read(*records.front()));
+                const Record& record = *records.front();
+                row->show(record, record.name, [&](std::size_t part) {
+                    return textOf(record, part);
+                });
                 return;
             }
             std::optional<std::string> text;
             bool isMixed = false;
             for (const Record* record : records) {
-                const std::string each = read(*record);
+                const std::string each = textOf(*record, row->getPart());
                 isMixed = isMixed || (text && *text != each);
                 text = each;
             }
-            row->showReadOnly(text.value_or(std::string()), isMixed);
-        });
+            row->showReadOnly(isMixed ? std::nullopt : std::optional(text.value_or(std::string())));
+        };
+        rows_.push_back([show](Records records, bool) { show(records); });
         forget_.push_back([row](const Record& record) { row->forget(record); });
+        return [this, row, show](std::size_t part) {
+            row->setPart(part);
+            show(selectedRecords());
+        };
     }
 
     /// A row of another make: shows what `read` says of the selected resources, null where none is.
@@ -176,6 +203,28 @@ private:
     using Records = std::span<const Record* const>;
     /// Whether the row shows what it last got; false makes it show the next in any case.
     using Known = std::shared_ptr<bool>;
+
+    std::vector<const Record*> selectedRecords() const {
+        std::vector<const Record*> records;
+        for (const std::string& name : selection_()) {
+            const Record* record = ResourceUiDataTracker<Kind>::getInstance().get(name);
+            if (record != nullptr) records.push_back(record);
+        }
+        return records;
+    }
+
+    template <class Value> static std::string codeOf(const Value& value) {
+        if constexpr (std::is_same_v<Value, std::string>)
+            return value;
+        else
+            return codeText(value);
+    }
+    template <class Value> static void setCode(const std::string& text, Value& value) {
+        if constexpr (std::is_same_v<Value, std::string>)
+            value = text;
+        else
+            readCode(text, value);
+    }
 
     template <class Edit> static auto valueOf(const Edit& edit) {
         return [each = Edit(edit)](const Record& record) mutable {

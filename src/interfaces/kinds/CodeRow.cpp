@@ -8,6 +8,7 @@
 #include <vlWinUi/System.h>
 
 #include <algorithm>
+#include <iterator>
 
 namespace vlEditor {
 namespace {
@@ -22,8 +23,8 @@ CodeEdit* find(const std::string& component) {
 
 } // namespace
 
-CodeRow::CodeRow(std::string component, Post post)
-    : component_(std::move(component)), post_(std::move(post)) {
+CodeRow::CodeRow(std::string component, Post post, Normal normal)
+    : component_(std::move(component)), post_(std::move(post)), normal_(std::move(normal)) {
     CodeEdit* edit = find(component_);
     if (edit == nullptr) {
         EditorLogger::getInstance().log("The layout lacks '" + component_ + "'.", "Editor");
@@ -49,30 +50,55 @@ CodeRow::~CodeRow() {
     flush();
 }
 
-void CodeRow::showReadOnly(const std::string& text, bool isMixed) {
+void CodeRow::showReadOnly(const std::optional<std::string>& text) {
     flush();
     release();
-    put(isMixed ? std::string() : text, true, isMixed);
+    put(text.value_or(std::string()), true, !text);
 }
 
-void CodeRow::showOf(const void* record, const std::string& name, const std::string& text) {
+void CodeRow::setPart(Part part) {
+    flush();
+    part_ = part;
+}
+
+void CodeRow::showOf(const void* record, const std::string& name, const Texts& texts) {
     if (record != record_) {
         flush();
         release();
         record_ = record;
     }
     name_ = name;
-    const auto home = std::find(posted_.begin(), posted_.end(), text);
-    if (home != posted_.end()) posted_.erase(posted_.begin(), home + 1);
-    if (!isTyped_ && posted_.empty()) put(text, false, false);
+    takeHome(texts);
+    if (isTyped_) return;
+    const auto posted = posted_.find(part_);
+    if (posted == posted_.end())
+        put(texts(part_), false, false);
+    else if (shownPart_ != part_)
+        put(posted->second.back(), false, false);
+}
+
+/// What the resource has of what was posted is not on its way any more.
+void CodeRow::takeHome(const Texts& texts) {
+    for (auto part = posted_.begin(); part != posted_.end();) {
+        std::deque<std::string>& posted = part->second;
+        const auto home = std::find(posted.begin(), posted.end(), texts(part->first));
+        if (home != posted.end()) posted.erase(posted.begin(), home + 1);
+        part = posted.empty() ? posted_.erase(part) : std::next(part);
+    }
 }
 
 void CodeRow::put(const std::string& text, bool isReadOnly, bool isMixed) {
+    shownPart_ = part_;
     CodeEdit* edit = find(component_);
     if (edit == nullptr) return;
-    if (edit->getText() != text) edit->setText(text);
+    const std::string shown = edit->getText();
+    if (shown != text && normal(shown) != text) edit->setText(text);
     edit->setReadOnly(isReadOnly);
     edit->setPlaceHolder(isMixed ? "Mixed values" : "");
+}
+
+std::string CodeRow::normal(const std::string& typed) const {
+    return normal_ ? normal_(typed) : typed;
 }
 
 void CodeRow::release() {
@@ -86,8 +112,9 @@ void CodeRow::flush() {
     CodeEdit* edit = find(component_);
     if (!isTyped_ || edit == nullptr) return;
     isTyped_ = false;
-    posted_.push_back(edit->getText());
-    post_(record_, name_, posted_.back());
+    const std::string typed = edit->getText();
+    posted_[shownPart_].push_back(normal(typed));
+    post_(record_, shownPart_, name_, typed);
 }
 
 void CodeRow::onChange() {

@@ -11,6 +11,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <optional>
 
 namespace vlEditor {
@@ -24,6 +25,7 @@ using vlWinUi::ComponentManager;
 struct Source {
     std::string name;
     std::string text;
+    std::string second = {};
 };
 
 class CodeRowTest : public testing::Test {
@@ -42,9 +44,14 @@ protected:
         window.setLayout(std::move(grid));
         window.load();
         vlWinUi::System::settle();
-        row.emplace("CODE", [this](const void*, const std::string& name, const std::string& text) {
-            posted.push_back(name + ": " + text);
-        });
+        row.emplace("CODE",
+                    [this](const void*,
+                           CodeRow::Part part,
+                           const std::string& name,
+                           const std::string& text) {
+                        const char* mark = part == 0 ? ": " : " (second): ";
+                        posted.push_back(name + mark + text);
+                    });
         show(a);
     }
     ~CodeRowTest() override {
@@ -52,7 +59,15 @@ protected:
         EditorLogger::destroyInstance();
         vlWinUi::System::kill();
     }
-    void show(const Source& source) { row->show(source, source.name, source.text); }
+    void show(const Source& source) {
+        row->show(source, source.name, [&](CodeRow::Part part) {
+            return part == 0 ? source.text : source.second;
+        });
+    }
+    void showPart(CodeRow::Part part, const Source& source) {
+        row->setPart(part);
+        show(source);
+    }
     /// False when the field is read-only.
     static bool type(std::string_view text, std::string_view component = "CODE") {
         std::optional<bool> done;
@@ -123,18 +138,60 @@ TEST_F(CodeRowTest, TypingOutlastsARenameAndEndsWithItsResource) {
     EXPECT_THAT(posted, ElementsAre("a2: x"));
     type("y");
     row->forget(a);
-    row->showReadOnly({}, false);
+    row->showReadOnly("");
     EXPECT_EQ(posted.size(), 1U);
     EXPECT_FALSE(type("z"));
 }
 
+TEST_F(CodeRowTest, EachPartGetsWhatWasTypedForIt) {
+    a.second = "other";
+    type("x");
+    showPart(1, a);
+    EXPECT_THAT(posted, ElementsAre("a: x"));
+    EXPECT_EQ(edit->getText(), "other");
+    type("y");
+    showPart(0, a);
+    EXPECT_EQ(posted.back(), "a (second): y");
+    EXPECT_EQ(edit->getText(), "x") << "it is on its way yet";
+    a.text = "x";
+    a.second = "y";
+    show(a);
+    a.text = "changed elsewhere";
+    show(a);
+    EXPECT_EQ(edit->getText(), "changed elsewhere");
+    showPart(1, a);
+    EXPECT_EQ(edit->getText(), "y");
+}
+
+TEST_F(CodeRowTest, WhatMeansTheSameStaysAsItWasTyped) {
+    const auto upper = [](std::string text) {
+        std::ranges::transform(text, text.begin(), [](char c) { return c == 'x' ? 'X' : c; });
+        return text;
+    };
+    std::vector<std::string> typed;
+    const auto post = [&](const void*, CodeRow::Part, const std::string&, const std::string& text) {
+        typed.push_back(text);
+    };
+    row.emplace("CODE", post, upper);
+    show(a);
+    type("ax");
+    row->flush();
+    EXPECT_THAT(typed, ElementsAre("ax"));
+    a.text = "aX";
+    show(a);
+    EXPECT_EQ(edit->getText(), "ax");
+    a.text = "b";
+    show(a);
+    EXPECT_EQ(edit->getText(), "b");
+}
+
 TEST_F(CodeRowTest, SeveralAreShownAndNotTyped) {
     type("x");
-    row->showReadOnly("two", true);
+    row->showReadOnly(std::nullopt);
     EXPECT_THAT(posted, ElementsAre("a: x"));
     EXPECT_EQ(edit->getText(), "");
     EXPECT_FALSE(type("y"));
-    row->showReadOnly("two", false);
+    row->showReadOnly("two");
     EXPECT_EQ(edit->getText(), "two");
     show(b);
     EXPECT_TRUE(type("y"));

@@ -44,16 +44,21 @@ template <class Kind> bool mayChange(const typename Kind::Engine& engine) {
 }
 
 /// Runs a change, which returns void or a Result, and makes the device side anew. What fails is
-/// logged.
+/// logged; false says that the change did.
 template <class Kind, class Change>
-void changeResource(typename Kind::Engine& engine, Change change) {
+bool changeResource(typename Kind::Engine& engine, Change change) {
+    bool isChanged = true;
     if constexpr (Kind::hooks.reload == Reload::aroundChange) engine.unload();
-    if constexpr (std::is_void_v<decltype(change())>)
+    if constexpr (std::is_void_v<decltype(change())>) {
         change();
-    else
-        logFailure(change());
+    } else {
+        const vlCommon::Result<> changed = change();
+        logFailure(changed);
+        isChanged = changed.has_value();
+    }
     if constexpr (Kind::hooks.reload == Reload::afterChange) engine.unload();
     if constexpr (Kind::hooks.reload != Reload::never) logFailure(engine.load());
+    return isChanged;
 }
 
 /// The same for one that was just made: it is loaded then, whatever its kind.

@@ -165,6 +165,7 @@ void push(const typename Kind::Record& record, typename Kind::Engine& engine) {
  *  - `applyTo(engine)` makes it; it may return a Result, whose error is logged.
  *  - `readFrom(record)` fills it from how the resource is now, to be shown in a widget.
  *  - `applyTo(record)`, where it has one, brings what only the UI's side knows up to date.
+ *  - `onMade(record)`, where it has one, is called on the UI thread after an edit that went well.
  *  Its members() are those of its message, behind the name. */
 template <class E>
 concept ResourceEdit = std::copyable<E> && requires(E edit,

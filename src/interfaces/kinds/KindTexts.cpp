@@ -23,7 +23,13 @@ std::string couldNotSaveLine(const KindTexts& texts, std::string_view name, std:
     return fmt::format("Could not save {} '{}' to file '{}'. Aborting.", texts.thing(), name, path);
 }
 
+std::string notSavedLine(const KindTexts& texts, std::string_view name, std::string_view path) {
+    return texts.notSaved.empty() ? couldNotSaveLine(texts, name, path)
+                                  : std::string(texts.notSaved);
+}
+
 std::string savedLine(const KindTexts& texts, std::string_view name, std::string_view path) {
+    if (!texts.saved.empty()) return std::string(texts.saved);
     return fmt::format("Saved {} '{}' to {}.", texts.thing(), name, path);
 }
 

@@ -27,6 +27,8 @@ struct KindTexts {
     std::string_view deleteEnd = "'.\nAre you sure ?";
     std::string_view renameButton = "_NAME_OK";
     std::string_view saveButton = "_SAVE";
+    std::string_view saved = {};    ///< the whole line, where it is not made of the subject
+    std::string_view notSaved = {}; ///< likewise; it stands behind the one that says why
     /// Lines such as "Blend state created : a." are logged; failures always are.
     bool tellsSuccess = true;
 
@@ -39,6 +41,8 @@ struct KindTexts {
 // The lines that every kind logs.
 std::string couldNotCreateLine(const KindTexts& texts, std::string_view name);
 std::string couldNotSaveLine(const KindTexts& texts, std::string_view name, std::string_view path);
+/// What is told of saving that failed: couldNotSaveLine() unless the kind says otherwise.
+std::string notSavedLine(const KindTexts& texts, std::string_view name, std::string_view path);
 std::string savedLine(const KindTexts& texts, std::string_view name, std::string_view path);
 std::string alreadyExistsLine(const KindTexts& texts, std::string_view name);
 std::string createdLine(const KindTexts& texts, std::string_view name);

@@ -23,7 +23,7 @@ public:
         if (!mayChange<Kind>(*engine)) return;
         ResourceEditMessage outcome = *this;
         outcome.change.before = mementoOf<Kind>(*engine);
-        changeResource<Kind>(*engine, [&] { return edit.applyTo(*engine); });
+        outcome.isMade = changeResource<Kind>(*engine, [&] { return edit.applyTo(*engine); });
         outcome.change.setAfter(*engine);
         postToUi(std::move(outcome));
     }
@@ -38,6 +38,9 @@ public:
             *record = std::move(*change.record);
         recordStep<Kind>(gesture, std::move(change.before), std::move(change.after));
         tracker.notifyUpdated(name);
+        if constexpr (requires { edit.onMade(*record); }) {
+            if (isMade) edit.onMade(*record);
+        }
     }
 
     static constexpr auto members() {
@@ -48,6 +51,7 @@ public:
     std::string name;
     Edit edit;
     ResourceChange<Kind> change; ///< on its way back
+    bool isMade = false;         ///< on its way back: the edit did not fail
 };
 
 } // namespace vlEditor

@@ -23,6 +23,8 @@ namespace vlEditor {
 enum class Reload : std::uint8_t {
     afterChange,
     aroundChange,
+    /// Only made anew: what there was stays in use until that is done.
+    inPlace,
     never ///< what is loaded stays until a person asks for more
 };
 
@@ -34,6 +36,9 @@ template <class Engine> struct KindHooks {
     vlGraphics::DeclarationLoadResult (*load)(vlMemory::StringView path, bool load) = nullptr;
     /// After the editor made a resource. Graphics thread.
     void (*created)(Engine& fresh) = nullptr;
+    /// Writes it to a file, relative to the working directory where it lies inside, in place of the
+    /// declaration alone. Graphics thread.
+    vlCommon::Result<> (*save)(Engine& resource, const std::string& path) = nullptr;
     /// Makes of the chosen path, which is not empty, the one that is saved to. UI thread.
     std::string (*savePath)(std::string chosen) = nullptr;
 };

@@ -180,14 +180,12 @@ public:
         : name(std::move(resource)), path(std::move(file)) {}
 
     void runOnGraphicsThread() override {
-        const auto* engine = managerOf<Kind>().createOrRetrieve(name);
+        auto* engine = managerOf<Kind>().createOrRetrieve(name);
         vlCommon::Result<> saved = vlCommon::fail(couldNotCreateLine(Kind::texts, name));
-        if (engine != nullptr)
-            saved = vlGraphics::ContentLoader::saveObjectDeclaration(*engine,
-                                                                     fromWorkingDirectory(path));
+        if (engine != nullptr) saved = save(*engine, fromWorkingDirectory(path));
         if (!saved) {
             logFailure(saved);
-            postToUi(LogMessage(couldNotSaveLine(Kind::texts, name, path)));
+            postToUi(LogMessage(notSavedLine(Kind::texts, name, path)));
             return;
         }
         if (Kind::texts.tellsSuccess) postToUi(LogMessage(savedLine(Kind::texts, name, path)));
@@ -211,6 +209,14 @@ public:
     std::string name;
     std::string path;
     std::optional<typename Kind::Record> record; ///< on its way back: what was saved
+
+private:
+    static vlCommon::Result<> save(typename Kind::Engine& engine, const std::string& file) {
+        if constexpr (isHooked<Kind::hooks.save>)
+            return Kind::hooks.save(engine, file);
+        else
+            return vlGraphics::ContentLoader::saveObjectDeclaration(engine, file);
+    }
 };
 
 /** Tells the UI of resources that have come together, with a project. They are as their files hold
