@@ -281,9 +281,9 @@ TEST_P(KindContract, WhatCannotBeLoadedOrSavedGivesItsLineAndChangesNothing) {
     }
     std::filesystem::create_directory(path(file("folder")));
     save("a", file("folder"));
-    EXPECT_EQ(lines().back(), told(couldNotSaveLine(texts(), "a", path(file("folder")))));
+    EXPECT_EQ(lines().back(), told(notSavedLine(texts(), "a", path(file("folder")))));
     save("a", "nowhere/" + file("x"));
-    EXPECT_EQ(lines().back(), told(couldNotSaveLine(texts(), "a", path("nowhere/" + file("x")))));
+    EXPECT_EQ(lines().back(), told(notSavedLine(texts(), "a", path("nowhere/" + file("x")))));
     EXPECT_EQ(state(), before);
 }
 

@@ -1,0 +1,145 @@
+#include "editors/shader_program/ShaderProgramKind.h"
+
+#include "core/EditorLogger.h"
+#include "editors/shader_program/DefaultSources.h"
+
+#include <vlGraphics/StructToString.h>
+#include <vlResources/FileBatch.h>
+#include <vlResources/ResourceManager.h>
+
+#include <fmt/format.h>
+
+namespace vlEditor {
+namespace {
+
+using vlGraphics::ContentLoader;
+using vlGraphics::Program;
+using vlGraphics::ProgramSourcesHolder;
+using vlGraphics::SHADER_TYPE;
+
+/// The sources without what an undo does not lead back to.
+vlExport::Node settingsOf(const ShaderProgramMemento& memento) {
+    vlExport::Node settings = memento.declaration;
+    settings.remove("folder");
+    return settings;
+}
+
+/// Where a declaration's program has its sources. Fails for a name that no folder can have.
+vlCommon::Result<std::string> sourcesFolder(const Program& program, const std::string& path) {
+    const std::string name = program.getName() + "_src";
+    if (name.find('/') != std::string::npos) {
+        return vlCommon::fail(fmt::format("{}: no folder for its sources can be called '{}'",
+                                          thingNamed(ShaderProgramKind::texts, program.getName()),
+                                          name));
+    }
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string::npos ? name : path.substr(0, slash + 1) + name;
+}
+
+vlResources::FileBatch sourceFiles(const ProgramSourcesHolder& sources, const std::string& folder) {
+    const std::string absolute =
+            vlResources::ResourceManager::getInstance().getAbsoluteFromWorkingDir(folder);
+    vlResources::FileBatch files;
+    for (std::uint32_t i = 0; i < programStageCount; ++i) {
+        const auto stage = static_cast<SHADER_TYPE>(i);
+        if (sources.getMemory(stage).empty()) continue;
+        // The ray tracing file holds the compute text, and none where that is empty.
+        const bool isRaytracing = stage == SHADER_TYPE::RAYTRACING;
+        const auto written = isRaytracing ? SHADER_TYPE::COMPUTE : stage;
+        const vlMemory::String& text = sources.getMemory(written);
+        if (isRaytracing && text.empty()) continue;
+        files.add(fmt::format("{}/{}", absolute, ContentLoader::getStageFile(stage)), text);
+    }
+    return files;
+}
+
+/// Whether a declaration at that path can refer to files of the folder.
+bool isBeside(const std::string& folder, const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string::npos ? !folder.starts_with('/')
+                                      : folder.starts_with(path.substr(0, slash + 1));
+}
+
+constexpr std::array<const char*, 4> registerLetters{"b", "t", "s", "u"};
+
+} // namespace
+
+std::string_view stageLabel(std::uint32_t stage) {
+    constexpr PerStage<std::string_view> labels{
+            "Vertex", "Hull", "Domain", "Geometry", "Pixel", "Compute", "Raytracing"};
+    return labels.at(stage);
+}
+
+bool operator==(const ShaderProgramMemento& a, const ShaderProgramMemento& b) {
+    return a.name == b.name && settingsOf(a) == settingsOf(b);
+}
+
+PerStage<std::string> ShaderProgramKind::sourcesOf(const Program& program) {
+    PerStage<std::string> sources;
+    for (std::uint32_t stage = 0; stage < programStageCount; ++stage)
+        sources[stage] = program.getMemory().getMemory(static_cast<SHADER_TYPE>(stage));
+    return sources;
+}
+
+PerStage<ShaderProgramMacroList> ShaderProgramKind::macrosOf(const Program& program) {
+    PerStage<ShaderProgramMacroList> macros;
+    for (std::uint32_t i = 0; i < programStageCount; ++i) {
+        for (const auto& each : program.getMemory().getDefineMacros(static_cast<SHADER_TYPE>(i)))
+            macros[i].push_back({each.name, each.value});
+    }
+    return macros;
+}
+
+std::vector<ShaderProgramDiagnostic> ShaderProgramKind::diagnosticsOf(const Program& program) {
+    std::vector<ShaderProgramDiagnostic> diagnostics;
+    for (const auto& each : program.getLastCompilationResult().getDiagnostics()) {
+        const auto stage = static_cast<std::uint32_t>(each.stage);
+        diagnostics.push_back({stage, each.file, each.line, each.text});
+    }
+    return diagnostics;
+}
+
+std::vector<ShaderProgramResource> ShaderProgramKind::resourcesOf(const Program& program) {
+    std::vector<ShaderProgramResource> resources;
+    for (const auto& each : program.getReflection().resources) {
+        const char* letter = registerLetters.at(static_cast<std::size_t>(each.resourceClass));
+        resources.push_back({letter, each.slot, each.space, each.name, each.byteSize});
+    }
+    return resources;
+}
+
+std::vector<std::string> ShaderProgramKind::includedFilesOf(const Program& program) {
+    const auto& files = program.getIncludedFiles();
+    return {files.begin(), files.end()};
+}
+
+void ShaderProgramKind::makeFresh(Program& program) {
+    program.setType(vlGraphics::PROGRAM_TYPE::PIPELINE);
+    program.setFromMemory(defaultSources(vlGraphics::PROGRAM_TYPE::PIPELINE));
+}
+
+vlCommon::Result<> ShaderProgramKind::save(Program& program, const std::string& path) {
+    const auto folder = sourcesFolder(program, path);
+    if (!folder) return tl::unexpected(folder.error());
+    const std::string before = program.getFolder();
+    if (before.empty() || !isBeside(before, path)) program.setFromFiles(*folder);
+    auto saved = ContentLoader::saveObjectDeclaration(
+            program, path, sourceFiles(program.getMemory(), *folder));
+    if (!saved) program.setFromFiles(before);
+    return saved;
+}
+
+std::string ShaderProgramKind::savePath(std::string chosen) {
+    const std::string ending = "." + std::string(texts.extension);
+    if (!chosen.ends_with(ending)) chosen += ending;
+    EditorLogger::getInstance().log("Saving Shader program file : " + chosen, "Save");
+    return chosen;
+}
+
+std::string ShaderProgramKind::faultOf(const ShaderProgramRecord& record) {
+    if (!record.failed) return {};
+    return fmt::format(
+            "It does not compile: {} stage, {}", stageLabel(record.failedStage), record.failure);
+}
+
+} // namespace vlEditor
