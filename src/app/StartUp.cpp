@@ -13,6 +13,8 @@
 #include "core/MessageOrchestrator.h"
 #include "core/WorkerPool.h"
 #include "editors/AllKinds.h"
+#include "editors/shader_program/ProgramFiles.h"
+#include "editors/shader_program/ShaderProgramMessages.h"
 #include "interfaces/CommonWindowInit.h"
 #include "interfaces/InterfaceContainerCreator.h"
 #include "interfaces/LogInterfaceCreator.h"
@@ -90,6 +92,13 @@ bool prepareEngine() {
     return made ? true : refuse(made.error().message);
 }
 
+/// From now on windows say what the log would.
+void followPrograms() {
+    ProgramFiles::getInstance();
+    vlGraphics::ProgramManager::getInstance()->setCompiledCallback(
+            [](vlGraphics::Program& program) { tellProgramCompiled(program); });
+}
+
 void createViews(const CommandLine& commandLine) {
     MainWindow& mainWindow = MainWindow::getInstance();
     LayoutFile::setEnabled(commandLine.keepsLayout);
@@ -125,6 +134,7 @@ bool StartUp::run(const CommandLine& commandLine) {
     PickLists::getInstance().createFirstGroup();
     Configuration::load();
     registerInterfaces();
+    followPrograms();
     createViews(commandLine);
     RenderingPropertyWindow::create();
     PickLists::getInstance().createSecondGroup();

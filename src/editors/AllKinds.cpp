@@ -12,7 +12,8 @@ std::span<const AnyKind* const> allKinds() {
                                   &rasterStateKind(),
                                   &samplerKind(),
                                   &cameraKind(),
-                                  &scriptKind()};
+                                  &scriptKind(),
+                                  &shaderProgramKind()};
     return kinds;
 }
 

@@ -13,6 +13,7 @@ const AnyKind& rasterStateKind();
 const AnyKind& samplerKind();
 const AnyKind& cameraKind();
 const AnyKind& scriptKind();
+const AnyKind& shaderProgramKind();
 
 /// Every kind of resource that has an editor. What one refers to comes before it.
 std::span<const AnyKind* const> allKinds();

@@ -89,6 +89,16 @@ protected:
             random.fillNumbers(base());
             click(widget);
         }
+        answer();
+    }
+    /// What a widget asks before it acts: questions with yes, and for no file.
+    void answer() const {
+        if (vlWinUi::Notificator::isOpen())
+            KindTest::use([](auto done) { Automation::confirm(true, done); });
+        bool isDone = false;
+        Automation::choose("", [&](const auto&) { isDone = true; });
+        while (!isDone)
+            vlWinUi::System::processEvents();
     }
     /// Another edit of the resource that is selected.
     void editAtRandom(RandomUse& random) const {
@@ -300,9 +310,9 @@ TEST_P(KindContract, WhatGoesWhileItsFileIsChosenDoesNotComeBack) {
 
 TEST_P(KindContract, LoadsWhatIsGoodOfAFaultyFile) {
     create("a");
+    const std::string good = declaration("a");
     save("a", file("a"));
     const std::string list = listName(file("a"));
-    std::string good = declaration("a");
     const auto named = [&](const std::string& name) {
         std::string one = good;
         one.replace(one.find("\"a\""), 3, '"' + name + '"');

@@ -31,7 +31,6 @@ void listResources(const vlKestrion::ProjectLoadResult& loaded) {
         kind->adopt(resources);
     // Kinds without an editor are only offered by their pick lists.
     list("RENDER_QUEUE_POP_UP_LIST", resources.getRenderQueues());
-    list("SHADER_PROGRAM_POP_UP_LIST", resources.getPrograms());
     list("SHADER_POP_UP_LIST", resources.getShaders());
     list("TEXTURE_POP_UP_LIST", resources.getTextures());
     list("MESH_POP_UP_LIST", resources.getMeshes());

@@ -145,6 +145,19 @@ TEST(Automation, ScriptsAreWrittenRunAndFollowedByWidget) {
         keep(pictureOf(folder.path() / (std::string(name) + ".png")), name);
 }
 
+TEST(Automation, ShaderProgramsAreWrittenCompiledAndSavedByWidget) {
+    const Folder folder;
+    fs::copy(source("samples/gallery"), folder.path(), fs::copy_options::recursive);
+    const std::string script = source("tests/program/shader_program.lua").string();
+    expectGood(run(folder.path(), {"--run", script, "--headless", "gallery.vls"}, noDisplay));
+    EXPECT_EQ(textOf(folder.path() / "fresh_src/pixelShader.hlsl").size(), 199U);
+    for (const char* name : {"shader_program_720",
+                             "shader_program_1080",
+                             "shader_program_light_720",
+                             "shader_program_light_1080"})
+        keep(pictureOf(folder.path() / (std::string(name) + ".png")), name);
+}
+
 TEST(Automation, CamerasAreEditedAndSeenAtOnce) {
     const std::string script = source("tests/program/camera.lua").string();
     for (const bool headless : {false, true}) {

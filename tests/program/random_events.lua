@@ -58,6 +58,9 @@ local kinds = {
      {"_FILL_COMBO", "_CULL_COMBO", "_SCISSOR_CHECK", "_DEPTH_BIAS_EDIT", "_DEPTH_BIAS_BUTTON"}},
     {12, "EDITOR_SAMPLER_", "SAMPLER_CREATION",
      {"_FILTER_COMBO", "_ADDRESS_COMBO_W", "_LOD_LEVELS_MIN_EDIT", "_LOD_LEVELS_OK", "_BORDER_OK"}},
+    {15, "EDITOR_SHADER_PROG_", "SHADER_PROGRAM_CREATION",
+     {"_SOURCES_EDIT", "_MACROS_EDIT", "_COMPILE", "_COMPUTE_CHECK", "_RAYTRACING_CHECK",
+      "_PIPELINE_CHECK", "_SOURCES_FETCH", "_STAGES_TABS", "_PROBLEMS_LIST", "_FILE_RELOAD"}},
     {14, "EDITOR_SCRIPT_", "SCRIPT_CREATION",
      {"_SOURCE_EDIT", "_COMPILE_BUTTON", "_RUN_BUTTON", "_RENDERING_BUTTON", "_RENDERING_CLEAR"}},
 }
@@ -68,7 +71,8 @@ local texts = {"", "0", "1", "3.5", "-7", "300", "99999999999", "abc", "return 1
 local function useWidget(name)
     if name:find("_CHECK$") or name:find("_ENABLE_%d$") then
         try(ui.click, name)
-    elseif name:find("COMBO") or name:find("_EDIT_%d$") then
+    elseif name:find("COMBO") or name:find("_EDIT_%d$") or name:find("_TABS$") or
+        name:find("_PROBLEMS_LIST$") then
         local items = ui.items(name)
         if #items > 0 then try(ui.select, name, any(items)) end
     elseif name:find("_EDIT") then

@@ -20,7 +20,7 @@ using vlGraphics::SHADER_TYPE;
 /// The sources without what an undo does not lead back to.
 vlExport::Node settingsOf(const ShaderProgramMemento& memento) {
     vlExport::Node settings = memento.declaration;
-    settings.remove("folder");
+    ShaderProgramKind::detach(settings);
     return settings;
 }
 
@@ -122,9 +122,10 @@ vlCommon::Result<> ShaderProgramKind::save(Program& program, const std::string& 
     const auto folder = sourcesFolder(program, path);
     if (!folder) return tl::unexpected(folder.error());
     const std::string before = program.getFolder();
-    if (before.empty() || !isBeside(before, path)) program.setFromFiles(*folder);
-    auto saved = ContentLoader::saveObjectDeclaration(
-            program, path, sourceFiles(program.getMemory(), *folder));
+    const auto files = sourceFiles(program.getMemory(), *folder);
+    const bool belongs = !before.empty() && isBeside(before, path);
+    if (files.size() != 0 && !belongs) program.setFromFiles(*folder);
+    auto saved = ContentLoader::saveObjectDeclaration(program, path, files);
     if (!saved) program.setFromFiles(before);
     return saved;
 }

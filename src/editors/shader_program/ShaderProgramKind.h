@@ -106,6 +106,8 @@ struct ShaderProgramKind {
     static vlCommon::Result<> save(Engine& program, const std::string& path);
     /// With the kind's extension, and a line in the log.
     static std::string savePath(std::string chosen);
+    /// A copy's sources belong into no files.
+    static void detach(vlExport::Node& declaration) { declaration.remove("folder"); }
     /// Why the program is worth a look; empty where it compiled.
     static std::string faultOf(const Record& record);
 

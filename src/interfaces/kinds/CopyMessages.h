@@ -62,8 +62,10 @@ public:
         if (engine == nullptr) return;
         using Loader = vlGraphics::ContentLoader;
         CopyResourceMessage outcome = *this;
+        vlExport::Node declaration = Loader::getDeclaration(*engine, {});
+        if constexpr (requires { Kind::detach(declaration); }) Kind::detach(declaration);
         outcome.text = declarationText(Loader::getListName<typename Kind::Engine>(),
-                                       Loader::getDeclaration(*engine, {}));
+                                       std::move(declaration));
         postToUi(std::move(outcome));
     }
     void runOnUiThread() override {

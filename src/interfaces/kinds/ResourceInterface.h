@@ -34,6 +34,7 @@ public:
         window_.setEntries(std::move(entries));
         for (const Record* record : tracker.inOrder()) {
             if (tracker.isChanged(record->name)) window_.setChanged(record->name, true);
+            showFault(*record);
         }
         tracker.registerListener(*this);
         showSelected(true);
@@ -50,6 +51,7 @@ public:
     void onResourceAdded(const Record& record) override {
         window_.addEntry(record.name, &record);
         window_.setChanged(record.name, Tracker::getInstance().isChanged(record.name));
+        showFault(record);
     }
     void onResourceErased(const Record& record) override {
         bindings_.forget(record);
@@ -68,6 +70,7 @@ public:
     }
     void onResourceUpdated(const Record& record) override {
         window_.setChanged(record.name, Tracker::getInstance().isChanged(record.name));
+        showFault(record);
         resourceChanged(record.name);
     }
     void onResourcesCleared() override {
@@ -76,6 +79,10 @@ public:
     }
 
 private:
+    void showFault(const Record& record) {
+        if constexpr (requires { Kind::faultOf(record); })
+            window_.setFault(record.name, Kind::faultOf(record));
+    }
     void refresh(bool isAnew) { refresh(isAnew, window_.areSeveralSelected()); }
     /// Of several selected resources each change would show all of them once more.
     void refresh(bool isAnew, bool isOfSeveral) {

@@ -4,7 +4,12 @@
 //  - `Engine` and `Manager`, the engine's class and who owns its resources by name;
 //  - `texts`, `hooks` and `fields`;
 //  - `static KindLayout layout()` and `static void bind(Bindings<K##Kind>&)`;
-//  - `static void registerMessages(MessageRegistry&)` where it has messages beside its edits.
+//  - `static void registerMessages(MessageRegistry&)` where it has messages beside its edits;
+//  - `static void detach(vlExport::Node& declaration)` where a memento says more than a file may:
+//  it
+//    is put right to be copied;
+//  - `static std::string faultOf(const Record&)` where something may be wrong with a resource that
+//    a person should see from afar: why, or nothing.
 // Everything else in this folder is written once over this description.
 #include "interfaces/LayoutTemplate.h"
 #include "interfaces/kinds/Fields.h"

@@ -133,6 +133,11 @@ void ResourceWindow::setChanged(const std::string& name, bool isChanged) {
     list().setEntryMark(name, isChanged, changedReason);
 }
 
+void ResourceWindow::setFault(const std::string& name, const std::string& fault) {
+    const auto emphasis = fault.empty() ? vlWinUi::Emphasis::None : vlWinUi::Emphasis::Error;
+    list().setEntryEmphasis(name, emphasis, fault);
+}
+
 std::vector<std::string> ResourceWindow::getSelectedNames() const {
     return selectedIn(base_);
 }

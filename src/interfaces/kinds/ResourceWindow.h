@@ -34,6 +34,8 @@ public:
     void clearEntries();
     /// Marks a resource that no file holds as it is now.
     void setChanged(const std::string& name, bool isChanged);
+    /// Has a resource stand out that something is wrong with; empty: nothing is.
+    void setFault(const std::string& name, const std::string& fault);
 
     std::vector<std::string> getSelectedNames() const;
     bool isSelected(const std::string& name) const;

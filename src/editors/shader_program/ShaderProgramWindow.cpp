@@ -1,0 +1,318 @@
+#include "editors/shader_program/ShaderProgramWindow.h"
+
+#include <vlGraphics/StructToString.h>
+#include <vlResources/ResourceManager.h>
+#include <vlWinUi/Button.h>
+#include <vlWinUi/CheckBox.h>
+#include <vlWinUi/ComponentManager.h>
+#include <vlWinUi/FileExplorer.h>
+#include <vlWinUi/ListBox.h>
+#include <vlWinUi/MultiLineEdit.h>
+#include <vlWinUi/Notificator.h>
+#include <vlWinUi/Static.h>
+#include <vlWinUi/TabWindow.h>
+
+#include <fmt/format.h>
+
+namespace vlEditor {
+namespace {
+
+using vlWinUi::Button;
+using vlWinUi::CheckBox;
+using vlWinUi::CodeEdit;
+using vlWinUi::ComponentManager;
+using vlWinUi::Emphasis;
+using vlWinUi::ListBox;
+using vlWinUi::TabWindow;
+using Names = Bindings<ShaderProgramKind>::Names;
+
+/// By the engine's PROGRAM_TYPE, from 1 on.
+constexpr std::array<std::string_view, 4> typeChecks{
+        "_PIPELINE_CHECK", "_GEOMETRY_CHECK", "_COMPUTE_CHECK", "_RAYTRACING_CHECK"};
+
+vlWinUi::FileExplorer& sourceExplorer() {
+    constexpr const char* name = "EDITOR_SHADER_PROGRAM_FROM_FILE_EXPLO";
+    const bool isNew = ComponentManager::get(name) == nullptr;
+    auto& files = *ComponentManager::createOrRetrieve<vlWinUi::FileExplorer>(name);
+    if (!isNew) return files;
+    files.setText("Open a stage's source");
+    files.setMode(vlWinUi::FileExplorer::Mode::Open);
+    files.addFilter("HLSL", "hlsl");
+    files.setFollowSelfDir(true);
+    files.setCurrentDir(vlResources::ResourceManager::getInstance().getWorkingPathAbsolute());
+    return files;
+}
+
+std::string logOf(const ShaderProgramRecord& record) {
+    if (record.failed) {
+        return fmt::format("Shader compilation error at stage {} : \n{}",
+                           vlGraphics::StructToString::getShaderTypeString(record.failedStage),
+                           record.failure);
+    }
+    return record.isUsable ? "Compilation went fine." : "";
+}
+
+std::string placeOf(const ShaderProgramDiagnostic& problem) {
+    const std::string stage(stageLabel(problem.stage));
+    return problem.file.empty() ? fmt::format("{}, line {}", stage, problem.line)
+                                : fmt::format("{}, {}:{}", stage, problem.file, problem.line);
+}
+
+/// "b0  PassBuffer  128 bytes"
+std::string lineOf(const ShaderProgramResource& resource) {
+    std::string line = fmt::format("{}{}", resource.letter, resource.slot);
+    if (resource.space != 0) line += fmt::format(", space{}", resource.space);
+    line += "  " + resource.name;
+    if (resource.byteSize != 0) line += fmt::format("  ({} bytes)", resource.byteSize);
+    return line;
+}
+
+std::string quoted(const Names& names) {
+    return fmt::format("'{}'", fmt::join(names, "', '"));
+}
+
+} // namespace
+
+template <class Widget> Widget& ShaderProgramWindow::widget(std::string_view suffix) const {
+    return *ComponentManager::createOrRetrieve<Widget>(bindings_.getBase() + std::string(suffix));
+}
+
+void ShaderProgramWindow::bind(Bindings<ShaderProgramKind>& bindings) {
+    const auto window = std::make_shared<ShaderProgramWindow>(bindings);
+    bindings.keep(window);
+    window->bindTypes();
+    window->bindStages();
+    window->bindButtons();
+    window->show(nullptr);
+}
+
+ShaderProgramWindow::ShaderProgramWindow(Bindings<ShaderProgramKind>& bindings)
+    : bindings_(bindings) {
+}
+
+ShaderProgramWindow::Report ShaderProgramWindow::reportOf(const ShaderProgramRecord& record) {
+    Report report;
+    for (std::uint32_t stage = 0; stage < programStageCount; ++stage) {
+        report.hasSource[stage] = !record.sources[stage].empty();
+        const StageFile* file = ProgramFiles::hasInstance()
+                                        ? ProgramFiles::getInstance().find(record.name, stage)
+                                        : nullptr;
+        // Its text is no matter here.
+        if (file != nullptr) report.files[stage] = {file->path, {}, file->isAhead};
+    }
+    report.isCompiling = record.isCompiling;
+    report.isUsable = record.isUsable;
+    report.log = logOf(record);
+    report.diagnostics = record.diagnostics;
+    report.resources = record.resources;
+    report.macros = record.macros;
+    return report;
+}
+
+void ShaderProgramWindow::bindTypes() {
+    const auto self = weak_from_this();
+    for (std::uint32_t i = 0; i < typeChecks.size(); ++i) {
+        auto& box = widget<CheckBox>(typeChecks[i]);
+        box.setCheckCallback([self, &box, type = i + 1](bool) {
+            // It is what it says once the engine says so.
+            box.setChecked(false);
+            if (const auto window = self.lock()) window->askForType(type, box);
+        });
+    }
+    bindings_.row<std::uint32_t>([](const ShaderProgramRecord& record) { return record.type; },
+                                 [self](const std::uint32_t* type, bool isMixed) {
+                                     const auto window = self.lock();
+                                     if (!window) return;
+                                     for (std::uint32_t i = 0; i < typeChecks.size(); ++i) {
+                                         const bool isIt =
+                                                 type != nullptr && !isMixed && *type == i + 1;
+                                         auto& box = window->widget<CheckBox>(typeChecks[i]);
+                                         box.setChecked(isIt);
+                                         box.setEnabled(!isIt, "The program is of this type.");
+                                     }
+                                 });
+}
+
+void ShaderProgramWindow::askForType(std::uint32_t type, vlWinUi::Component& anchor) {
+    const Names names = bindings_.selectedNames();
+    if (names.empty()) return;
+    const std::string question =
+            fmt::format("Changing {} to another shader program type. This will reset its "
+                        "sources.\nAre you sure ?",
+                        quoted(names));
+    vlWinUi::Notificator::confirm(question, anchor, [names, type] {
+        const History::Scope gesture;
+        for (const std::string& name : names) {
+            const auto* record = ShaderProgramUiDataTracker::getInstance().get(name);
+            if (record != nullptr && record->type != type)
+                postByUser(ChangeShaderProgramTypeMessage(name, {type}));
+        }
+    });
+}
+
+void ShaderProgramWindow::bindStages() {
+    const auto self = weak_from_this();
+    std::vector<ShaderProgramSource> sources;
+    std::vector<ShaderProgramMacros> macros;
+    for (std::uint32_t stage = 0; stage < programStageCount; ++stage) {
+        sources.push_back({{}, stage});
+        macros.push_back({{}, stage});
+    }
+    showSource_ = bindings_.code("_SOURCES_EDIT", sources);
+    showMacros_ = bindings_.code("_MACROS_EDIT", macros);
+    widget<TabWindow>("_STAGES_TABS").setTabSwitchCallback([self](std::size_t, std::size_t to) {
+        if (const auto window = self.lock()) window->showStage(static_cast<std::uint32_t>(to));
+        return true;
+    });
+    bindings_.row<Report>(reportOf, [self](const Report* report, bool isMixed) {
+        if (const auto window = self.lock()) window->show(isMixed ? nullptr : report);
+    });
+}
+
+void ShaderProgramWindow::bindButtons() {
+    const auto self = weak_from_this();
+    widget<vlWinUi::MultiLineEdit>("_LOG_EDIT").setReadOnly(true);
+    bindings_.button("_COMPILE", [](const Names& names) {
+        for (const std::string& name : names)
+            postByUser(CompileShaderProgramSourcesMessage(name, {}));
+    });
+    bindings_.button("_SOURCES_FETCH", [self](const Names&) {
+        if (const auto window = self.lock()) window->openFile();
+    });
+    bindings_.button("_FILE_RELOAD", [self](const Names&) {
+        if (const auto window = self.lock()) window->reloadFile();
+    });
+    const auto jump = [self](std::size_t problem) {
+        if (const auto window = self.lock()) window->jumpTo(problem);
+    };
+    auto& problems = widget<ListBox>("_PROBLEMS_LIST");
+    problems.setPlaceHolder("No problems");
+    problems.setSelectionCallback([jump](std::optional<std::size_t> problem) {
+        if (problem) jump(*problem);
+    });
+    problems.setActivationCallback(jump);
+    widget<ListBox>("_RESOURCES_LIST").setPlaceHolder("None that is used");
+}
+
+void ShaderProgramWindow::openFile() {
+    const Names names = bindings_.selectedNames();
+    sourceExplorer().open([names, stage = stage_](const std::string& path) {
+        const History::Scope gesture;
+        for (const std::string& name : names) {
+            // It may have gone while the file was being chosen; loading would make it anew.
+            if (ShaderProgramUiDataTracker::getInstance().get(name) != nullptr)
+                postByUser(LoadShaderProgramSourcesMessage(name, {stage, path}));
+        }
+    });
+}
+
+void ShaderProgramWindow::reloadFile() {
+    const std::string path = report_.files[stage_].path;
+    if (path.empty()) return;
+    const History::Scope gesture;
+    for (const std::string& name : bindings_.selectedNames())
+        postByUser(LoadShaderProgramSourcesMessage(name, {stage_, path}));
+}
+
+void ShaderProgramWindow::show(const Report* report) {
+    isShown_ = report != nullptr;
+    report_ = report != nullptr ? *report : Report();
+    showTabs();
+    showOutcome();
+    showProblems();
+    showMarks();
+    showFile();
+    std::vector<vlWinUi::ListEntry> lines;
+    for (const ShaderProgramResource& resource : report_.resources)
+        lines.push_back({lineOf(resource), {}});
+    widget<ListBox>("_RESOURCES_LIST").setEntries(std::move(lines));
+}
+
+void ShaderProgramWindow::showStage(std::uint32_t stage) {
+    stage_ = stage;
+    showSource_(stage);
+    showMacros_(stage);
+    showMarks();
+    showFile();
+}
+
+void ShaderProgramWindow::showTabs() {
+    auto& tabs = widget<TabWindow>("_STAGES_TABS");
+    PerStage<std::size_t> problems{};
+    for (const ShaderProgramDiagnostic& problem : report_.diagnostics)
+        ++problems.at(problem.stage);
+    for (std::uint32_t stage = 0; stage < programStageCount; ++stage) {
+        const bool isWrong = problems[stage] != 0;
+        tabs.setTabMark(stage,
+                        isWrong || report_.hasSource[stage],
+                        isWrong ? Emphasis::Error : Emphasis::None);
+        tabs.setTabToolTip(stage,
+                           isWrong                    ? "The stage does not compile."
+                           : report_.hasSource[stage] ? "The stage has a source."
+                                                      : "The stage is empty.");
+    }
+}
+
+void ShaderProgramWindow::showOutcome() {
+    widget<vlWinUi::MultiLineEdit>("_LOG_EDIT").setText(report_.log);
+    const std::size_t count = report_.diagnostics.size();
+    std::string status;
+    if (report_.isCompiling)
+        status = "Compiling...";
+    else if (count != 0)
+        status = count == 1 ? "1 problem" : fmt::format("{} problems", count);
+    else if (report_.isUsable)
+        status = "Compiled";
+    auto& label = widget<vlWinUi::Static>("_STATUS_LABEL");
+    label.setText(status);
+    label.setToolTip(count != 0 && report_.isUsable
+                             ? "What was compiled last without a problem is drawn with until then."
+                             : "");
+}
+
+void ShaderProgramWindow::showProblems() {
+    std::vector<vlWinUi::ListEntry> lines;
+    for (const ShaderProgramDiagnostic& problem : report_.diagnostics)
+        lines.push_back({placeOf(problem) + ": " + problem.text, {}, Emphasis::Error});
+    widget<ListBox>("_PROBLEMS_LIST").setEntries(std::move(lines));
+}
+
+/// What the source of the stage is marked with, and what it may name.
+void ShaderProgramWindow::showMarks() {
+    std::vector<vlWinUi::CodeProblem> marks;
+    for (const ShaderProgramDiagnostic& problem : report_.diagnostics) {
+        if (problem.stage == stage_ && problem.file.empty())
+            marks.push_back({.line = problem.line, .message = problem.text});
+    }
+    std::vector<std::string> words;
+    for (const ShaderProgramResource& resource : report_.resources)
+        words.push_back(resource.name);
+    for (const ShaderProgramMacro& macro : report_.macros[stage_])
+        words.push_back(macro.name);
+    auto& edit = widget<CodeEdit>("_SOURCES_EDIT");
+    edit.setProblems(std::move(marks));
+    edit.setCompletions(std::move(words));
+}
+
+void ShaderProgramWindow::showFile() {
+    const StageFile& file = report_.files[stage_];
+    auto& label = widget<vlWinUi::Static>("_FILE_LABEL");
+    const std::string text = file.isAhead ? file.path + " has changed on disk, too" : file.path;
+    label.setText(text);
+    label.setToolTip(text);
+    widget<Button>("_FILE_RELOAD")
+            .setEnabled(!file.path.empty(), "This source was not read from a file.");
+}
+
+void ShaderProgramWindow::jumpTo(std::size_t problem) {
+    if (problem >= report_.diagnostics.size()) return;
+    const ShaderProgramDiagnostic place = report_.diagnostics[problem];
+    widget<TabWindow>("_STAGES_TABS").select(place.stage);
+    showStage(place.stage);
+    widget<ListBox>("_PROBLEMS_LIST").select(problem);
+    auto& edit = widget<CodeEdit>("_SOURCES_EDIT");
+    if (place.file.empty()) edit.goToLine(place.line);
+    edit.focusWindow();
+}
+
+} // namespace vlEditor

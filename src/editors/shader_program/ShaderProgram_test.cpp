@@ -1,0 +1,329 @@
+#include "editors/KindTest.h"
+#include "editors/shader_program/ProgramFiles.h"
+#include "editors/shader_program/ShaderProgramMessages.h"
+
+#include <vlWinUi/CheckBox.h>
+#include <vlWinUi/Clipboard.h>
+#include <vlWinUi/CodeEdit.h>
+#include <vlWinUi/Notificator.h>
+#include <vlWinUi/TabWindow.h>
+
+#include <chrono>
+#include <thread>
+
+namespace vlEditor {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using vlGraphics::PROGRAM_TYPE;
+using vlGraphics::SHADER_TYPE;
+using vlWinUi::ComponentManager;
+
+constexpr std::array<const char*, 4> typeChecks{
+        "_PIPELINE_CHECK", "_GEOMETRY_CHECK", "_COMPUTE_CHECK", "_RAYTRACING_CHECK"};
+
+/** A window of shader programs whose compilations are told as in the editor, and whose files are
+ *  followed. */
+class ShaderProgramEditor : public KindTest {
+protected:
+    ShaderProgramEditor() {
+        programs().setCompiledCallback(
+                [](vlGraphics::Program& program) { tellProgramCompiled(program); });
+        ProgramFiles::getInstance();
+        create("p");
+        compile();
+    }
+    ~ShaderProgramEditor() override {
+        ProgramFiles::destroyInstance();
+        programs().setCompiledCallback({});
+    }
+
+    static vlGraphics::ProgramManager& programs() {
+        return *vlGraphics::ProgramManager::getInstance();
+    }
+    static void compile() {
+        settle();
+        programs().waitForAll();
+        settle();
+        expectInStep();
+    }
+    static const ShaderProgramRecord& record(const std::string& name = "p") {
+        static const ShaderProgramRecord none;
+        const auto* held = ShaderProgramUiDataTracker::getInstance().get(name);
+        EXPECT_NE(held, nullptr) << name;
+        return held == nullptr ? none : *held;
+    }
+    static const std::string& source(SHADER_TYPE stage) {
+        return record().sources.at(static_cast<std::size_t>(stage));
+    }
+    std::string shownIn(const std::string& suffix) const {
+        return ComponentManager::get(base() + suffix)->getText();
+    }
+    void choose(std::uint32_t type, bool accept = true) const {
+        click(base() + typeChecks.at(type - 1));
+        use([&](auto done) { vlWinUi::Automation::confirm(accept, done); });
+        compile();
+    }
+    void stage(const std::string& label) const { click(base() + "_STAGES_TABS", label); }
+    void write(const std::string& label, const std::string& text) const {
+        stage(label);
+        type(base() + "_SOURCES_EDIT", text);
+        PendingEdit::flushAll();
+        compile();
+    }
+    void openFile(const std::string& file) const {
+        click(base() + "_SOURCES_FETCH");
+        use([&](auto done) { vlWinUi::Automation::choose(path(file), done); });
+        compile();
+    }
+    void save(const std::string& file) const {
+        kind().commands().save("p", path(file));
+        settle();
+    }
+    /// As another program does: of another size, whatever the clock's steps are.
+    void writeElsewhere(const std::string& file, const std::string& text) const {
+        KindTest::write(file, text);
+    }
+    template <class Condition> static bool eventually(Condition condition) {
+        for (int i = 0; i < 500; ++i) {
+            compile();
+            if (condition()) return true;
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return false;
+    }
+};
+
+TEST_P(ShaderProgramEditor, EachTypeBeginsWithSourcesOfItsOwn) {
+    using Sizes = std::vector<std::size_t>;
+    const auto sizes = [] {
+        Sizes all;
+        for (const std::string& text : record().sources)
+            all.push_back(text.size());
+        return all;
+    };
+    EXPECT_EQ(record().type, 1U);
+    EXPECT_EQ(sizes(), (Sizes{373, 0, 0, 0, 199, 0, 0}));
+    EXPECT_FALSE(record().failed) << record().failure;
+    EXPECT_TRUE(record().isUsable);
+    EXPECT_EQ(shownIn("_LOG_EDIT"), "Compilation went fine.");
+    type(base() + "_MACROS_EDIT", "A 1");
+    choose(2);
+    EXPECT_EQ(lines().back(), "[Editor] Shader program type changed : p");
+    EXPECT_EQ(sizes(), (Sizes{249, 0, 0, 404, 0, 0, 0}));
+    EXPECT_THAT(record().macros[0], IsEmpty());
+    EXPECT_FALSE(record().failed) << record().failure;
+    choose(3);
+    EXPECT_EQ(sizes(), (Sizes{0, 0, 0, 0, 0, 394, 0}));
+    EXPECT_FALSE(record().failed) << record().failure;
+    choose(4);
+    EXPECT_EQ(sizes(), (Sizes{0, 0, 0, 0, 0, 0, 893}));
+    EXPECT_TRUE(record().failed);
+    EXPECT_THAT(shownIn("_LOG_EDIT"),
+                testing::StartsWith("Shader compilation error at stage RAYTRACING : \n1: "));
+    undo();
+    EXPECT_EQ(record().type, 3U);
+}
+
+TEST_P(ShaderProgramEditor, TheTypeBoxesAreOneChoiceThatIsAskedFor) {
+    const auto states = [this] {
+        std::string text;
+        for (const char* suffix : typeChecks) {
+            const auto& box = *ComponentManager::get<vlWinUi::CheckBox>(base() + suffix);
+            text += box.isChecked() ? "x" : "-";
+            text += box.isEnabled() ? " " : "! ";
+        }
+        return text;
+    };
+    EXPECT_EQ(states(), "x! -  -  -  ");
+    click(base() + "_COMPUTE_CHECK");
+    EXPECT_EQ(vlWinUi::Notificator::getText(),
+              "Changing 'p' to another shader program type. This will reset its sources.\n"
+              "Are you sure ?");
+    use([](auto done) { vlWinUi::Automation::confirm(false, done); });
+    EXPECT_EQ(states(), "x! -  -  -  ");
+    EXPECT_EQ(record().type, 1U);
+    choose(3);
+    EXPECT_EQ(states(), "-  -  x! -  ");
+    erase("p");
+    EXPECT_EQ(states(), "-  -  -  -  ");
+    EXPECT_EQ(shownIn("_SOURCES_EDIT") + shownIn("_MACROS_EDIT") + shownIn("_LOG_EDIT"), "");
+    click(base() + "_COMPUTE_CHECK");
+    EXPECT_FALSE(vlWinUi::Notificator::isOpen());
+    EXPECT_EQ(states(), "-  -  -  -  ");
+}
+
+TEST_P(ShaderProgramEditor, EachStageHasItsTextAndItsProblems) {
+    const std::string pixel = source(SHADER_TYPE::PIXEL);
+    write("Vertex", "float4 main() : SV_POSITION\n{\n    return nothing;\n}\n");
+    EXPECT_TRUE(record().failed);
+    EXPECT_TRUE(record().isUsable) << "the last good one is drawn with";
+    EXPECT_EQ(source(SHADER_TYPE::PIXEL), pixel);
+    EXPECT_THAT(shownIn("_LOG_EDIT"),
+                testing::StartsWith("Shader compilation error at stage VERTEX : \n3: "));
+    const auto problems = items(base() + "_PROBLEMS_LIST");
+    ASSERT_FALSE(problems.empty());
+    EXPECT_THAT(problems.front(), HasSubstr("Vertex, line 3: "));
+    EXPECT_THAT(lines(), testing::Not(testing::Contains(HasSubstr("nothing"))));
+
+    stage("Pixel");
+    EXPECT_EQ(shownIn("_SOURCES_EDIT"), pixel);
+    click(base() + "_PROBLEMS_LIST", problems.front());
+    EXPECT_EQ(ComponentManager::get<vlWinUi::TabWindow>(base() + "_STAGES_TABS")->getSelected(),
+              0U);
+    EXPECT_EQ(ComponentManager::get<vlWinUi::CodeEdit>(base() + "_SOURCES_EDIT")->getLine(), 3U);
+    undo();
+    compile();
+    EXPECT_FALSE(record().failed);
+    EXPECT_THAT(items(base() + "_PROBLEMS_LIST"), IsEmpty());
+}
+
+TEST_P(ShaderProgramEditor, MacrosAreDefinedBeforeTheSourceOfTheirStage) {
+    stage("Pixel");
+    type(base() + "_MACROS_EDIT", "COLOUR float4(1, 0, 0, 1)\nFLAG");
+    write("Pixel", "float4 main() : SV_TARGET\n{\n#ifdef FLAG\n    return COLOUR;\n#endif\n}\n");
+    EXPECT_FALSE(record().failed) << record().failure;
+    const ShaderProgramMacroList wanted{{"COLOUR", "float4(1, 0, 0, 1)"}, {"FLAG", ""}};
+    EXPECT_EQ(record().macros[4], wanted);
+    EXPECT_THAT(record().macros[0], IsEmpty());
+    EXPECT_EQ(shownIn("_MACROS_EDIT"), "COLOUR float4(1, 0, 0, 1)\nFLAG") << "as it was typed";
+    stage("Vertex");
+    EXPECT_EQ(shownIn("_MACROS_EDIT"), "");
+    stage("Pixel");
+    EXPECT_EQ(shownIn("_MACROS_EDIT"), codeText(wanted));
+    type(base() + "_MACROS_EDIT", "1 is no name");
+    PendingEdit::flushAll();
+    compile();
+    EXPECT_THAT(record().failure, HasSubstr("macro '1'"));
+}
+
+TEST_P(ShaderProgramEditor, AMessageMayCarryAllSources) {
+    ShaderProgramRecord wanted = record();
+    wanted.sources[4] = "float4 main() : SV_TARGET { return GREY; }";
+    wanted.macros[4] = {{"GREY", "0.5"}};
+    const auto post = [&](std::vector<std::string> sources) {
+        postToGraphics(CompileShaderProgramSourcesMessage(
+                "p", {std::move(sources), {wanted.macros.begin(), wanted.macros.end()}}));
+        compile();
+    };
+    post({wanted.sources.begin(), wanted.sources.end()});
+    EXPECT_EQ(record(), wanted);
+    EXPECT_FALSE(record().failed) << record().failure;
+    post({"too", "few"});
+    EXPECT_EQ(record(), wanted);
+    EXPECT_EQ(lines().back(), "[Editor] shader program 'p': it has 7 stages");
+}
+
+TEST_P(ShaderProgramEditor, AStageIsReadFromAFileAndFollowsIt) {
+    const std::string before = source(SHADER_TYPE::PIXEL);
+    const std::string red = "float4 main() : SV_TARGET { return float4(1, 0, 0, 1); }";
+    writeElsewhere("red.hlsl", "\xEF\xBB\xBF" + red);
+    writeElsewhere("empty.hlsl", "");
+    writeElsewhere("broken.hlsl", "float4\n\xFF");
+    stage("Pixel");
+    for (const char* file : {"empty.hlsl", "missing.hlsl"}) {
+        openFile(file);
+        EXPECT_EQ(lines().back(), "[Editor] Error while loading hlsl file : " + path(file));
+    }
+    openFile("broken.hlsl");
+    EXPECT_THAT(lines().back(), HasSubstr("broken.hlsl, line 2 is not valid UTF-8"));
+    EXPECT_EQ(source(SHADER_TYPE::PIXEL), before);
+    EXPECT_EQ(shownIn("_FILE_LABEL"), "");
+
+    openFile("red.hlsl");
+    EXPECT_EQ(source(SHADER_TYPE::PIXEL), red);
+    EXPECT_EQ(shownIn("_FILE_LABEL"), "red.hlsl");
+    const std::string green = "float4 main() : SV_TARGET { return float4(0, 0.5, 0, 1); }";
+    writeElsewhere("red.hlsl", green);
+    EXPECT_TRUE(eventually([&] { return source(SHADER_TYPE::PIXEL) == green; }));
+    undo();
+    EXPECT_EQ(source(SHADER_TYPE::PIXEL), red);
+
+    // What a person has changed meanwhile is not lost.
+    writeElsewhere("red.hlsl", "// Changed elsewhere.\n" + green);
+    EXPECT_TRUE(eventually([&] { return ProgramFiles::getInstance().find("p", 4)->isAhead; }));
+    EXPECT_EQ(source(SHADER_TYPE::PIXEL), red);
+    EXPECT_THAT(lines().back(), HasSubstr("'red.hlsl' changed on disk, and so did the text here"));
+    EXPECT_EQ(shownIn("_FILE_LABEL"), "red.hlsl has changed on disk, too");
+    click(base() + "_FILE_RELOAD");
+    EXPECT_EQ(source(SHADER_TYPE::PIXEL), "// Changed elsewhere.\n" + green);
+    EXPECT_EQ(shownIn("_FILE_LABEL"), "red.hlsl");
+}
+
+TEST_P(ShaderProgramEditor, SavingPutsTheSourcesIntoAFolderBesideTheDeclaration) {
+    std::filesystem::create_directory(path("here"));
+    save("here/file.vlpr");
+    EXPECT_THAT(
+            lines(),
+            testing::IsSupersetOf({"[Save] Saving Shader program file : " + path("here/file.vlpr"),
+                                   std::string("[Editor] Done.")}));
+    EXPECT_EQ(text("here/p_src/vertexShader.hlsl"), source(SHADER_TYPE::VERTEX));
+    EXPECT_EQ(text("here/p_src/pixelShader.hlsl"), source(SHADER_TYPE::PIXEL));
+    EXPECT_FALSE(std::filesystem::exists(path("here/p_src/hullShader.hlsl")));
+    EXPECT_EQ(record().folder, "here/p_src");
+
+    // Its files are followed, too, until it is edited here, and again once it is saved.
+    const std::string vertex = source(SHADER_TYPE::VERTEX);
+    writeElsewhere("here/p_src/vertexShader.hlsl", "// More.\n" + vertex);
+    EXPECT_TRUE(eventually([&] { return source(SHADER_TYPE::VERTEX) == "// More.\n" + vertex; }));
+    EXPECT_EQ(record().folder, "");
+    save("here/file");
+    EXPECT_EQ(record().folder, "here/p_src");
+    kind().commands().copy("p");
+    settle();
+    kind().commands().paste("p", vlWinUi::Clipboard::getText());
+    compile();
+    EXPECT_EQ(source(SHADER_TYPE::VERTEX), "// More.\n" + vertex);
+}
+
+TEST_P(ShaderProgramEditor, ARayTracingSourceIsSavedAndLoaded) {
+    choose(4);
+    const std::string rays = source(SHADER_TYPE::RAYTRACING);
+    save("rays.vlpr");
+    EXPECT_FALSE(std::filesystem::exists(path("p_src")));
+    write("Compute", "// A note.");
+    save("rays.vlpr");
+    EXPECT_EQ(text("p_src/raytraceShader.hlsl"), "// A note.");
+    write("Raytracing", "// Nothing.");
+    kind().commands().load(path("rays.vlpr"));
+    compile();
+    EXPECT_EQ(source(SHADER_TYPE::RAYTRACING), rays);
+    EXPECT_EQ(source(SHADER_TYPE::COMPUTE), "// A note.");
+}
+
+TEST_P(ShaderProgramEditor, WhatCannotBeSavedLeavesNoFilesAndNoChange) {
+    std::filesystem::create_directories(path("p.vlpr/in_the_way"));
+    save("p.vlpr");
+    EXPECT_EQ(lines().back(), "[Editor] Error.");
+    EXPECT_FALSE(std::filesystem::exists(path("p_src")));
+    EXPECT_EQ(record().folder, "");
+    rename("p", "a/b");
+    kind().commands().save("a/b", path("x.vlpr"));
+    settle();
+    EXPECT_THAT(lines(), testing::Contains(HasSubstr("no folder for its sources")));
+}
+
+TEST_P(ShaderProgramEditor, StrangeTextsAreTakenAndRefusedInOneLine) {
+    for (const std::string& odd : {std::string(),
+                                   std::string("void helper() {}"),
+                                   std::string(100000, '('),
+                                   std::string(3 << 20, '/')}) {
+        write("Pixel", odd);
+        EXPECT_EQ(source(SHADER_TYPE::PIXEL), odd);
+        EXPECT_TRUE(record().failed) << odd.substr(0, 20);
+        EXPECT_EQ(record().failure.find('\n'), std::string::npos);
+    }
+    postToGraphics(ShaderProgramSourceMessage("p", {"text", 7}));
+    compile();
+    EXPECT_EQ(lines().back(), "[Editor] shader program 'p': there is no stage 7");
+}
+
+INSTANTIATE_TEST_SUITE_P(ShaderProgram,
+                         ShaderProgramEditor,
+                         testing::Values(&shaderProgramKind()),
+                         [](const auto&) { return std::string("ShaderProgram"); });
+
+} // namespace
+} // namespace vlEditor
