@@ -62,9 +62,10 @@ bool changeResource(typename Kind::Engine& engine, Change change) {
 }
 
 /// The same for one that was just made: it is loaded then, whatever its kind.
-template <class Kind, class Change> void fillResource(typename Kind::Engine& fresh, Change change) {
-    changeResource<Kind>(fresh, std::move(change));
+template <class Kind, class Change> bool fillResource(typename Kind::Engine& fresh, Change change) {
+    const bool isFilled = changeResource<Kind>(fresh, std::move(change));
     if constexpr (Kind::hooks.reload == Reload::never) logFailure(fresh.load());
+    return isFilled;
 }
 
 } // namespace vlEditor
