@@ -1,6 +1,6 @@
 #include "app/HeadlessRender.h"
 
-#include "app/HeadlessSurface.h"
+#include "interfaces/HeadlessSurface.h"
 #include "interfaces/ReservedNames.h"
 #include "viewport/BasicCompositor.h"
 #include "viewport/DefaultView.h"

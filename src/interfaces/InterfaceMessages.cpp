@@ -4,6 +4,7 @@
 #include "interfaces/CompleteCommandMessage.h"
 #include "interfaces/FollowCameraMessage.h"
 #include "interfaces/history/UndoMessage.h"
+#include "interfaces/preview/PreviewMessage.h"
 
 namespace vlEditor {
 
@@ -11,6 +12,7 @@ void registerInterfaceMessages(MessageRegistry& registry) {
     registry.add<AddPickListEntriesMessage>(MessageQueue::ui);
     registry.add<CompleteCommandMessage>(MessageQueue::graphics);
     registry.add<FollowCameraMessage>(MessageQueue::graphics);
+    registry.add<PreviewMessage>(MessageQueue::graphics);
     registry.add<UndoMessage>(MessageQueue::graphics);
 }
 

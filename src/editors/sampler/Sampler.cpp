@@ -3,6 +3,7 @@
 #include "core/EditorLogger.h"
 #include "editors/AllKinds.h"
 #include "interfaces/kinds/KindEntry.h"
+#include "interfaces/preview/PreviewRow.h"
 
 #include <vlGraphics/ComparisonFunctionUtils.h>
 #include <vlGraphics/FilterUtils.h>
@@ -131,6 +132,18 @@ void SamplerKind::bind(Bindings<SamplerKind>& window) {
                    NumberBox{"_BORDER_EDIT_G", &SamplerBorderColor::green},
                    NumberBox{"_BORDER_EDIT_B", &SamplerBorderColor::blue},
                    NumberBox{"_BORDER_EDIT_A", &SamplerBorderColor::alpha});
+    const auto preview =
+            std::make_shared<PreviewRow>(window.getBase() + "_PREVIEW", PreviewKind::sampler);
+    window.keep(preview);
+    // Drawn anew with every change of it.
+    window.row<SamplerRecord>(
+            [](const SamplerRecord& record) { return record; },
+            [preview](const SamplerRecord* shown, bool isMixed) {
+                if (shown == nullptr || isMixed)
+                    preview->show({}, isMixed ? "Several are selected" : "Nothing is selected");
+                else
+                    preview->show(shown->name);
+            });
 }
 
 const AnyKind& samplerKind() {

@@ -20,7 +20,7 @@ struct CodeEditNative final : Native {
         for (auto* part : view().findBar().findChildren<QWidget*>())
             listenTo(part);
         connect(&view(), &QPlainTextEdit::textChanged, this, [this] {
-            if (quiet > 0) return;
+            if (quiet > 0 || view().isColoring()) return;
             touched = true;
             call(changed);
         });

@@ -88,6 +88,8 @@ void CodeHighlighter::setRules(const CodeRules* rules) {
 }
 
 void CodeHighlighter::show(int firstBlock, int lastBlock) {
+    if (coloring_) return;
+    coloring_ = true;
     firstShown_ = firstBlock;
     lastShown_ = lastBlock;
     for (QTextBlock block = document()->findBlockByNumber(firstBlock);
@@ -96,6 +98,7 @@ void CodeHighlighter::show(int firstBlock, int lastBlock) {
         const BlockFacts* facts = factsOf(block);
         if (facts == nullptr || facts->generation != generation_) rehighlightBlock(block);
     }
+    coloring_ = false;
 }
 
 void CodeHighlighter::colorAnew() {

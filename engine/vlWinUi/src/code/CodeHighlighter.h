@@ -26,6 +26,8 @@ public:
     const CodeRules* getRules() const { return rules_; }
     /// Colours what is not yet, from one block to another.
     void show(int firstBlock, int lastBlock);
+    /// Meanwhile the document says that it changes, which it does not.
+    bool isColoring() const { return coloring_; }
     /// The theme is another one.
     void colorAnew();
     /// The bracket at that place of the document and the one that belongs to it; where that is
@@ -47,6 +49,7 @@ private:
     int firstShown_ = 0;
     int lastShown_ = 0;
     int generation_ = 1; ///< of the colours
+    bool coloring_ = false;
     std::vector<Token> tokens_;
     std::shared_ptr<WordIndex> words_; ///< shared with the lines, which may live longer
 };

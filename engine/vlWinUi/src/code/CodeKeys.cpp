@@ -164,7 +164,10 @@ void CodeView::breakLine() {
 }
 
 void CodeView::closeBrace() {
-    textCursor().insertText(QStringLiteral("}"));
+    QTextCursor cursor = textCursor();
+    cursor.beginEditBlock(); // which the step below can join
+    cursor.insertText(QStringLiteral("}"));
+    cursor.endEditBlock();
     const int brace = textCursor().position() - 1;
     const auto pair = highlighter_.bracketsAt(brace);
     if (pair.size() == 2) CodeLines::alignTo(document()->findBlock(pair[1]), textCursor());

@@ -35,6 +35,7 @@ public:
     void setRules(const CodeRules* rules);
     const CodeRules* rules() const { return highlighter_.getRules(); }
     const WordIndex& wordIndex() const { return highlighter_.words(); }
+    bool isColoring() const { return highlighter_.isColoring(); }
     bool isQuoted(int position) const { return highlighter_.isQuoted(position); }
     void setText(const QString& text);
     QString text() const;
