@@ -102,6 +102,9 @@ vlCommon::Result<> draw(const CommandLine::Render& wish, const View& view) {
     if (!context) return tl::unexpected(context.error());
     setUp(**context, view);
     drawFrames(**context, wish.frames);
+    vlGraphics::System::getInstance()->getRenderer().endWork();
+    if (!allProgramsCompile())
+        return vlCommon::fail("'" + wish.output + "' was not written: a shader had to be stopped");
     auto written = write(**context, wish.output);
     contexts.eraseFor(surface);
     return written;

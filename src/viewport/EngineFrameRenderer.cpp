@@ -24,6 +24,7 @@ std::uint64_t EngineFrameRenderer::getChangeCount() const {
 
 void EngineFrameRenderer::beginTurn() {
     vlGraphics::ProgramManager::getInstance()->adoptFinished();
+    renderer().noteEndedFrames();
 }
 
 bool EngineFrameRenderer::tick(const RenderWindow& window) {

@@ -69,6 +69,12 @@ public:
     void setActivateCrossCompilerDefines(bool value);
     bool getActivateCrossCompilerDefines() const { return crossCompilerDefines_; }
 
+    /// Loops that need not end are left after many passes, or when a frame takes too long; the
+    /// program is then as if its last compilation had failed, and the last result that drew without
+    /// comes back into use. On. Off lets such loops keep the device, and compiles them as written.
+    void setBoundLoops(bool value);
+    bool getBoundLoops() const { return boundLoops_; }
+
     /// Starts compiling what the settings say now. Succeeds at once; the outcome comes later.
     vlCommon::Result<> load() override;
     void unload() override;
@@ -95,6 +101,7 @@ private:
     ProgramSourcesHolder sources_;
     vlMemory::String folder_;
     bool crossCompilerDefines_ = true;
+    bool boundLoops_ = true;
     std::uint64_t ticket_ = 0;   ///< of the newest compilation started
     std::uint64_t finished_ = 0; ///< of the newest compilation ended
     std::uint64_t build_ = 0;
@@ -102,6 +109,10 @@ private:
     std::vector<vlMemory::String> includedFiles_;
     ProgramReflection reflection_;
     std::unique_ptr<Gpu> gpu_;
+    /// Of the result before, until the one in use has drawn a frame without being stopped.
+    ProgramReflection triedReflection_;
+    std::unique_ptr<Gpu> triedGpu_;
+    bool isTried_ = true; ///< the result in use has
 };
 
 class ProgramManager final : public ResourceManager<Program>,

@@ -23,8 +23,11 @@ public:
     /// for a surface that is handed pictures it waits for the device, so that the last picture of a
     /// burst arrives like all others.
     void endFrame();
-    /// Waits until the device has finished everything, and frees what waited for that.
+    /// Waits until the device has finished everything, frees what waited for that, and notes it.
     void endWork();
+    /// Takes the programs out of use whose loops the device had to leave in frames that have ended
+    /// since. So does each frame's begin; to be called, too, while there may be no next frame.
+    void noteEndedFrames();
 
     /// One texel of a loaded texture of 32 bits a pixel, as its bits, waiting for the device: what
     /// picking reads. Fails outside the texture, for other formats and inside a frame.

@@ -70,6 +70,7 @@ void fillSample(Program& program) {
     sources.addDefineMacroPixel("FLAG", "");
     program.setType(PROGRAM_TYPE::GEOMETRY);
     program.setActivateCrossCompilerDefines(false);
+    program.setBoundLoops(false);
     program.setFromMemory(sources);
 }
 void fillSample(Shader& shader) {

@@ -81,12 +81,15 @@ template <> struct Declared<Program> {
     struct Values {
         PROGRAM_TYPE type = PROGRAM_TYPE::PIPELINE;
         bool crossCompilerDefines = true;
+        bool boundLoops = true;
         vlMemory::String folder; ///< of a memento: where the sources belong
         std::vector<StageValues> stages;
     };
     template <class Archive, class V> static void describe(Archive& archive, V& values) {
         archive.optional("type", values.type, EnumTexts<PROGRAM_TYPE>::table);
         archive.optional("crossCompilerDefines", values.crossCompilerDefines);
+        if (Archive::reading || !values.boundLoops)
+            archive.optional("boundLoops", values.boundLoops);
         if (Archive::reading || !values.folder.empty()) archive.optional("folder", values.folder);
         archive.optionalArray(
                 "stages",
@@ -95,7 +98,11 @@ template <> struct Declared<Program> {
                 shaderTypeCount);
     }
     static Values from(const Program& program, const DeclarationFolders& folders) {
-        Values values{program.getType(), program.getActivateCrossCompilerDefines(), {}, {}};
+        Values values{program.getType(),
+                      program.getActivateCrossCompilerDefines(),
+                      program.getBoundLoops(),
+                      {},
+                      {}};
         const bool refers = program.isFromFile() && !folders.isMemento();
         if (program.isFromFile() && folders.isMemento()) values.folder = program.getFolder();
         for (const auto& [stage, text] : EnumTexts<SHADER_TYPE>::table) {
@@ -173,6 +180,7 @@ template <> struct Declared<Program> {
     static void apply(Program& program, const Values& values) {
         program.setType(values.type);
         program.setActivateCrossCompilerDefines(values.crossCompilerDefines);
+        program.setBoundLoops(values.boundLoops);
         program.setFromMemory(sourcesOf(values));
         if (!values.folder.empty()) program.setFromFiles(values.folder);
     }

@@ -20,6 +20,11 @@ constexpr RESOURCE_CLASS classOf(std::uint32_t binding) {
 constexpr std::uint32_t bindingOf(RESOURCE_CLASS resourceClass, std::uint32_t slot) {
     return baseOf(resourceClass) + slot;
 }
+
+/// Where stages tell of loops that do not end, beyond all registers.
+inline constexpr std::uint32_t loopSet = 0;
+inline constexpr std::uint32_t loopBinding = 4 * registersPerClass;
+
 constexpr char letterOf(RESOURCE_CLASS resourceClass) {
     return "btsu"[static_cast<std::uint32_t>(resourceClass)];
 }

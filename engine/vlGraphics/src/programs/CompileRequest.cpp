@@ -51,6 +51,9 @@ std::size_t CompileRequestHash::operator()(const CompileRequest& request) const 
     mix(hash, request.crossCompilerDefines ? 1 : 0);
     mix(hash, textHash(request.workingPath));
     mix(hash, textHash(request.folder));
+    mix(hash, request.boundLoops ? 1 : 0);
+    mix(hash, request.writingStages);
+    mix(hash, request.mostPasses);
     for (std::uint32_t index = 0; index < shaderTypeCount; ++index) {
         const auto stage = static_cast<SHADER_TYPE>(index);
         mix(hash, textHash(request.sources.getMemory(stage)));

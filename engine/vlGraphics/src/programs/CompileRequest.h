@@ -19,6 +19,11 @@ struct CompileRequest {
     PROGRAM_TYPE type = PROGRAM_TYPE::PIPELINE;
     ProgramSourcesHolder sources;
     bool crossCompilerDefines = true;
+    bool boundLoops = true;
+    /// Stages in which the device lets threads write; bit n is stage n.
+    std::uint32_t writingStages = ~0U;
+    /// Of one thread through its loops, where they are bound.
+    std::uint32_t mostPasses = std::uint32_t{1} << 20U;
     /// Where #include looks; both are empty where nothing may include anything.
     vlMemory::String workingPath; ///< absolute
     vlMemory::String folder;      ///< where the sources lie, relative to the working path

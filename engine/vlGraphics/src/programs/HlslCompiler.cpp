@@ -5,6 +5,7 @@
 #include "programs/HlslMessages.h"
 #include "programs/HlslText.h"
 #include "programs/InterfaceMapper.h"
+#include "programs/LoopGuard.h"
 #include "programs/Reflection.h"
 #include "programs/SourceBounds.h"
 #include "programs/VariableSize.h"
@@ -15,6 +16,7 @@
 #include <glslang/Public/ResourceLimits.h>
 #include <glslang/Public/ShaderLang.h>
 #include <glslang/SPIRV/GlslangToSpv.h>
+#include <glslang/SPIRV/SpvTools.h>
 
 #include <algorithm>
 #include <array>
@@ -146,12 +148,18 @@ public:
     }
 
     /// Empty when it went well.
-    std::string translate(std::vector<std::uint32_t>& spirv) {
-        glslang::TIntermediate* intermediate = program_->getIntermediate(languageOf(stage_));
+    std::string translate(const CompileRequest& request, CompiledProgram& into) {
+        std::vector<std::uint32_t>& spirv = into.spirv[static_cast<std::size_t>(stage_)];
+        const glslang::TIntermediate* intermediate = program_->getIntermediate(languageOf(stage_));
         glslang::SpvOptions options;
-        options.disableOptimizer = false;
+        options.disableOptimizer = true; // loops are still plain to see then
         spv::SpvBuildLogger logger;
         if (intermediate != nullptr) glslang::GlslangToSpv(*intermediate, spirv, &logger, &options);
+        if (!spirv.empty()) {
+            if (request.boundLoops) boundLoops(*intermediate, request, into);
+            options.disableOptimizer = false;
+            glslang::SpirvToolsTransform(*intermediate, spirv, &logger, &options);
+        }
         if (const std::uint64_t bytes = variableBytes(spirv); bytes > maxVariableBytes)
             return fmt::format("1: the variables have {} bytes, more than the {} possible",
                                bytes,
@@ -167,6 +175,27 @@ private:
         if (!includer_.failure().empty() && error.text.starts_with("'#include'"))
             error.text = "#include " + includer_.failure();
         return error;
+    }
+
+    void boundLoops(const glslang::TIntermediate& intermediate,
+                    const CompileRequest& request,
+                    CompiledProgram& into) const {
+        const auto index = static_cast<std::size_t>(stage_);
+        const bool tells = (request.writingStages >> index & 1U) != 0;
+        const std::vector<std::size_t> watched =
+                guardLoops(into.spirv[index], stage_, {request.mostPasses, tells});
+        into.mostPasses = request.mostPasses;
+        if (watched.empty()) return;
+        if (tells) into.tellingStages |= 1U << index;
+        std::vector<std::uint32_t> placed;
+        spv::SpvBuildLogger logger;
+        glslang::SpvOptions options;
+        options.disableOptimizer = true;
+        options.generateDebugInfo = true;
+        glslang::GlslangToSpv(intermediate, placed, &logger, &options);
+        const std::vector<LoopPlace> places = findLoopPlaces(placed);
+        for (const std::size_t loop : watched)
+            into.loops[index].push_back(loop < places.size() ? places[loop] : LoopPlace());
     }
 
     SHADER_TYPE stage_;
@@ -200,6 +229,17 @@ Stages compileStages(const CompileRequest& request, IncludeFiles& files, Faults&
     return stages;
 }
 
+void nameFiles(LoopPlaces& places, const IncludeFiles& files) {
+    for (std::vector<LoopPlace>& ofStage : places) {
+        for (LoopPlace& place : ofStage) {
+            ProgramDiagnostic named;
+            named.file = place.file;
+            HlslMessages::finish(named, files);
+            place.file = named.file;
+        }
+    }
+}
+
 /// The faults are those of a program that cannot be used.
 CompiledProgram compileProgram(const CompileRequest& request, IncludeFiles& files, Faults& faults) {
     CompiledProgram compiled;
@@ -215,12 +255,11 @@ CompiledProgram compileProgram(const CompileRequest& request, IncludeFiles& file
         return compiled;
     }
     for (const auto& compilation : stages) {
-        const SHADER_TYPE stage = compilation->stage();
-        auto& spirv = compiled.spirv[static_cast<std::size_t>(stage)];
-        if (const std::string error = compilation->translate(spirv); !error.empty())
-            faults.push_back(HlslMessages::error(stage, error));
+        if (const std::string error = compilation->translate(request, compiled); !error.empty())
+            faults.push_back(HlslMessages::error(compilation->stage(), error));
     }
     if (!faults.empty()) return compiled;
+    nameFiles(compiled.loops, files);
     auto reflection = reflect(compiled, interfaces);
     if (reflection)
         compiled.reflection = *std::move(reflection);

@@ -51,6 +51,11 @@ void Program::setActivateCrossCompilerDefines(bool value) {
     markChanged();
 }
 
+void Program::setBoundLoops(bool value) {
+    boundLoops_ = value;
+    markChanged();
+}
+
 vlCommon::Result<> Program::load() {
     ProgramCompiler* compiler = ProgramCompiler::getInstance();
     if (compiler == nullptr)
@@ -62,6 +67,9 @@ void Program::unload() {
     if (ProgramCompiler* compiler = ProgramCompiler::getInstance()) compiler->cancel(*this);
     gpu_.reset();
     reflection_ = {};
+    triedGpu_.reset();
+    triedReflection_ = {};
+    isTried_ = true;
     result_ = {};
     includedFiles_.clear();
     markChanged();

@@ -131,6 +131,19 @@ template <class Archive> void put(Archive& archive, ProgramReflection& reflectio
            reflection.obstacleStage);
 }
 
+template <class Archive> void put(Archive& archive, LoopPlace& place) {
+    putAll(archive, place.file, place.line);
+}
+
+template <class Archive> void put(Archive& archive, CompiledProgram& program) {
+    putAll(archive,
+           program.spirv,
+           program.reflection,
+           program.loops,
+           program.tellingStages,
+           program.mostPasses);
+}
+
 template <class Archive> void put(Archive& archive, IncludeProbe& probe) {
     bool isThere = probe.content.has_value();
     Digest content = probe.content.value_or(Digest());
@@ -152,18 +165,14 @@ requires(!Plain<T>) void put(Archive& archive, std::vector<T>& values) {
 std::vector<std::byte> toBytes(const CompileReport& report) {
     CompileReport copy = report; // writing and reading share their words, and reading changes
     Writer writer;
-    putAll(writer, copy.outcome->spirv, copy.outcome->reflection, copy.probes, copy.includedFiles);
+    putAll(writer, *copy.outcome, copy.probes, copy.includedFiles);
     return writer.take();
 }
 
 std::optional<CompileReport> reportFrom(std::span<const std::byte> bytes) {
     CompileReport report{CompiledProgram()};
     Reader reader(bytes);
-    putAll(reader,
-           report.outcome->spirv,
-           report.outcome->reflection,
-           report.probes,
-           report.includedFiles);
+    putAll(reader, *report.outcome, report.probes, report.includedFiles);
     return reader.isWhole() ? std::optional(std::move(report)) : std::nullopt;
 }
 

@@ -70,6 +70,9 @@ Digest keyOf(const CompileRequest& request) {
     maker.add(build.low);
     maker.add(static_cast<std::uint64_t>(request.type));
     maker.add(std::uint64_t{request.crossCompilerDefines});
+    maker.add(std::uint64_t{request.boundLoops});
+    maker.add(std::uint64_t{request.writingStages});
+    maker.add(std::uint64_t{request.mostPasses});
     maker.add(std::uint64_t{request.mayInclude()});
     maker.add(request.folder);
     maker.add(request.filePrefix);

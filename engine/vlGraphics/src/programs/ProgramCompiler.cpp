@@ -33,6 +33,18 @@ std::size_t threadCountFor(std::uint32_t threads) {
     return threads != 0 ? threads : std::max(std::thread::hardware_concurrency(), 1U);
 }
 
+/// What the program's settings and the device ask for.
+CompileRequest requestOf(const Program& program) {
+    CompileRequest request = makeRequest(program.getType(),
+                                         program.getMemory(),
+                                         program.getActivateCrossCompilerDefines(),
+                                         program.getFolder());
+    request.boundLoops = program.getBoundLoops();
+    request.writingStages = writingStages();
+    request.mostPasses = mostLoopPasses();
+    return request;
+}
+
 } // namespace
 
 /** One compilation, and later its result. */
@@ -72,11 +84,7 @@ vlCommon::Result<> ProgramCompiler::start(Program& program) {
     const Client client{manager->handleOf(&program), program.ticket_};
 
     const std::lock_guard guard(lock_);
-    const auto [place, isNew] =
-            jobs_.try_emplace(makeRequest(program.getType(),
-                                          program.getMemory(),
-                                          program.getActivateCrossCompilerDefines(),
-                                          program.getFolder()));
+    const auto [place, isNew] = jobs_.try_emplace(requestOf(program));
     if (isNew) {
         place->second = std::make_shared<Job>();
         place->second->request = &place->first;
@@ -207,12 +215,34 @@ void ProgramCompiler::adopt(const Finished& finished) {
         return fail(*program, {reflection.obstacleStage, "1: " + reflection.obstacle});
     auto gpu = makeGpu_(*outcome);
     if (!gpu) return fail(*program, {SHADER_TYPE::VERTEX, "1: " + gpu.error().message});
+    // One that was stopped by nobody yet may only not have been drawn with.
+    if (program->isTried_) {
+        program->triedGpu_ = std::move(program->gpu_);
+        program->triedReflection_ = std::move(program->reflection_);
+    }
     program->gpu_ = std::move(*gpu);
     program->reflection_ = outcome->reflection;
+    program->isTried_ = false;
+    if (outcome->tellingStages == 0) keep(*program);
     program->result_ = {};
     program->build_ = nextBuild();
     program->markChanged();
     manager->tellCompiled(*program);
+}
+
+void ProgramCompiler::keep(Program& program) {
+    program.isTried_ = true;
+    program.triedGpu_.reset();
+    program.triedReflection_ = {};
+}
+
+void ProgramCompiler::takeBack(Program& program, const ProgramCompilationResult& why) {
+    program.gpu_ = std::move(program.triedGpu_);
+    program.reflection_ = std::exchange(program.triedReflection_, {});
+    program.isTried_ = true;
+    program.build_ = nextBuild();
+    program.markChanged();
+    fail(program, why);
 }
 
 void ProgramCompiler::fail(Program& program, const ProgramCompilationResult& result) {

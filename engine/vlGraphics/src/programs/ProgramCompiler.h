@@ -50,6 +50,12 @@ public:
     /// Whatever is under way for the program no longer counts.
     void cancel(Program& program);
 
+    /// The result in use draws without being stopped: the one before it is no longer needed.
+    void keep(Program& program);
+    /// The device had to leave loops of the result in use: the last one known to draw without comes
+    /// back, and where there is none the program is not drawn with until it is compiled anew.
+    void takeBack(Program& program, const ProgramCompilationResult& why);
+
     /// Brings finished results into their programs, in the order in which they finished.
     void adoptFinished();
     /// Returns once no compilation is under way and all are adopted.

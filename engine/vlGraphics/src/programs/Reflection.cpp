@@ -106,6 +106,8 @@ private:
 
     std::optional<ProgramDiagnostic> addResource(spvc_resource_type kind,
                                                  const spvc_reflected_resource& resource) {
+        if (decoration(resource, SpvDecorationBinding) == BindingModel::loopBinding)
+            return std::nullopt; // the engine's own
         ReflectedResource found;
         found.name = resource.name;
         found.stageMask = 1U << static_cast<std::uint32_t>(stage_);

@@ -44,8 +44,9 @@ bool isDrawable(const RenderContext& context) {
 
 } // namespace
 
-vlCommon::Result<> Renderer::Gpu::start(vlMemory::StringView cacheFolder) {
-    cache = std::make_unique<vulkan::PipelineCache>(cacheFolder);
+vlCommon::Result<> Renderer::Gpu::start(const Configuration& configuration) {
+    Device::getInstance()->setPatience(configuration.loopPatienceMs, [this] { loops.askToStop(); });
+    cache = std::make_unique<vulkan::PipelineCache>(configuration.cacheFolder);
     pipelines = std::make_unique<render::Pipelines>(*cache);
     for (render::FrameSlot& one : slots)
         if (auto started = startSlot(one); !started) return started;
@@ -53,6 +54,7 @@ vlCommon::Result<> Renderer::Gpu::start(vlMemory::StringView cacheFolder) {
 }
 
 Renderer::Gpu::~Gpu() {
+    Device::getInstance()->setPatience(0, {});
     for (const render::FrameSlot& one : slots)
         Device::getInstance()->retire(one.pool);
 }
@@ -77,6 +79,7 @@ void Renderer::beginFrame() {
     render::FrameSlot& frame = gpu_->frame();
     device.waitFor(frame.value);
     if (device.isLost()) return;
+    gpu_->loops.look();
     device.collect();
     frame.memory.reset();
     frame.descriptors.reset();
@@ -109,6 +112,7 @@ void Renderer::endFrame() {
                                            : target.presenter.get();
     vulkan::Presenter::Sync sync;
     if (presenter != nullptr) presenter->record(frame.commands, target.backBuffer, sync);
+    gpu_->loops.record(frame.commands);
     device.note(vkEndCommandBuffer(frame.commands));
 
     std::vector<VkCommandBuffer> commands;
@@ -118,11 +122,13 @@ void Renderer::endFrame() {
     device.endWork();
     device.setRecordingFrame(false);
     if (result != VK_SUCCESS) {
+        gpu_->loops.dropped();
         if (!device.isLost())
             vulkan::logLine(vulkan::check(result, "A frame was dropped").error().message);
         return;
     }
     frame.value = device.submitted();
+    gpu_->loops.submitted(frame.value);
     target.lastFrame = frame.value;
     ++gpu_->counts.frames;
     gpu_->counts.pipelinesMade = gpu_->pipelines->madeCount();
@@ -134,6 +140,11 @@ void Renderer::endWork() {
     device.upload().submit();
     device.waitIdle();
     device.collect();
+    gpu_->loops.look();
+}
+
+void Renderer::noteEndedFrames() {
+    gpu_->loops.look();
 }
 
 vlCommon::Result<std::uint32_t>

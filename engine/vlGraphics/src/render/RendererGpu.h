@@ -1,11 +1,13 @@
 #pragma once
 #include "render/Fallbacks.h"
+#include "render/LoopWatch.h"
 #include "render/Pipelines.h"
 #include "render/ShaderBinder.h"
 #include "vulkan/DescriptorPools.h"
 #include "vulkan/FrameMemory.h"
 #include "vulkan/PipelineCache.h"
 
+#include <vlGraphics/Configuration.h>
 #include <vlGraphics/DefaultRenderStrategy.h>
 #include <vlGraphics/Renderer.h>
 
@@ -36,7 +38,7 @@ struct Renderer::Gpu {
     Gpu& operator=(const Gpu&) = delete;
     ~Gpu();
 
-    vlCommon::Result<> start(vlMemory::StringView cacheFolder);
+    vlCommon::Result<> start(const Configuration& configuration);
     /// The context is going, or is the next one to draw.
     void forget(const RenderContext& context);
     void setNext(RenderContext& context) { next = &context; }
@@ -54,6 +56,7 @@ struct Renderer::Gpu {
     std::uint64_t timeMs = 0; ///< of the frame
     DrawList draws;           ///< kept, so that it stops allocating
     render::ShaderBinder binder;
+    render::LoopWatch loops;
     VkBuffer constants = VK_NULL_HANDLE; ///< of the frame: what meshes lack
     VkDeviceSize constantsOffset = 0;
 };

@@ -1,5 +1,6 @@
 #include "render/ShaderBinder.h"
 
+#include "programs/BindingModel.h"
 #include "render/PassRecorder.h"
 #include "render/RendererGpu.h"
 #include "vulkan/Device.h"
@@ -129,6 +130,17 @@ struct ShaderBinder::Writer {
         writes.push_back(write);
         return true;
     }
+
+    void addLoopWords(VkDescriptorSet set, const Program::Gpu& program) {
+        auto write = vulkan::vkInfo<VkWriteDescriptorSet>(VK_STRUCTURE_TYPE_WRITE_DESCRIPTOR_SET);
+        write.dstSet = set;
+        write.dstBinding = BindingModel::loopBinding;
+        write.descriptorCount = 1;
+        write.descriptorType = VK_DESCRIPTOR_TYPE_STORAGE_BUFFER;
+        buffers.push_back({program.loopWords.get(), 0, VK_WHOLE_SIZE});
+        write.pBufferInfo = &buffers.back();
+        writes.push_back(write);
+    }
 };
 
 void ShaderBinder::begin(const PassInputs& inputs) {
@@ -154,14 +166,17 @@ BoundShader ShaderBinder::make(const Shader& shader, PassRecorder& recorder) {
     const InstanceLayout& layout = pipelines.instanceLayout(bound.instanceLayout);
     bound.instanceStride = layout.stride;
     bound.onlyWorldMatrix = layout.slots.size() == 1 && layout.slots[0].semantic == "WORLD_MATRIX";
-    if (!writeSets(shader, recorder, bound)) bound.program = nullptr;
+    if (!writeSets(shader, recorder, bound))
+        bound.program = nullptr;
+    else
+        recorder.renderer().loops.use(*program);
     return bound;
 }
 
 bool ShaderBinder::writeSets(const Shader& shader, PassRecorder& recorder, BoundShader& bound) {
     const Program::Gpu& program = *bound.program;
     Writer writer{*this, shader, recorder, {}, {}, {}};
-    const std::size_t count = program.reflection.resources.size();
+    const std::size_t count = program.reflection.resources.size() + 1;
     writer.writes.reserve(count);
     writer.images.reserve(count);
     writer.buffers.reserve(count);
@@ -173,6 +188,7 @@ bool ShaderBinder::writeSets(const Shader& shader, PassRecorder& recorder, Bound
             if (!writer.add(made, binding, program.reflection.resources[binding.resource]))
                 return false;
     }
+    if (program.tellingStages != 0) writer.addLoopWords(bound.sets[BindingModel::loopSet], program);
     vkUpdateDescriptorSets(Device::getInstance()->get(),
                            static_cast<std::uint32_t>(writer.writes.size()),
                            writer.writes.data(),

@@ -56,7 +56,7 @@ vlCommon::Result<> System::start(const Configuration& configuration) {
                              configuration.keepPrograms && !kept.empty() ? kept + "/programs"
                                                                          : vlMemory::String());
     renderer_ = std::make_unique<Renderer>();
-    return renderer_->gpu().start(configuration.cacheFolder);
+    return renderer_->gpu().start(configuration);
 }
 
 void System::prepare(const Configuration& configuration) {

@@ -10,7 +10,8 @@ namespace {
 
 constexpr std::uint32_t startSets = 32;
 constexpr std::uint32_t mostSets = 4096;
-/// One set may use every register of a class in one space, so a pool holds that at least.
+/// One set may use every register of a class in one space, and two classes and the loop buffer have
+/// one type, so a pool holds that at least.
 constexpr std::uint32_t registersPerClass = 32;
 
 } // namespace
@@ -24,7 +25,7 @@ bool DescriptorPools::addPool() {
     const std::uint32_t sets =
             std::min(mostSets, startSets << std::min<std::size_t>(pools_.size(), 7));
     const auto sized = [sets](VkDescriptorType type, std::uint32_t perSet) {
-        return VkDescriptorPoolSize{type, std::max(sets * perSet, 2 * registersPerClass)};
+        return VkDescriptorPoolSize{type, std::max(sets * perSet, 2 * registersPerClass + 1)};
     };
     const std::array sizes{sized(VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER, 2),
                            sized(VK_DESCRIPTOR_TYPE_SAMPLED_IMAGE, 4),

@@ -5,7 +5,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cassert>
+#include <utility>
 #include <vector>
 
 namespace vlGraphics::vulkan {
@@ -173,10 +175,23 @@ bool Device::waitFor(std::uint64_t value, std::uint64_t timeout) {
     info.semaphoreCount = 1;
     info.pSemaphores = &timeline_;
     info.pValues = &value;
-    return note(vkWaitSemaphores(device_, &info, timeout)) != VK_TIMEOUT;
+    for (;;) {
+        const std::uint64_t part = std::min(timeout, patience_);
+        if (note(vkWaitSemaphores(device_, &info, part)) != VK_TIMEOUT) return true;
+        if (timeout != UINT64_MAX) timeout -= part;
+        if (timeout == 0) return false;
+        if (slow_) slow_();
+    }
+}
+
+void Device::setPatience(std::uint64_t milliseconds, std::function<void()> slow) {
+    constexpr std::uint64_t nanosecondsPerMs = 1'000'000;
+    patience_ = slow ? milliseconds * nanosecondsPerMs : UINT64_MAX;
+    slow_ = std::move(slow);
 }
 
 void Device::waitIdle() {
+    waitFor(submitted_);
     if (!lost_) note(vkDeviceWaitIdle(device_));
 }
 

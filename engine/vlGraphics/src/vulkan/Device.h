@@ -8,6 +8,7 @@
 #include <vlCommon/SingletonClass.h>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -52,6 +53,9 @@ public:
     std::uint64_t completed() const;
     /// False when the time (nanoseconds) is over first.
     bool waitFor(std::uint64_t value, std::uint64_t timeout = UINT64_MAX);
+    /// Whenever a wait without an end, or a longer one, has lasted that long, `slow` is called; it
+    /// may not wait itself.
+    void setPatience(std::uint64_t milliseconds, std::function<void()> slow);
     /// Also waits for what presenting does with the queue.
     void waitIdle();
 
@@ -85,6 +89,8 @@ private:
     VkSemaphore timeline_ = VK_NULL_HANDLE;
     std::uint64_t submitted_ = 0;
     std::uint64_t openWork_ = 0;
+    std::uint64_t patience_ = UINT64_MAX; ///< nanoseconds
+    std::function<void()> slow_;
     bool lost_ = false;
     bool recordingFrame_ = false;
     RetireList retired_;

@@ -153,7 +153,10 @@ void leaveOff(DeviceChoice& choice, std::string_view names) {
             {"depthClamp", &VkPhysicalDeviceFeatures::depthClamp},
             {"depthBiasClamp", &VkPhysicalDeviceFeatures::depthBiasClamp},
             {"fillModeNonSolid", &VkPhysicalDeviceFeatures::fillModeNonSolid},
-            {"samplerAnisotropy", &VkPhysicalDeviceFeatures::samplerAnisotropy}};
+            {"samplerAnisotropy", &VkPhysicalDeviceFeatures::samplerAnisotropy},
+            {"fragmentStoresAndAtomics", &VkPhysicalDeviceFeatures::fragmentStoresAndAtomics},
+            {"vertexPipelineStoresAndAtomics",
+             &VkPhysicalDeviceFeatures::vertexPipelineStoresAndAtomics}};
     for (const auto& [name, member] : features)
         if (isNamed(name)) choice.features.*member = VK_FALSE;
     if (isNamed("customBorderColors")) choice.hasCustomBorderColors = false;

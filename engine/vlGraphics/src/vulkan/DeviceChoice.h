@@ -26,8 +26,9 @@ struct DeviceChoice {
  *  one whose name contains the environment variable VL_DEVICE. Fails with one line that says what
  *  is missing. What the environment variable VL_DEVICE_WITHOUT names, separated by spaces, is left
  *  off, so that what a poorer device draws can be seen on any: independentBlend, dualSrcBlend,
- *  depthClamp, depthBiasClamp, fillModeNonSolid, samplerAnisotropy, customBorderColors,
- *  samplerMirrorClampToEdge, smoothLines, D32_SFLOAT_S8_UINT. */
+ *  depthClamp, depthBiasClamp, fillModeNonSolid, samplerAnisotropy, fragmentStoresAndAtomics,
+ *  vertexPipelineStoresAndAtomics, customBorderColors, samplerMirrorClampToEdge, smoothLines,
+ *  D32_SFLOAT_S8_UINT. */
 vlCommon::Result<DeviceChoice> chooseDevice(VkInstance instance);
 
 } // namespace vlGraphics::vulkan

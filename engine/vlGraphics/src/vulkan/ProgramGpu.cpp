@@ -1,6 +1,7 @@
 #include "vulkan/ProgramGpu.h"
 
 #include "programs/BindingModel.h"
+#include "programs/CompileRequest.h"
 #include "render/Pipelines.h"
 #include "vulkan/Device.h"
 #include "vulkan/PointSize.h"
@@ -11,6 +12,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstring>
 
 namespace vlGraphics {
 
@@ -38,10 +40,10 @@ VkDescriptorType descriptorType(const ReflectedResource& resource) {
     return resource.isBuffer ? VK_DESCRIPTOR_TYPE_STORAGE_BUFFER : VK_DESCRIPTOR_TYPE_STORAGE_IMAGE;
 }
 
-VkShaderStageFlags stagesOf(const ReflectedResource& resource) {
+VkShaderStageFlags stagesOf(std::uint32_t mask) {
     VkShaderStageFlags stages = 0;
     for (std::uint32_t stage = 0; stage < shaderTypeCount; ++stage)
-        if ((resource.stageMask >> stage & 1U) != 0)
+        if ((mask >> stage & 1U) != 0)
             stages |= VkShaderStageFlags{vulkan::shaderStage(static_cast<SHADER_TYPE>(stage))};
     return stages;
 }
@@ -109,9 +111,15 @@ vlCommon::Result<> makeSet(Program::Gpu& gpu, std::uint32_t space) {
         const std::uint32_t binding =
                 BindingModel::bindingOf(resource.resourceClass, resource.slot);
         const VkDescriptorType type = descriptorType(resource);
-        bindings.push_back({binding, type, 1, stagesOf(resource), nullptr});
+        bindings.push_back({binding, type, 1, stagesOf(resource.stageMask), nullptr});
         set.bindings.push_back({binding, type, i});
     }
+    if (space == BindingModel::loopSet && gpu.tellingStages != 0)
+        bindings.push_back({BindingModel::loopBinding,
+                            VK_DESCRIPTOR_TYPE_STORAGE_BUFFER,
+                            1,
+                            stagesOf(gpu.tellingStages),
+                            nullptr});
     auto info = vulkan::vkInfo<VkDescriptorSetLayoutCreateInfo>(
             VK_STRUCTURE_TYPE_DESCRIPTOR_SET_LAYOUT_CREATE_INFO);
     info.bindingCount = static_cast<std::uint32_t>(bindings.size());
@@ -122,7 +130,7 @@ vlCommon::Result<> makeSet(Program::Gpu& gpu, std::uint32_t space) {
 }
 
 vlCommon::Result<> makeLayout(Program::Gpu& gpu) {
-    std::uint32_t spaces = 0;
+    std::uint32_t spaces = gpu.tellingStages != 0 ? BindingModel::loopSet + 1 : 0;
     for (const ReflectedResource& resource : gpu.reflection.resources) {
         if (auto checked = checkAddress(resource); !checked) return checked;
         spaces = std::max(spaces, resource.space + 1);
@@ -143,6 +151,22 @@ vlCommon::Result<> makeLayout(Program::Gpu& gpu) {
             "Could not make a pipeline layout");
 }
 
+vlCommon::Result<> makeLoopWords(Program::Gpu& gpu, const CompiledProgram& program) {
+    gpu.loops = program.loops;
+    gpu.tellingStages = program.tellingStages;
+    gpu.mostPasses = program.mostPasses;
+    if (gpu.tellingStages == 0) return {};
+    constexpr VkDeviceSize size = sizeof(std::uint32_t) * shaderTypeCount;
+    auto words = vulkan::GpuBuffer::create(size,
+                                           VK_BUFFER_USAGE_STORAGE_BUFFER_BIT,
+                                           vulkan::BufferMemory::readback,
+                                           "the loop buffer");
+    if (!words) return tl::unexpected(words.error());
+    std::memset(words->mapped(), 0, size);
+    gpu.loopWords = *std::move(words);
+    return {};
+}
+
 } // namespace
 
 Program::Program() = default;
@@ -158,12 +182,33 @@ Program::Gpu::~Gpu() {
         device.retire(module);
 }
 
+std::uint32_t writingStages() {
+    if (Device::getInstance() == nullptr) return ~0U;
+    const VkPhysicalDeviceFeatures& features = Device::getInstance()->features();
+    constexpr std::uint32_t pixel = 1U << static_cast<std::uint32_t>(SHADER_TYPE::PIXEL);
+    constexpr std::uint32_t compute = 1U << static_cast<std::uint32_t>(SHADER_TYPE::COMPUTE);
+    std::uint32_t stages = compute;
+    if (features.fragmentStoresAndAtomics == VK_TRUE) stages |= pixel;
+    if (features.vertexPipelineStoresAndAtomics == VK_TRUE) stages |= ~(pixel | compute);
+    return stages;
+}
+
+std::uint32_t mostLoopPasses() {
+    // The software driver leaves every loop once a thread has had 65535 passes, and says nothing.
+    constexpr std::uint32_t ofSoftware = 49152;
+    const Device* device = Device::getInstance();
+    const bool isSoftware = device != nullptr &&
+                            device->choice().properties.deviceType == VK_PHYSICAL_DEVICE_TYPE_CPU;
+    return isSoftware ? ofSoftware : CompileRequest().mostPasses;
+}
+
 vlCommon::Result<std::unique_ptr<Program::Gpu>> makeProgramGpu(const CompiledProgram& program) {
     if (Device::getInstance() == nullptr) return vlCommon::fail("There is no device");
     if (auto checked = checkStages(program); !checked) return tl::unexpected(checked.error());
     auto gpu = std::make_unique<Program::Gpu>();
     gpu->serial = nextSerial();
     gpu->reflection = program.reflection;
+    if (auto made = makeLoopWords(*gpu, program); !made) return tl::unexpected(made.error());
     if (auto made = makeLayout(*gpu); !made) return tl::unexpected(made.error());
     if (auto made = makeModules(*gpu, program); !made) return tl::unexpected(made.error());
     constexpr std::uint32_t firstTwo = 3;

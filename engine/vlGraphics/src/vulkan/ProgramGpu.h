@@ -1,5 +1,6 @@
 #pragma once
 #include "programs/CompiledProgram.h"
+#include "vulkan/GpuBuffer.h"
 #include "vulkan/Vk.h"
 
 #include <vlCommon/Result.h>
@@ -40,9 +41,21 @@ struct Program::Gpu {
     std::vector<std::uint32_t> secondSourcePixel;
     /// The vertex stage for lists of points; empty where it will do as it is.
     std::vector<std::uint32_t> pointVertex;
+    /// Of stages whose loops are watched: what a stopped one tells by its number.
+    LoopPlaces loops;
+    /// The stages that tell, bit n for stage n, and where: a word for each of all stages, at
+    /// BindingModel::loopBinding of the first set. No buffer where no stage tells.
+    std::uint32_t tellingStages = 0;
+    std::uint32_t mostPasses = 0; ///< of one thread through watched loops
+    vulkan::GpuBuffer loopWords;
     /// Has a resource that scene draws cannot provide (an unordered access view).
     bool needsUnorderedAccess = false;
 };
+
+/// The stages in which the device lets threads write; bit n is stage n. All without a device.
+std::uint32_t writingStages();
+/// Of one thread through its loops. Fewer than after which the device's driver leaves loops itself.
+std::uint32_t mostLoopPasses();
 
 /** Makes the device side. Fails when there is no device, when a register or a space lies beyond
  * what the addresses have room for (32 registers of a class, 8 spaces), or when a stage needs a

@@ -1,0 +1,384 @@
+#include "programs/ShaderLoops.h"
+
+#include "vulkan/SpirvWords.h"
+
+#include <algorithm>
+#include <bit>
+#include <optional>
+#include <unordered_map>
+
+namespace vlGraphics {
+
+namespace {
+
+using Words = std::span<const std::uint32_t>;
+
+// Numbers of SPIR-V.
+enum Operation : std::uint32_t {
+    string = 7,
+    line = 8,
+    noLine = 317,
+    typeInt = 21,
+    typeFloat = 22,
+    constant = 43,
+    function = 54,
+    functionCall = 57,
+    load = 61,
+    store = 62,
+    addInt = 128,
+    addFloat = 129,
+    subtractInt = 130,
+    subtractFloat = 131,
+    logicalAnd = 167,
+    equalInt = 170,
+    unequalInt = 171,
+    lastComparison = 191,
+    controlBarrier = 224,
+    loopMerge = 246,
+    blockLabel = 248,
+    branch = 249,
+    branchConditional = 250,
+    firstTerminator = 249,
+    lastTerminator = 255
+};
+
+enum class Kind : std::uint8_t { other, signedInt, unsignedInt, real };
+
+struct Constant {
+    Kind kind = Kind::other;
+    std::uint32_t bits = 0;
+};
+
+std::int32_t asSigned(std::uint32_t bits) {
+    return std::bit_cast<std::int32_t>(bits);
+}
+float asFloat(std::uint32_t bits) {
+    return std::bit_cast<float>(bits);
+}
+
+/// By SPIR-V's numbers: each pair is one comparison, unsigned and signed, or ordered and unordered.
+template <class T> bool compare(std::uint32_t pair, T a, T b) {
+    switch (pair) {
+    case 0:
+        return a > b;
+    case 1:
+        return a >= b;
+    case 2:
+        return a < b;
+    default:
+        return a <= b;
+    }
+}
+
+std::optional<bool> compare(std::uint32_t operation, std::uint32_t a, std::uint32_t b) {
+    constexpr std::uint32_t firstOrder = 172, firstFloat = 180, firstFloatOrder = 184;
+    if (operation < firstOrder) return (a == b) == (operation == equalInt);
+    if (operation < firstFloat) {
+        const std::uint32_t pair = (operation - firstOrder) / 2;
+        const bool isSigned = (operation - firstOrder) % 2 == 1;
+        return isSigned ? compare(pair, asSigned(a), asSigned(b)) : compare(pair, a, b);
+    }
+    // What is also true of values that are no numbers need not ever end.
+    if (operation < firstFloatOrder || operation % 2 == 1) return std::nullopt;
+    // Less and greater come before their forms with equality.
+    constexpr std::uint32_t pairs[] = {2, 0, 3, 1};
+    return compare(pairs[(operation - firstFloatOrder) / 2], asFloat(a), asFloat(b));
+}
+
+std::uint32_t step(std::uint32_t operation, std::uint32_t value, std::uint32_t by) {
+    switch (operation) {
+    case addInt:
+        return value + by;
+    case subtractInt:
+        return value - by;
+    case addFloat:
+        return std::bit_cast<std::uint32_t>(asFloat(value) + asFloat(by));
+    default:
+        return std::bit_cast<std::uint32_t>(asFloat(value) - asFloat(by));
+    }
+}
+
+/** Reads a module's loops and how often they pass. */
+class LoopReader {
+public:
+    explicit LoopReader(Words spirv) : spirv_(spirv) {}
+
+    std::vector<ShaderLoop> read() {
+        readNames();
+        readFunctions();
+        for (std::size_t i = 0; i < functions_.size(); ++i)
+            judge(functions_[i]);
+        std::vector<ShaderLoop> loops;
+        loops.reserve(loops_.size());
+        for (const Loop& loop : loops_)
+            loops.push_back(loop.found);
+        return loops;
+    }
+
+private:
+    static constexpr std::size_t none = ~std::size_t{0};
+
+    struct Loop {
+        ShaderLoop found;
+        std::uint32_t header = 0;
+        std::uint32_t continueBlock = 0;
+        std::size_t before = 0; ///< label of the block that stands before the header
+        std::size_t parent = none;
+        std::uint64_t inner = 0; ///< unwatched passes within one of its own
+    };
+    struct Call {
+        std::uint32_t callee = 0;
+        std::size_t loop = none; ///< around it
+    };
+    struct Function {
+        std::size_t firstLoop = 0, endLoop = 0;
+        std::vector<Call> calls;
+        bool isJudged = false;
+        bool hasBarrier = false;
+        std::uint64_t passes = 0; ///< unwatched, of one call
+    };
+    /// A variable that a loop compares with a constant before each pass.
+    struct Counter {
+        std::uint32_t variable = 0;
+        std::uint32_t comparison = 0;
+        Constant limit;
+        bool isLeft = true; ///< of the comparison
+    };
+
+    static void add(std::uint64_t& total, std::uint64_t passes) {
+        total = std::min(total + passes, std::uint64_t{1} << 24U);
+    }
+
+    std::uint32_t opcode(std::size_t at) const { return spirv_[at] & 0xFFFFU; }
+    std::size_t count(std::size_t at) const { return spirv_[at] >> 16U; }
+    std::size_t after(std::size_t at) const { return at + count(at); }
+
+    void readNames() {
+        std::unordered_map<std::uint32_t, Kind> types;
+        vulkan::eachInstruction(spirv_, [&](std::uint32_t op, std::size_t at, std::size_t words) {
+            if (op == typeInt && spirv_[at + 2] == 32)
+                types[spirv_[at + 1]] = spirv_[at + 3] == 1 ? Kind::signedInt : Kind::unsignedInt;
+            if (op == typeFloat && spirv_[at + 2] == 32) types[spirv_[at + 1]] = Kind::real;
+            if (op == constant && words == 4)
+                constants_[spirv_[at + 2]] = {types[spirv_[at + 1]], spirv_[at + 3]};
+            if (op == blockLabel) labels_[spirv_[at + 1]] = at;
+        });
+    }
+
+    void readFunctions() {
+        std::vector<std::size_t> open; // loops around, from the outermost
+        std::size_t lastLabel = 0, labelBefore = 0;
+        std::uint32_t resultType = 0;
+        vulkan::eachInstruction(spirv_, [&](std::uint32_t op, std::size_t at, std::size_t) {
+            while (!open.empty() && loops_[open.back()].found.end <= at)
+                open.pop_back();
+            const std::size_t around = open.empty() ? none : open.back();
+            if (op == function) {
+                numbers_[spirv_[at + 2]] = functions_.size();
+                functions_.emplace_back().firstLoop = loops_.size();
+                resultType = spirv_[at + 1];
+                open.clear();
+            }
+            if (op == blockLabel) {
+                labelBefore = lastLabel;
+                lastLabel = at;
+            }
+            if (op == functionCall) functions_.back().calls.push_back({spirv_[at + 3], around});
+            if (op == controlBarrier) markBarrier(functions_.back(), around);
+            if (op == loopMerge) {
+                addLoop(at, lastLabel, labelBefore, around).found.resultType = resultType;
+                open.push_back(loops_.size() - 1);
+                functions_.back().endLoop = loops_.size();
+            }
+        });
+    }
+
+    Loop& addLoop(std::size_t at, std::size_t label, std::size_t before, std::size_t parent) {
+        Loop& loop = loops_.emplace_back();
+        loop.found.label = label;
+        loop.found.branch = after(at);
+        loop.found.mergeBlock = spirv_[at + 1];
+        loop.found.end = labels_[loop.found.mergeBlock];
+        loop.header = spirv_[label + 1];
+        loop.continueBlock = spirv_[at + 2];
+        loop.before = before;
+        loop.parent = parent;
+        return loop;
+    }
+
+    void markBarrier(Function& in, std::size_t loop) {
+        in.hasBarrier = true;
+        for (; loop != none; loop = loops_[loop].parent)
+            loops_[loop].found.hasBarrier = true;
+    }
+
+    void judge(Function& judged) {
+        if (judged.isJudged) return;
+        judged.isJudged = true;
+        for (const Call& call : judged.calls) {
+            const auto number = numbers_.find(call.callee);
+            if (number == numbers_.end()) continue;
+            Function& callee = functions_[number->second];
+            judge(callee);
+            if (callee.hasBarrier) markBarrier(judged, call.loop);
+            add(call.loop == none ? judged.passes : loops_[call.loop].inner, callee.passes);
+        }
+        // The inner ones stand after those around them.
+        for (std::size_t i = judged.endLoop; i > judged.firstLoop;) {
+            Loop& loop = loops_[--i];
+            constexpr std::uint64_t most = mostUnwatchedPasses;
+            const std::optional<std::uint64_t> trips = tripsOf(loop);
+            const std::uint64_t passes = trips ? *trips * (1 + std::min(loop.inner, most)) : most;
+            loop.found.weight = static_cast<std::uint32_t>(1 + loop.inner);
+            loop.found.endsSoon = trips && passes <= most;
+            if (loop.found.endsSoon)
+                add(loop.parent == none ? judged.passes : loops_[loop.parent].inner, passes);
+        }
+    }
+
+    std::optional<std::uint64_t> tripsOf(const Loop& loop) const {
+        if (opcode(loop.found.branch) != branch) return std::nullopt;
+        for (const Counter& counter : countersOf(loop))
+            if (const auto trips = tripsOf(loop, counter)) return trips;
+        return std::nullopt;
+    }
+
+    /// Of the block that decides on the next pass: what must all be true for it.
+    std::vector<Counter> countersOf(const Loop& loop) const {
+        const auto test = labels_.find(spirv_[loop.found.branch + 1]);
+        if (test == labels_.end()) return {};
+        std::unordered_map<std::uint32_t, std::size_t> made;
+        std::size_t at = after(test->second);
+        for (; opcode(at) < firstTerminator || opcode(at) > lastTerminator; at = after(at))
+            if (opcode(at) != store && opcode(at) != line && count(at) > 2)
+                made[spirv_[at + 2]] = at;
+        if (opcode(at) != branchConditional || spirv_[at + 3] != loop.found.mergeBlock) return {};
+        std::vector<Counter> counters;
+        std::vector<std::uint32_t> conditions{spirv_[at + 1]};
+        while (!conditions.empty()) {
+            const auto found = made.find(conditions.back());
+            conditions.pop_back();
+            if (found == made.end()) continue;
+            const std::size_t condition = found->second;
+            if (opcode(condition) == logicalAnd) {
+                conditions.push_back(spirv_[condition + 3]);
+                conditions.push_back(spirv_[condition + 4]);
+            } else if (opcode(condition) >= equalInt && opcode(condition) <= lastComparison) {
+                addCounter(condition, made, counters);
+            }
+        }
+        return counters;
+    }
+
+    void addCounter(std::size_t condition,
+                    const std::unordered_map<std::uint32_t, std::size_t>& made,
+                    std::vector<Counter>& counters) const {
+        for (const bool isLeft : {true, false}) {
+            const auto value = made.find(spirv_[condition + (isLeft ? 3 : 4)]);
+            const auto limit = constants_.find(spirv_[condition + (isLeft ? 4 : 3)]);
+            if (value == made.end() || limit == constants_.end()) continue;
+            if (opcode(value->second) != load || limit->second.kind == Kind::other) continue;
+            counters.push_back(
+                    {spirv_[value->second + 3], opcode(condition), limit->second, isLeft});
+        }
+    }
+
+    std::optional<std::uint64_t> tripsOf(const Loop& loop, const Counter& counter) const {
+        const std::optional<std::uint32_t> start = startOf(loop, counter.variable);
+        const std::size_t next = stepOf(loop, counter.variable);
+        if (!start || next == none) return std::nullopt;
+        const auto by = constants_.find(spirv_[next + 4]);
+        if (by == constants_.end() || by->second.kind != counter.limit.kind) return std::nullopt;
+        std::uint32_t value = *start;
+        for (std::uint64_t trips = 0; trips <= mostUnwatchedPasses; ++trips) {
+            const auto goesOn = counter.isLeft
+                                        ? compare(counter.comparison, value, counter.limit.bits)
+                                        : compare(counter.comparison, counter.limit.bits, value);
+            if (!goesOn) return std::nullopt;
+            if (!*goesOn) return trips;
+            value = step(opcode(next), value, by->second.bits);
+        }
+        return std::nullopt;
+    }
+
+    /// The constant that the block before the loop leaves in the variable.
+    std::optional<std::uint32_t> startOf(const Loop& loop, std::uint32_t variable) const {
+        std::optional<std::uint32_t> start;
+        bool leadsHere = false;
+        for (std::size_t at = after(loop.before); at < loop.found.label; at = after(at)) {
+            leadsHere = opcode(at) == branch && spirv_[at + 1] == loop.header;
+            if (!mentions(at, variable) || opcode(at) == load) continue;
+            start.reset();
+            if (opcode(at) != store || spirv_[at + 1] != variable) continue;
+            const auto value = constants_.find(spirv_[at + 2]);
+            if (value != constants_.end() && value->second.kind != Kind::other)
+                start = value->second.bits;
+        }
+        return leadsHere ? start : std::nullopt;
+    }
+
+    /// The addition of a constant that the continue block stores; none when the loop uses the
+    /// variable in any way other than to read it.
+    std::size_t stepOf(const Loop& loop, std::uint32_t variable) const {
+        const auto label = labels_.find(loop.continueBlock);
+        if (label == labels_.end() || label->second >= loop.found.end) return none;
+        std::size_t loaded = none, added = none, stored = none;
+        std::size_t at = after(label->second);
+        for (; opcode(at) < firstTerminator || opcode(at) > lastTerminator; at = after(at)) {
+            const std::uint32_t op = opcode(at);
+            if (op == load && spirv_[at + 3] == variable) loaded = at;
+            if (op >= addInt && op <= subtractFloat && loaded != none &&
+                spirv_[at + 3] == spirv_[loaded + 2])
+                added = at;
+            if (op == store && spirv_[at + 1] == variable && added != none &&
+                spirv_[at + 2] == spirv_[added + 2])
+                stored = at;
+        }
+        if (stored == none || opcode(at) != branch || spirv_[at + 1] != loop.header) return none;
+        for (at = loop.found.label; at < loop.found.end; at = after(at))
+            if (at != stored && opcode(at) != load && mentions(at, variable)) return none;
+        return added;
+    }
+
+    /// A number that only looks like it counts, too.
+    bool mentions(std::size_t at, std::uint32_t id) const {
+        if (opcode(at) == line || opcode(at) == noLine) return false;
+        const Words words = spirv_.subspan(at + 1, count(at) - 1);
+        return std::find(words.begin(), words.end(), id) != words.end();
+    }
+
+    Words spirv_;
+    std::unordered_map<std::uint32_t, Constant> constants_;
+    std::unordered_map<std::uint32_t, std::size_t> labels_;
+    std::unordered_map<std::uint32_t, std::size_t> numbers_; ///< of functions by name
+    std::vector<Function> functions_;
+    std::vector<Loop> loops_;
+};
+
+} // namespace
+
+std::vector<ShaderLoop> findLoops(Words spirv) {
+    return LoopReader(spirv).read();
+}
+
+std::vector<LoopPlace> findLoopPlaces(Words spirv) {
+    std::unordered_map<std::uint32_t, std::size_t> files;
+    std::vector<LoopPlace> places;
+    LoopPlace place;
+    vulkan::eachInstruction(spirv, [&](std::uint32_t op, std::size_t at, std::size_t words) {
+        if (op == string) files[spirv[at + 1]] = at;
+        if (op == line) {
+            place.line = std::max(spirv[at + 2], 1U);
+            place.file.clear();
+            const auto file = files.find(spirv[at + 1]);
+            if (file == files.end()) return;
+            const auto text = spirv.subspan(file->second + 2, (spirv[file->second] >> 16U) - 2);
+            const auto* first = reinterpret_cast<const char*>(text.data());
+            place.file.assign(first, std::find(first, first + text.size_bytes(), '\0'));
+        }
+        if (op == loopMerge && words > 2) places.push_back(place);
+    });
+    return places;
+}
+
+} // namespace vlGraphics
