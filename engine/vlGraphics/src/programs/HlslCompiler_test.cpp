@@ -413,6 +413,55 @@ TEST(HlslCompiler, TessellationNeedsBothItsStages) {
     expectValid(*outcome);
 }
 
+TEST(HlslCompiler, AllStagesOfAPipelineMeet) {
+    const std::string common = R"(
+        struct Corner { float4 p : CONTROL; float2 uv[2] : TEXCOORD3; float3x3 frame : FRAME; uint id : ID; };
+        struct Patch { float edges[3] : SV_TessFactor; float inside : SV_InsideTessFactor;
+                       float3 bulge[2] : BULGE; float4 tint : TINT; };
+        struct Point { float4 clip : SV_POSITION; float2 uv[2] : TEXCOORD3; float3 tint : TINT;
+                       float3x3 frame : FRAME; };
+        )";
+    ProgramSourcesHolder sources;
+    sources.setVertexMemory(common + R"(
+        Corner main(float4 p : POSITION) {
+            Corner c; c.p = p; c.uv[0] = p.xy; c.uv[1] = p.zw; c.frame = 1; c.id = 3; return c; })");
+    sources.setHullMemory(common + R"(
+        Patch factors(InputPatch<Corner, 3> patch, uint id : SV_PrimitiveID) {
+            Patch f; f.edges[0] = f.edges[1] = f.edges[2] = f.inside = 2;
+            f.bulge[0] = patch[0].p.xyz; f.bulge[1] = id; f.tint = 1; return f; }
+        [domain("tri")] [partitioning("fractional_odd")] [outputtopology("triangle_cw")]
+        [outputcontrolpoints(3)] [patchconstantfunc("factors")]
+        Corner main(InputPatch<Corner, 3> patch, uint i : SV_OutputControlPointID) { return patch[i]; })");
+    sources.setDomainMemory(common + R"(
+        [domain("tri")]
+        Point main(Patch f, float3 at : SV_DomainLocation, const OutputPatch<Corner, 3> patch) {
+            Point o; o.clip = patch[0].p * at.x + patch[1].p * at.y + patch[2].p * at.z;
+            o.uv[0] = patch[0].uv[1]; o.uv[1] = patch[1].uv[0] * patch[2].id;
+            o.tint = f.bulge[1] + f.tint.rgb; o.frame = patch[1].frame; return o; })");
+    sources.setGeometryMemory(common + R"(
+        struct Last { float4 clip : SV_POSITION; float2 uv[2] : TEXCOORD3; float3 tint : TINT;
+                      float3x3 frame : FRAME; nointerpolation uint number : NUMBER; };
+        [maxvertexcount(3)]
+        void main(triangle Point corners[3], uint id : SV_PrimitiveID, inout TriangleStream<Last> stream) {
+            for (int i = 0; i < 3; ++i) {
+                Last v; v.clip = corners[i].clip; v.uv = corners[i].uv; v.tint = corners[i].tint;
+                v.frame = corners[i].frame; v.number = id; stream.Append(v); }
+            stream.RestartStrip(); })");
+    sources.setPixelMemory(R"(
+        float4 main(nointerpolation uint number : NUMBER, float3x3 frame : FRAME, float2 b : TEXCOORD4,
+                    float2 a : TEXCOORD3, float3 tint : TINT) : SV_TARGET {
+            return float4(mul(frame, tint), number) + a.xyxy + b.xyxy; })");
+    const CompileOutcome outcome = compileHlsl(PROGRAM_TYPE::PIPELINE, sources, true);
+    ASSERT_TRUE(outcome) << static_cast<int>(outcome.error().getStage()) << ": "
+                         << outcome.error().getErrorMessage();
+    expectValid(*outcome);
+    sources.setGeometryMemory("");
+    const CompileOutcome without = compileHlsl(PROGRAM_TYPE::PIPELINE, sources, true);
+    ASSERT_FALSE(without);
+    EXPECT_EQ(without.error().getErrorMessage(),
+              "2: 'NUMBER' is read, but the domain stage does not write it");
+}
+
 TEST(HlslCompiler, ComputeReflectsItsGroupAndBuffer) {
     const CompileOutcome outcome = compileCompute(
             "RWStructuredBuffer<float> data : register(u0);\n[numthreads(8, 4, 2)]\n"

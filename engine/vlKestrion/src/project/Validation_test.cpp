@@ -183,12 +183,12 @@ TEST_F(Validation, DeclarationsAreCheckedWithTheirMaterials) {
 
 TEST_F(Validation, ProgramsAreCompiled) {
     const String file = folder_.write("all.vlpr", R"({"formatVersion": 1, "programs": [
-        {"name": "good", "type": "compute", "stages": [
-            {"stage": "compute", "source": "[numthreads(1, 1, 1)] void main() {}"}]},
-        {"name": "rays", "type": "raytracing"},
+        {"name": "good", "type": "COMPUTE", "stages": [
+            {"stage": "COMPUTE", "source": "[numthreads(1, 1, 1)] void main() {}"}]},
+        {"name": "rays", "type": "RAYTRACING"},
         {"name": "bad", "stages": [
-            {"stage": "vertex", "source": "float4 main() : SV_POSITION {\n return a; }"},
-            {"stage": "pixel", "source": "float4 main() : SV_TARGET { return b; }"}]}]})");
+            {"stage": "VERTEX", "source": "float4 main() : SV_POSITION {\n return a; }"},
+            {"stage": "PIXEL", "source": "float4 main() : SV_TARGET { return b; }"}]}]})");
     EXPECT_THAT(
             validateFile(file),
             ElementsAre(
