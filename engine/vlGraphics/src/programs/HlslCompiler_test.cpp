@@ -459,7 +459,7 @@ TEST(HlslCompiler, AllStagesOfAPipelineMeet) {
     const CompileOutcome without = compileHlsl(PROGRAM_TYPE::PIPELINE, sources, true);
     ASSERT_FALSE(without);
     EXPECT_EQ(without.error().getErrorMessage(),
-              "2: 'NUMBER' is read, but the domain stage does not write it");
+              "1: 'NUMBER' is read, but the domain stage does not write it");
 }
 
 TEST(HlslCompiler, ComputeReflectsItsGroupAndBuffer) {

@@ -8,7 +8,8 @@ class ProgramAddresses : public EngineTest {
 protected:
     static std::string errorFor(RESOURCE_CLASS kind, std::uint32_t slot, std::uint32_t space) {
         CompiledProgram program;
-        program.reflection.resources.push_back({"thing", kind, false, slot, space, 16, 1});
+        program.reflection.resources.push_back(
+                {.name = "thing", .resourceClass = kind, .slot = slot, .space = space});
         const auto made = makeProgramGpu(program);
         return made ? "" : made.error().message;
     }
@@ -24,8 +25,12 @@ TEST_F(ProgramAddresses, LastRegisterAndSpaceFitAndTheNextAreNamed) {
 
 TEST_F(ProgramAddresses, SpacesBetweenMayBeEmpty) {
     CompiledProgram program;
-    program.reflection.resources.push_back(
-            {"thing", RESOURCE_CLASS::CONSTANT_BUFFER, false, 3, 5, 64, 17});
+    program.reflection.resources.push_back({.name = "thing",
+                                            .resourceClass = RESOURCE_CLASS::CONSTANT_BUFFER,
+                                            .slot = 3,
+                                            .space = 5,
+                                            .byteSize = 64,
+                                            .stageMask = 17});
     const auto made = makeProgramGpu(program);
     ASSERT_TRUE(made.has_value()) << made.error().message;
     ASSERT_EQ((*made)->sets.size(), 6U);
