@@ -100,8 +100,8 @@ void PictureView::drawText(QPainter& painter) const {
         painter.drawText(room, Qt::AlignCenter | Qt::TextWordWrap, text_);
         return;
     }
-    const QRect line(0, height() - captionHeight(), width(), captionHeight());
-    painter.drawText(line,
+    const int top = static_cast<int>(place().bottom()) + 1;
+    painter.drawText(QRect(0, top, width(), captionHeight()),
                      Qt::AlignHCenter | Qt::AlignBottom,
                      fontMetrics().elidedText(text_, Qt::ElideRight, width()));
 }

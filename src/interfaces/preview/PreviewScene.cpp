@@ -68,6 +68,7 @@ makeTarget(std::string_view part, std::uint32_t side, FORMAT format, RENDER_FLAG
 
 /// A gradient along each axis, darker squares, and a light mark in one corner.
 vlImages::Image patternImage() {
+    constexpr std::array<std::uint8_t, 4> mark{255, 245, 170, 255};
     vlImages::Image image(patternSide, patternSide, vlImages::PixelFormat::rgba8);
     for (std::uint32_t y = 0; y < patternSide; ++y)
         for (std::uint32_t x = 0; x < patternSide; ++x) {
@@ -81,7 +82,7 @@ vlImages::Image patternImage() {
                     255};
             std::byte* to = image.pixels.data() + (y * patternSide + x) * std::size_t{4};
             for (std::size_t channel = 0; channel < 4; ++channel)
-                to[channel] = static_cast<std::byte>(isMark ? 255 : color[channel]);
+                to[channel] = static_cast<std::byte>(isMark ? mark[channel] : color[channel]);
         }
     return image;
 }

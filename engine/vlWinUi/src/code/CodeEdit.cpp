@@ -94,7 +94,7 @@ void CodeEdit::setCompletions(std::vector<std::string> words) {
 
 void CodeEdit::setReadOnly(bool readOnly) {
     CodeView& view = viewOf(*this);
-    view.completion().close();
+    if (readOnly) view.completion().close();
     view.setReadOnly(readOnly);
     view.setTabChangesFocus(readOnly);
     if (readOnly)

@@ -331,6 +331,11 @@ TEST_F(CompletionTest, KeysMoveTakeAndCloseAndLeaveTheRestToTheText) {
     EXPECT_FALSE(isOpen());
     type("h");
     EXPECT_TRUE(isOpen());
+    // Its owner shows it what it has heard of the text.
+    code->setText(code->getText());
+    code->setReadOnly(false);
+    code->setLanguage(CodeEdit::Language::Hlsl);
+    EXPECT_TRUE(isOpen());
     key(Qt::Key_Backspace);
     EXPECT_EQ(offered(), (QStringList{"alpha", "alpine"}));
     type(".");

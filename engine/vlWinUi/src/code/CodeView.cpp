@@ -78,7 +78,7 @@ CodeView::CodeView()
 }
 
 void CodeView::setRules(const CodeRules* rules) {
-    completion_.close();
+    if (rules != highlighter_.getRules()) completion_.close();
     highlighter_.setRules(rules);
 }
 
