@@ -137,22 +137,22 @@ TEST_P(ShaderProgramEditor, TheTypeBoxesAreOneChoiceThatIsAskedFor) {
         }
         return text;
     };
-    EXPECT_EQ(states(), "x! -  -  -  ");
+    EXPECT_EQ(states(), "x! - - - ");
     click(base() + "_COMPUTE_CHECK");
     EXPECT_EQ(vlWinUi::Notificator::getText(),
               "Changing 'p' to another shader program type. This will reset its sources.\n"
               "Are you sure ?");
     use([](auto done) { vlWinUi::Automation::confirm(false, done); });
-    EXPECT_EQ(states(), "x! -  -  -  ");
+    EXPECT_EQ(states(), "x! - - - ");
     EXPECT_EQ(record().type, 1U);
     choose(3);
-    EXPECT_EQ(states(), "-  -  x! -  ");
+    EXPECT_EQ(states(), "- - x! - ");
     erase("p");
-    EXPECT_EQ(states(), "-  -  -  -  ");
+    EXPECT_EQ(states(), "- - - - ");
     EXPECT_EQ(shownIn("_SOURCES_EDIT") + shownIn("_MACROS_EDIT") + shownIn("_LOG_EDIT"), "");
     click(base() + "_COMPUTE_CHECK");
     EXPECT_FALSE(vlWinUi::Notificator::isOpen());
-    EXPECT_EQ(states(), "-  -  -  -  ");
+    EXPECT_EQ(states(), "- - - - ");
 }
 
 TEST_P(ShaderProgramEditor, EachStageHasItsTextAndItsProblems) {
@@ -223,10 +223,11 @@ TEST_P(ShaderProgramEditor, AStageIsReadFromAFileAndFollowsIt) {
     writeElsewhere("empty.hlsl", "");
     writeElsewhere("broken.hlsl", "float4\n\xFF");
     stage("Pixel");
-    for (const char* file : {"empty.hlsl", "missing.hlsl"}) {
-        openFile(file);
-        EXPECT_EQ(lines().back(), "[Editor] Error while loading hlsl file : " + path(file));
-    }
+    openFile("empty.hlsl");
+    EXPECT_EQ(lines().back(), "[Editor] Error while loading hlsl file : " + path("empty.hlsl"));
+    postToGraphics(LoadShaderProgramSourcesMessage("p", {4, "missing.hlsl"}));
+    compile();
+    EXPECT_EQ(lines().back(), "[Editor] Error while loading hlsl file : missing.hlsl");
     openFile("broken.hlsl");
     EXPECT_THAT(lines().back(), HasSubstr("broken.hlsl, line 2 is not valid UTF-8"));
     EXPECT_EQ(source(SHADER_TYPE::PIXEL), before);
@@ -306,11 +307,13 @@ TEST_P(ShaderProgramEditor, WhatCannotBeSavedLeavesNoFilesAndNoChange) {
 }
 
 TEST_P(ShaderProgramEditor, StrangeTextsAreTakenAndRefusedInOneLine) {
+    stage("Pixel");
     for (const std::string& odd : {std::string(),
                                    std::string("void helper() {}"),
                                    std::string(100000, '('),
                                    std::string(3 << 20, '/')}) {
-        write("Pixel", odd);
+        postToGraphics(ShaderProgramSourceMessage("p", {odd, 4}));
+        compile();
         EXPECT_EQ(source(SHADER_TYPE::PIXEL), odd);
         EXPECT_TRUE(record().failed) << odd.substr(0, 20);
         EXPECT_EQ(record().failure.find('\n'), std::string::npos);

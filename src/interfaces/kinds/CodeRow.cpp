@@ -5,6 +5,7 @@
 
 #include <vlWinUi/CodeEdit.h>
 #include <vlWinUi/ComponentManager.h>
+#include <vlWinUi/InputSystem.h>
 #include <vlWinUi/System.h>
 
 #include <algorithm>
@@ -92,7 +93,9 @@ void CodeRow::put(const std::string& text, bool isReadOnly, bool isMixed) {
     CodeEdit* edit = find(component_);
     if (edit == nullptr) return;
     const std::string shown = edit->getText();
-    if (shown != text && normal(shown) != text) edit->setText(text);
+    // Nobody's text is set right under their hands.
+    const bool isBeingTyped = !isReadOnly && vlWinUi::InputSystem::getFocused() == edit;
+    if (shown != text && !(isBeingTyped && normal(shown) == text)) edit->setText(text);
     edit->setReadOnly(isReadOnly);
     edit->setPlaceHolder(isMixed ? "Mixed values" : "");
 }

@@ -198,6 +198,10 @@ public:
         if (!record) return;
         auto& tracker = ResourceUiDataTracker<Kind>::getInstance();
         tracker.markSaved(*record);
+        if constexpr (isHooked<Kind::hooks.save>) {
+            // It may say of the resource where it was saved.
+            if (auto* held = tracker.get(name)) *held = *record;
+        }
         tracker.notifyUpdated(name);
     }
 
