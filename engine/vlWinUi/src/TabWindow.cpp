@@ -86,6 +86,10 @@ void TabWindow::setArrangeable(bool arrangeable) {
     native.bar->setTabsClosable(arrangeable);
 }
 
+void TabWindow::setPagesShown(bool shown) {
+    nativeAs<TabWindowNative>(*this).pages->setVisible(shown);
+}
+
 void TabWindow::setTabFixed(std::size_t index) {
     auto& native = nativeAs<TabWindowNative>(*this);
     if (native.has(index)) native.fix(static_cast<int>(index));

@@ -58,7 +58,7 @@ private:
     static QColor colorOf(Emphasis emphasis) {
         const Shades& shades = Registry::slot()->style->getShades();
         if (emphasis == Emphasis::Error) return shades.error;
-        return emphasis == Emphasis::Warning ? shades.warning : shades.accent;
+        return emphasis == Emphasis::Warning ? shades.warning : shades.muted;
     }
 };
 

@@ -160,7 +160,9 @@ void ShaderProgramWindow::bindStages() {
     }
     showSource_ = bindings_.code("_SOURCES_EDIT", sources);
     showMacros_ = bindings_.code("_MACROS_EDIT", macros);
-    widget<TabWindow>("_STAGES_TABS").setTabSwitchCallback([self](std::size_t, std::size_t to) {
+    auto& tabs = widget<TabWindow>("_STAGES_TABS");
+    tabs.setPagesShown(false);
+    tabs.setTabSwitchCallback([self](std::size_t, std::size_t to) {
         if (const auto window = self.lock()) window->showStage(static_cast<std::uint32_t>(to));
         return true;
     });
@@ -215,7 +217,6 @@ void ShaderProgramWindow::reloadFile() {
 }
 
 void ShaderProgramWindow::show(const Report* report) {
-    isShown_ = report != nullptr;
     report_ = report != nullptr ? *report : Report();
     showTabs();
     showOutcome();
@@ -229,9 +230,12 @@ void ShaderProgramWindow::show(const Report* report) {
 }
 
 void ShaderProgramWindow::showStage(std::uint32_t stage) {
+    auto& edit = widget<CodeEdit>("_SOURCES_EDIT");
+    views_[stage_] = edit.getViewState();
     stage_ = stage;
     showSource_(stage);
     showMacros_(stage);
+    edit.setViewState(views_[stage]);
     showMarks();
     showFile();
 }

@@ -50,7 +50,7 @@ private:
     Bindings<ShaderProgramKind>& bindings_;
     std::uint32_t stage_ = 0;
     Report report_; ///< empty while not exactly one program, or several alike, are selected
-    bool isShown_ = false;
+    PerStage<vlWinUi::CodeViewState> views_; ///< where a person was in each source
     std::function<void(std::size_t)> showSource_;
     std::function<void(std::size_t)> showMacros_;
 };

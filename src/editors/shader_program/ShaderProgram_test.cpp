@@ -306,6 +306,34 @@ TEST_P(ShaderProgramEditor, WhatCannotBeSavedLeavesNoFilesAndNoChange) {
     EXPECT_THAT(lines(), testing::Contains(HasSubstr("no folder for its sources")));
 }
 
+TEST_P(ShaderProgramEditor, ADeclarationWhoseSourceIsNoTextIsLeftOut) {
+    writeElsewhere("bad.hlsl", "float4\xFF");
+    writeElsewhere("bad.vlpr",
+                   R"({"formatVersion": 1, "programs": [{"name": "bad", "stages": [
+                       {"stage": "VERTEX", "file": "bad.hlsl"}]}]})");
+    kind().commands().load(path("bad.vlpr"));
+    settle();
+    EXPECT_THAT(lines().back(), HasSubstr("'bad.hlsl': the text is not valid UTF-8"));
+    EXPECT_THAT(kind().names(), ElementsAre("p"));
+}
+
+TEST_P(ShaderProgramEditor, ItStandsOutInTheListWhileItDoesNotCompile) {
+    const auto& list = *ComponentManager::get<vlWinUi::ListBox>(base() + "_LIST");
+    write("Pixel", "nonsense");
+    EXPECT_EQ(list.getEntry(0).emphasis, vlWinUi::Emphasis::Error);
+    rename("p", "q");
+    EXPECT_EQ(list.getEntry(0).emphasis, vlWinUi::Emphasis::Error);
+    const auto second = open();
+    EXPECT_EQ(ComponentManager::get<vlWinUi::ListBox>(second->getRootName() + "_LIST")
+                      ->getEntry(0)
+                      .emphasis,
+              vlWinUi::Emphasis::Error);
+    undo();
+    undo();
+    compile();
+    EXPECT_EQ(list.getEntry(0).emphasis, vlWinUi::Emphasis::None);
+}
+
 TEST_P(ShaderProgramEditor, StrangeTextsAreTakenAndRefusedInOneLine) {
     stage("Pixel");
     for (const std::string& odd : {std::string(),
