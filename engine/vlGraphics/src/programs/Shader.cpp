@@ -1,4 +1,5 @@
 #include "programs/SlotLayout.h"
+#include "vulkan/ProgramGpu.h"
 
 #include <vlGraphics/Shader.h>
 
@@ -75,8 +76,10 @@ auto findBuffer(Buffers& buffers, std::uint32_t slot, std::uint32_t space) {
     });
 }
 
-bool isUsableAs(const Program* program, PROGRAM_TYPE type) {
-    return program != nullptr && program->getType() == type && program->isUsable();
+/// The type may have changed since the result in use was compiled: the stage tells.
+bool isUsableAs(const Program* program, PROGRAM_TYPE type, SHADER_TYPE stage) {
+    return program != nullptr && program->getType() == type && program->isUsable() &&
+           program->gpu()->has(stage);
 }
 
 } // namespace
@@ -260,15 +263,15 @@ std::uint32_t Shader::getInstanceStride() const {
 }
 
 bool Shader::isUsableScene() const {
-    return isUsableAs(getProgram(), PROGRAM_TYPE::PIPELINE);
+    return isUsableAs(getProgram(), PROGRAM_TYPE::PIPELINE, SHADER_TYPE::VERTEX);
 }
 
 bool Shader::isUsableCompute() const {
-    return isUsableAs(getProgram(), PROGRAM_TYPE::COMPUTE);
+    return isUsableAs(getProgram(), PROGRAM_TYPE::COMPUTE, SHADER_TYPE::COMPUTE);
 }
 
 bool Shader::isUsableRaytracing() const {
-    return isUsableAs(getProgram(), PROGRAM_TYPE::RAYTRACING);
+    return isUsableAs(getProgram(), PROGRAM_TYPE::RAYTRACING, SHADER_TYPE::RAYTRACING);
 }
 
 bool Shader::noteIf(bool done) {

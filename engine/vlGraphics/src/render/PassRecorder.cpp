@@ -51,10 +51,15 @@ PassRecorder::PassRecorder(Renderer::Gpu& renderer,
                            const TargetOperations& operations)
     : renderer_(renderer), context_(context) {
     gatherTargets(operations);
+    if (!usable_) extent_ = {context.getWidth(), context.getHeight()};
     setViewport(operations);
 }
 
 PassRecorder::~PassRecorder() {
+    finishClears();
+}
+
+void PassRecorder::finishClears() {
     const bool clears = depth_.clear.has_value() ||
                         std::any_of(colors_.begin(), colors_.end(), [](const Target& target) {
                             return target.clear.has_value();

@@ -30,12 +30,13 @@ public:
     PassRecorder(const PassRecorder&) = delete;
     PassRecorder& operator=(const PassRecorder&) = delete;
 
-    /// There is a target to render to.
+    /// There is a target to render to. Without one only passes that render nothing do something.
     bool isUsable() const { return usable_; }
     Renderer::Gpu& renderer() { return renderer_; }
     FrameSlot& frame();
     VkCommandBuffer commands();
     RenderContext& context() { return context_; }
+    /// Pixels; the picture's where there is no target.
     VkExtent2D extent() const { return extent_; }
     const TargetFormats& formats() const { return formats_; }
     bool isTarget(const vulkan::GpuImage& image) const;
@@ -52,6 +53,8 @@ public:
     void setScissor(bool toViewport);
     /// For what cannot be recorded while rendering; draws begin it again.
     void endRendering();
+    /// Carries out clears that no draw came after, so that targets can be read.
+    void finishClears();
 
 private:
     struct Target {

@@ -26,19 +26,22 @@ constexpr std::size_t fewPassStates = 32;
 constexpr std::size_t mostPassStates = 256;
 constexpr std::uint64_t framesUntilOld = 64;
 
-/// The stages of a pipeline, in the order that Vulkan is given them.
+VkPipelineShaderStageCreateInfo stageInfo(const Program::Gpu& program, SHADER_TYPE type) {
+    auto info = vulkan::vkInfo<VkPipelineShaderStageCreateInfo>(
+            VK_STRUCTURE_TYPE_PIPELINE_SHADER_STAGE_CREATE_INFO);
+    info.stage = vulkan::shaderStage(type);
+    info.module = program.modules[static_cast<std::size_t>(type)];
+    info.pName = "main";
+    return info;
+}
+
+/// The stages that draw, in the order that Vulkan is given them.
 std::vector<VkPipelineShaderStageCreateInfo> stagesOf(const Program::Gpu& program) {
     std::vector<VkPipelineShaderStageCreateInfo> stages;
     for (std::size_t i = 0; i < shaderTypeCount; ++i) {
         const auto type = static_cast<SHADER_TYPE>(i);
         const bool draws = type != SHADER_TYPE::COMPUTE && type != SHADER_TYPE::RAYTRACING;
-        if (!draws || program.modules[i] == VK_NULL_HANDLE) continue;
-        auto info = vulkan::vkInfo<VkPipelineShaderStageCreateInfo>(
-                VK_STRUCTURE_TYPE_PIPELINE_SHADER_STAGE_CREATE_INFO);
-        info.stage = vulkan::shaderStage(type);
-        info.module = program.modules[i];
-        info.pName = "main";
-        stages.push_back(info);
+        if (draws && program.has(type)) stages.push_back(stageInfo(program, type));
     }
     return stages;
 }
@@ -121,6 +124,14 @@ std::unique_ptr<StageModule> takePointSize(const Program::Gpu& program,
     return module;
 }
 
+template <class Map, class Condition> void retireIf(Map& pipelines, Condition condition) {
+    std::erase_if(pipelines, [&condition](const auto& item) {
+        if (!condition(item)) return false;
+        Device::getInstance()->retire(item.second.pipeline);
+        return true;
+    });
+}
+
 } // namespace
 
 std::size_t Pipelines::KeyHash::operator()(const PipelineKey& key) const {
@@ -132,14 +143,15 @@ std::size_t Pipelines::KeyHash::operator()(const PipelineKey& key) const {
 
 Pipelines::~Pipelines() {
     eraseIf([](const auto&) { return true; });
+    eraseComputesIf([](const auto&) { return true; });
 }
 
 template <class Condition> void Pipelines::eraseIf(Condition condition) {
-    std::erase_if(pipelines_, [&condition](const auto& item) {
-        if (!condition(item)) return false;
-        Device::getInstance()->retire(item.second.pipeline);
-        return true;
-    });
+    retireIf(pipelines_, condition);
+}
+
+template <class Condition> void Pipelines::eraseComputesIf(Condition condition) {
+    retireIf(computes_, condition);
 }
 
 std::uint32_t Pipelines::passStateId(const PassState& state) {
@@ -187,6 +199,12 @@ Pipelines::get(const PipelineKey& key, const Program::Gpu& program, const Mesh::
 VkPipeline
 Pipelines::make(const PipelineKey& key, const Program::Gpu& program, const Mesh::Gpu& mesh) {
     PassState state = passStates_[key.passState].state;
+    const auto topology = vulkan::topologyFor(program.primitives, mesh.topology);
+    if (!topology) {
+        vulkan::logLine("Some entities are not drawn, their geometry stage takes other primitives "
+                        "than it is given");
+        return VK_NULL_HANDLE;
+    }
     auto stages = stagesOf(program);
     const auto secondSource = takeSecondSource(state, program, stages);
     const auto pointSize = takePointSize(program, mesh, stages);
@@ -199,13 +217,13 @@ Pipelines::make(const PipelineKey& key, const Program::Gpu& program, const Mesh:
     vertices.pVertexAttributeDescriptions = input.attributes.data();
     auto assembly = vulkan::vkInfo<VkPipelineInputAssemblyStateCreateInfo>(
             VK_STRUCTURE_TYPE_PIPELINE_INPUT_ASSEMBLY_STATE_CREATE_INFO);
-    const bool tessellates =
-            program.modules[static_cast<std::size_t>(SHADER_TYPE::HULL)] != VK_NULL_HANDLE;
-    assembly.topology =
-            tessellates ? VK_PRIMITIVE_TOPOLOGY_PATCH_LIST : vulkan::topology(mesh.topology);
+    assembly.topology = *topology;
+    const bool tessellates = *topology == VK_PRIMITIVE_TOPOLOGY_PATCH_LIST;
     auto patches = vulkan::vkInfo<VkPipelineTessellationStateCreateInfo>(
             VK_STRUCTURE_TYPE_PIPELINE_TESSELLATION_STATE_CREATE_INFO);
-    patches.patchControlPoints = 3;
+    patches.patchControlPoints = program.primitives.patchPoints > 0
+                                         ? program.primitives.patchPoints
+                                         : vulkan::pointsOf(mesh.topology);
     auto viewport = vulkan::vkInfo<VkPipelineViewportStateCreateInfo>(
             VK_STRUCTURE_TYPE_PIPELINE_VIEWPORT_STATE_CREATE_INFO);
     viewport.viewportCount = 1;
@@ -259,15 +277,40 @@ Pipelines::make(const PipelineKey& key, const Program::Gpu& program, const Mesh:
     VkPipeline pipeline = VK_NULL_HANDLE;
     const VkResult result = device.note(
             vkCreateGraphicsPipelines(device.get(), cache_.get(), 1, &info, nullptr, &pipeline));
+    return finish(result, pipeline, "Some entities are not drawn");
+}
+
+VkPipeline Pipelines::finish(VkResult result, VkPipeline pipeline, const char* what) {
     ++made_;
     if (result == VK_SUCCESS) return pipeline;
-    vulkan::logLine(fmt::format("Some entities are not drawn, their pipeline could not be made: {}",
-                                vulkan::resultText(result)));
+    vulkan::logLine(fmt::format(
+            "{}, their pipeline could not be made: {}", what, vulkan::resultText(result)));
     return VK_NULL_HANDLE;
+}
+
+VkPipeline Pipelines::getCompute(const Program::Gpu& program) {
+    auto found = computes_.find(program.serial);
+    if (found == computes_.end())
+        found = computes_.emplace(program.serial, Entry{makeCompute(program), frame_}).first;
+    found->second.lastFrame = frame_;
+    return found->second.pipeline;
+}
+
+VkPipeline Pipelines::makeCompute(const Program::Gpu& program) {
+    auto info = vulkan::vkInfo<VkComputePipelineCreateInfo>(
+            VK_STRUCTURE_TYPE_COMPUTE_PIPELINE_CREATE_INFO);
+    info.stage = stageInfo(program, SHADER_TYPE::COMPUTE);
+    info.layout = program.layout;
+    Device& device = *Device::getInstance();
+    VkPipeline pipeline = VK_NULL_HANDLE;
+    const VkResult result = device.note(
+            vkCreateComputePipelines(device.get(), cache_.get(), 1, &info, nullptr, &pipeline));
+    return finish(result, pipeline, "Some compute passes do nothing");
 }
 
 void Pipelines::forget(std::uint64_t program) {
     eraseIf([program](const auto& item) { return item.first.program == program; });
+    eraseComputesIf([program](const auto& item) { return item.first == program; });
 }
 
 void Pipelines::beginFrame() {
@@ -275,9 +318,11 @@ void Pipelines::beginFrame() {
     if (statesInUse_ > fewPassStates) dropStates(framesUntilOld);
     if (statesInUse_ > mostPassStates) dropStates(0);
     if (frame_ % framesBetweenSweeps != 0) return;
-    eraseIf([this](const auto& item) {
+    const auto isUnused = [this](const auto& item) {
         return item.second.lastFrame + framesUntilUnused < frame_;
-    });
+    };
+    eraseIf(isUnused);
+    eraseComputesIf(isUnused);
 }
 
 } // namespace vlGraphics::render

@@ -85,12 +85,14 @@ public:
 
     /// Null when it cannot be made.
     VkPipeline get(const PipelineKey& key, const Program::Gpu& program, const Mesh::Gpu& mesh);
+    /// Of a program with a compute stage. Null when it cannot be made.
+    VkPipeline getCompute(const Program::Gpu& program);
     /// The program is going.
     void forget(std::uint64_t program);
     /// A frame begins: drops what has not been used for long.
     void beginFrame();
     std::uint64_t madeCount() const { return made_; }
-    std::size_t heldCount() const { return pipelines_.size(); }
+    std::size_t heldCount() const { return pipelines_.size() + computes_.size(); }
 
 private:
     struct KeyHash {
@@ -108,7 +110,10 @@ private:
     };
 
     VkPipeline make(const PipelineKey& key, const Program::Gpu& program, const Mesh::Gpu& mesh);
+    VkPipeline makeCompute(const Program::Gpu& program);
+    VkPipeline finish(VkResult result, VkPipeline pipeline, const char* what);
     template <class Condition> void eraseIf(Condition condition);
+    template <class Condition> void eraseComputesIf(Condition condition);
     void dropStates(std::uint64_t unusedFrames);
 
     const vulkan::PipelineCache& cache_;
@@ -116,6 +121,7 @@ private:
     std::size_t statesInUse_ = 0;
     std::vector<InstanceLayout> instanceLayouts_;
     std::unordered_map<PipelineKey, Entry, KeyHash> pipelines_;
+    std::unordered_map<std::uint64_t, Entry> computes_; ///< by program
     std::uint64_t frame_ = 0;
     std::uint64_t made_ = 0;
 };

@@ -1,4 +1,5 @@
 #pragma once
+#include "render/AccessOrder.h"
 #include "render/Fallbacks.h"
 #include "render/LoopWatch.h"
 #include "render/Pipelines.h"
@@ -47,6 +48,7 @@ struct Renderer::Gpu {
     std::unique_ptr<vulkan::PipelineCache> cache;
     std::unique_ptr<render::Pipelines> pipelines;
     render::Fallbacks fallbacks;
+    render::AccessOrder accessOrder;
     std::array<render::FrameSlot, frameCount> slots;
     std::size_t slot = 0;
     RenderContext* next = nullptr;

@@ -19,9 +19,9 @@ SceneDrawer::SceneDrawer(PassRecorder& recorder, const RenderQueue& queue, const
 
 void SceneDrawer::draw(const PassInputs& inputs, const ScenePassState& state) {
     ShaderBinder& binder = recorder_.renderer().binder;
-    binder.begin(inputs);
+    binder.begin(inputs, ShaderBinder::Use::draw);
     bindShaders();
-    makeReadable(binder.unreadable());
+    binder.settle(recorder_);
     recorder_.beginRendering();
     recorder_.setScissor(state.cutsToViewport);
     setDragged(state);
@@ -55,13 +55,6 @@ void SceneDrawer::bindShaders() {
         const bool draws = bound->program != nullptr && run.mesh->gpu() != nullptr;
         shaders_.push_back(draws ? bound : nullptr);
     }
-}
-
-void SceneDrawer::makeReadable(const std::vector<vulkan::GpuImage*>& images) {
-    if (images.empty()) return;
-    recorder_.endRendering();
-    for (vulkan::GpuImage* image : images)
-        image->become(commands_, vulkan::ImageUse::shaderRead);
 }
 
 /// Runs whose entities' data has the same size share one piece of memory, so that draws only differ
@@ -130,6 +123,7 @@ void SceneDrawer::drawGroup(const Group& group) {
         const Mesh::Gpu& mesh = *list_.runs[run].mesh->gpu();
         const std::uint32_t count = list_.runs[run].count;
         if (bindFor(*shader, mesh)) {
+            orderAccess(*shader);
             drawRun(mesh, count, first);
             ++draws;
         }
@@ -137,6 +131,17 @@ void SceneDrawer::drawGroup(const Group& group) {
     }
     recorder_.renderer().counts.draws += draws;
     recorder_.renderer().counts.instances += group.instances;
+}
+
+/// A draw sees what earlier ones of the pass have written, at the price of a new rendering.
+void SceneDrawer::orderAccess(const BoundShader& shader) {
+    AccessOrder& order = recorder_.renderer().accessOrder;
+    if (order.needsBarrier(shader.access)) {
+        recorder_.endRendering();
+        order.recordBarrier(commands_);
+        recorder_.beginRendering();
+    }
+    order.note(shader.access);
 }
 
 bool SceneDrawer::bindFor(const BoundShader& shader, const Mesh::Gpu& mesh) {

@@ -25,11 +25,11 @@ private:
     };
     void setDragged(const ScenePassState& state) const;
     void bindShaders();
-    void makeReadable(const std::vector<vulkan::GpuImage*>& images);
     Group nextGroup(std::size_t first) const;
     bool fillInstances(const Group& group);
     void fillEntities(const BoundShader& shader, const DrawRun& run, std::byte* at) const;
     void drawGroup(const Group& group);
+    void orderAccess(const BoundShader& shader);
     bool bindFor(const BoundShader& shader, const Mesh::Gpu& mesh);
     void drawRun(const Mesh::Gpu& mesh, std::uint32_t count, std::uint32_t first);
 

@@ -59,9 +59,7 @@ vlCommon::Result<GpuBuffer> makeZeroed(VkDeviceSize size) {
     const Device& device = *Device::getInstance();
     if (auto fits = checkSize(device, size); !fits) return tl::unexpected(fits.error());
     auto made = GpuBuffer::create((size + wordSize - 1) / wordSize * wordSize,
-                                  VK_BUFFER_USAGE_STORAGE_BUFFER_BIT |
-                                          VK_BUFFER_USAGE_TRANSFER_SRC_BIT |
-                                          VK_BUFFER_USAGE_TRANSFER_DST_BIT,
+                                  vulkan::shaderBufferUsage,
                                   vulkan::BufferMemory::device,
                                   "device memory");
     if (!made) return made;

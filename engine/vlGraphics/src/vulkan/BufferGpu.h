@@ -1,5 +1,5 @@
 #pragma once
-#include "vulkan/GpuBuffer.h"
+#include "vulkan/TexelViews.h"
 
 #include <vlGraphics/Buffer.h>
 
@@ -7,6 +7,7 @@ namespace vlGraphics {
 
 struct Buffer::Gpu {
     vulkan::GpuBuffer buffer;
+    vulkan::TexelViews texels;
 };
 
 } // namespace vlGraphics

@@ -11,7 +11,7 @@ namespace {
 constexpr std::uint32_t startSets = 32;
 constexpr std::uint32_t mostSets = 4096;
 /// One set may use every register of a class in one space, and two classes and the loop buffer have
-/// one type, so a pool holds that at least.
+/// one type, so a pool holds that at least; what few programs use, it holds no more of.
 constexpr std::uint32_t registersPerClass = 32;
 
 } // namespace
@@ -30,7 +30,10 @@ bool DescriptorPools::addPool() {
     const std::array sizes{sized(VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER, 2),
                            sized(VK_DESCRIPTOR_TYPE_SAMPLED_IMAGE, 4),
                            sized(VK_DESCRIPTOR_TYPE_SAMPLER, 2),
-                           sized(VK_DESCRIPTOR_TYPE_STORAGE_BUFFER, 1)};
+                           sized(VK_DESCRIPTOR_TYPE_STORAGE_BUFFER, 1),
+                           sized(VK_DESCRIPTOR_TYPE_STORAGE_IMAGE, 0),
+                           sized(VK_DESCRIPTOR_TYPE_UNIFORM_TEXEL_BUFFER, 0),
+                           sized(VK_DESCRIPTOR_TYPE_STORAGE_TEXEL_BUFFER, 0)};
     auto info = vulkan::vkInfo<VkDescriptorPoolCreateInfo>(
             VK_STRUCTURE_TYPE_DESCRIPTOR_POOL_CREATE_INFO);
     info.maxSets = sets;

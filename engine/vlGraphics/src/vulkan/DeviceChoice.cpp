@@ -55,25 +55,43 @@ bool contains(const std::vector<VkExtensionProperties>& extensions, const char* 
             });
 }
 
+/// What states ask for, what stages may ask for, and reads and writes that stay inside buffers.
+constexpr VkBool32 VkPhysicalDeviceFeatures::*wantedFeatures[] = {
+        &VkPhysicalDeviceFeatures::robustBufferAccess,
+        &VkPhysicalDeviceFeatures::independentBlend,
+        &VkPhysicalDeviceFeatures::geometryShader,
+        &VkPhysicalDeviceFeatures::tessellationShader,
+        &VkPhysicalDeviceFeatures::dualSrcBlend,
+        &VkPhysicalDeviceFeatures::depthClamp,
+        &VkPhysicalDeviceFeatures::depthBiasClamp,
+        &VkPhysicalDeviceFeatures::fillModeNonSolid,
+        &VkPhysicalDeviceFeatures::samplerAnisotropy,
+        &VkPhysicalDeviceFeatures::fragmentStoresAndAtomics,
+        &VkPhysicalDeviceFeatures::vertexPipelineStoresAndAtomics,
+        &VkPhysicalDeviceFeatures::shaderTessellationAndGeometryPointSize,
+        &VkPhysicalDeviceFeatures::shaderClipDistance,
+        &VkPhysicalDeviceFeatures::shaderCullDistance,
+        &VkPhysicalDeviceFeatures::shaderInt16,
+        &VkPhysicalDeviceFeatures::shaderInt64,
+        &VkPhysicalDeviceFeatures::shaderFloat64,
+        &VkPhysicalDeviceFeatures::shaderImageGatherExtended,
+        &VkPhysicalDeviceFeatures::shaderResourceMinLod,
+        &VkPhysicalDeviceFeatures::shaderStorageImageExtendedFormats,
+        &VkPhysicalDeviceFeatures::shaderStorageImageMultisample,
+        &VkPhysicalDeviceFeatures::shaderStorageImageReadWithoutFormat,
+        &VkPhysicalDeviceFeatures::shaderStorageImageWriteWithoutFormat,
+        &VkPhysicalDeviceFeatures::shaderUniformBufferArrayDynamicIndexing,
+        &VkPhysicalDeviceFeatures::shaderSampledImageArrayDynamicIndexing,
+        &VkPhysicalDeviceFeatures::shaderStorageBufferArrayDynamicIndexing,
+        &VkPhysicalDeviceFeatures::shaderStorageImageArrayDynamicIndexing,
+        &VkPhysicalDeviceFeatures::imageCubeArray,
+        &VkPhysicalDeviceFeatures::multiViewport,
+        &VkPhysicalDeviceFeatures::sampleRateShading};
+
 VkPhysicalDeviceFeatures usedFeatures(const VkPhysicalDeviceFeatures& available) {
     VkPhysicalDeviceFeatures used{};
-    used.independentBlend = available.independentBlend;
-    used.geometryShader = available.geometryShader;
-    used.tessellationShader = available.tessellationShader;
-    used.dualSrcBlend = available.dualSrcBlend;
-    used.depthClamp = available.depthClamp;
-    used.depthBiasClamp = available.depthBiasClamp;
-    used.fillModeNonSolid = available.fillModeNonSolid;
-    used.samplerAnisotropy = available.samplerAnisotropy;
-    used.fragmentStoresAndAtomics = available.fragmentStoresAndAtomics;
-    used.vertexPipelineStoresAndAtomics = available.vertexPipelineStoresAndAtomics;
-    used.shaderClipDistance = available.shaderClipDistance;
-    used.shaderCullDistance = available.shaderCullDistance;
-    used.shaderInt64 = available.shaderInt64;
-    used.shaderFloat64 = available.shaderFloat64;
-    used.shaderImageGatherExtended = available.shaderImageGatherExtended;
-    used.imageCubeArray = available.imageCubeArray;
-    used.sampleRateShading = available.sampleRateShading;
+    for (const auto member : wantedFeatures)
+        used.*member = available.*member;
     return used;
 }
 

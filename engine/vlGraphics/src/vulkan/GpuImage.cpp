@@ -25,7 +25,7 @@ constexpr VkPipelineStageFlags2 shaderStages = VK_PIPELINE_STAGE_2_PRE_RASTERIZA
                                                VK_PIPELINE_STAGE_2_COMPUTE_SHADER_BIT;
 
 /// By ImageUse.
-constexpr std::array<Scope, 7> scopes{{
+constexpr std::array<Scope, 8> scopes{{
         {VK_IMAGE_LAYOUT_UNDEFINED, VK_PIPELINE_STAGE_2_NONE, VK_ACCESS_2_NONE, false},
         {VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL,
          VK_PIPELINE_STAGE_2_COLOR_ATTACHMENT_OUTPUT_BIT,
@@ -40,6 +40,10 @@ constexpr std::array<Scope, 7> scopes{{
          shaderStages,
          VK_ACCESS_2_SHADER_SAMPLED_READ_BIT,
          false},
+        {VK_IMAGE_LAYOUT_GENERAL,
+         shaderStages,
+         VK_ACCESS_2_SHADER_STORAGE_READ_BIT | VK_ACCESS_2_SHADER_STORAGE_WRITE_BIT,
+         true},
         {VK_IMAGE_LAYOUT_TRANSFER_SRC_OPTIMAL,
          VK_PIPELINE_STAGE_2_ALL_TRANSFER_BIT,
          VK_ACCESS_2_TRANSFER_READ_BIT,
@@ -105,6 +109,8 @@ bool isPossible(const Device& device, const VkImageCreateInfo& info) {
         return false;
     if (info.extent.width > limits.maxExtent.width || info.extent.height > limits.maxExtent.height)
         return false;
+    if (info.arrayLayers > limits.maxArrayLayers || (limits.sampleCounts & info.samples) == 0)
+        return false;
     auto query = vulkan::vkInfo<VkDeviceImageMemoryRequirements>(
             VK_STRUCTURE_TYPE_DEVICE_IMAGE_MEMORY_REQUIREMENTS);
     query.pCreateInfo = &info;
@@ -112,6 +118,22 @@ bool isPossible(const Device& device, const VkImageCreateInfo& info) {
     auto needs = vulkan::vkInfo<VkMemoryRequirements2>(VK_STRUCTURE_TYPE_MEMORY_REQUIREMENTS_2);
     vkGetDeviceImageMemoryRequirements(device.get(), &query, &needs);
     return needs.memoryRequirements.size <= limits.maxResourceSize;
+}
+
+VkImageType imageType(VkImageViewType shape) {
+    switch (shape) {
+    case VK_IMAGE_VIEW_TYPE_1D:
+    case VK_IMAGE_VIEW_TYPE_1D_ARRAY:
+        return VK_IMAGE_TYPE_1D;
+    case VK_IMAGE_VIEW_TYPE_3D:
+        return VK_IMAGE_TYPE_3D;
+    default:
+        return VK_IMAGE_TYPE_2D;
+    }
+}
+
+bool isCube(VkImageViewType shape) {
+    return shape == VK_IMAGE_VIEW_TYPE_CUBE || shape == VK_IMAGE_VIEW_TYPE_CUBE_ARRAY;
 }
 
 } // namespace
@@ -122,12 +144,13 @@ vlCommon::Result<GpuImage> GpuImage::create(const ImageDescription& description,
     auto info = vulkan::vkInfo<VkImageCreateInfo>(VK_STRUCTURE_TYPE_IMAGE_CREATE_INFO);
     if (description.viewFormat != description.format)
         info.flags = VK_IMAGE_CREATE_MUTABLE_FORMAT_BIT;
-    info.imageType = VK_IMAGE_TYPE_2D;
+    if (isCube(description.shape)) info.flags |= VK_IMAGE_CREATE_CUBE_COMPATIBLE_BIT;
+    info.imageType = imageType(description.shape);
     info.format = description.format;
     info.extent = {description.extent.width, description.extent.height, 1};
     info.mipLevels = description.mipCount;
-    info.arrayLayers = 1;
-    info.samples = VK_SAMPLE_COUNT_1_BIT;
+    info.arrayLayers = description.layerCount;
+    info.samples = description.samples;
     info.usage = description.usage;
     VmaAllocationCreateInfo allocation{};
     allocation.usage = VMA_MEMORY_USAGE_AUTO_PREFER_DEVICE;
@@ -145,9 +168,10 @@ vlCommon::Result<GpuImage> GpuImage::create(const ImageDescription& description,
 
     auto view = vulkan::vkInfo<VkImageViewCreateInfo>(VK_STRUCTURE_TYPE_IMAGE_VIEW_CREATE_INFO);
     view.image = made.image_;
-    view.viewType = VK_IMAGE_VIEW_TYPE_2D;
+    view.viewType = description.shape;
     view.format = description.viewFormat;
-    view.subresourceRange = {made.readAspect(), 0, description.mipCount, 0, 1};
+    view.subresourceRange = made.wholeRange();
+    view.subresourceRange.aspectMask = made.readAspect();
     result = vkCreateImageView(device.get(), &view, nullptr, &made.view_);
     if (result == VK_SUCCESS && made.aspect() != made.readAspect()) {
         view.subresourceRange.aspectMask = made.aspect();
@@ -178,8 +202,7 @@ VkImageAspectFlags GpuImage::readAspect() const {
 
 void GpuImage::become(VkCommandBuffer commands, ImageUse next, bool discard) {
     if (use_ == next && !scopeOf(next).writes) return;
-    const VkImageSubresourceRange range{aspect(), 0, description_.mipCount, 0, 1};
-    imageBarrier(commands, image_, range, discard ? ImageUse::undefined : use_, next);
+    imageBarrier(commands, image_, wholeRange(), discard ? ImageUse::undefined : use_, next);
     use_ = next;
 }
 

@@ -15,6 +15,7 @@ enum class ImageUse : std::uint8_t {
     colorTarget,
     depthTarget,
     shaderRead,
+    shaderWrite, ///< and read; who writes orders that itself
     transferSource,
     transferTarget,
     present,
@@ -24,6 +25,9 @@ VkImageLayout layoutOf(ImageUse use);
 
 struct ImageDescription {
     VkExtent2D extent{1, 1};
+    VkImageViewType shape = VK_IMAGE_VIEW_TYPE_2D;
+    std::uint32_t layerCount = 1; ///< a cube has six
+    VkSampleCountFlagBits samples = VK_SAMPLE_COUNT_1_BIT;
     std::uint32_t mipCount = 1;
     VkFormat format = VK_FORMAT_UNDEFINED;     ///< of the memory
     VkFormat viewFormat = VK_FORMAT_UNDEFINED; ///< as shaders and passes see it; may differ by sRGB
@@ -59,6 +63,9 @@ public:
     VkImageAspectFlags aspect() const;
     /// Colour or depth: what shaders and copies read.
     VkImageAspectFlags readAspect() const;
+    VkImageSubresourceRange wholeRange() const {
+        return {aspect(), 0, description_.mipCount, 0, description_.layerCount};
+    }
     ImageUse use() const { return use_; }
 
     /// Records the barrier from the last use to the next one; none where both only read alike. With

@@ -3,6 +3,7 @@
 #include "programs/BindingModel.h"
 #include "programs/CompileRequest.h"
 #include "render/Pipelines.h"
+#include "vulkan/Capabilities.h"
 #include "vulkan/Device.h"
 #include "vulkan/PointSize.h"
 #include "vulkan/SecondSource.h"
@@ -29,15 +30,18 @@ VkDescriptorType descriptorType(const ReflectedResource& resource) {
     switch (resource.resourceClass) {
     case RESOURCE_CLASS::CONSTANT_BUFFER:
         return VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER;
-    case RESOURCE_CLASS::TEXTURE:
-        return resource.isBuffer ? VK_DESCRIPTOR_TYPE_STORAGE_BUFFER
-                                 : VK_DESCRIPTOR_TYPE_SAMPLED_IMAGE;
     case RESOURCE_CLASS::SAMPLER:
         return VK_DESCRIPTOR_TYPE_SAMPLER;
+    case RESOURCE_CLASS::TEXTURE:
+        if (resource.isBuffer) return VK_DESCRIPTOR_TYPE_STORAGE_BUFFER;
+        return resource.isTexelBuffer ? VK_DESCRIPTOR_TYPE_UNIFORM_TEXEL_BUFFER
+                                      : VK_DESCRIPTOR_TYPE_SAMPLED_IMAGE;
     case RESOURCE_CLASS::UAV:
         break;
     }
-    return resource.isBuffer ? VK_DESCRIPTOR_TYPE_STORAGE_BUFFER : VK_DESCRIPTOR_TYPE_STORAGE_IMAGE;
+    if (resource.isBuffer) return VK_DESCRIPTOR_TYPE_STORAGE_BUFFER;
+    return resource.isTexelBuffer ? VK_DESCRIPTOR_TYPE_STORAGE_TEXEL_BUFFER
+                                  : VK_DESCRIPTOR_TYPE_STORAGE_IMAGE;
 }
 
 VkShaderStageFlags stagesOf(std::uint32_t mask) {
@@ -50,11 +54,15 @@ VkShaderStageFlags stagesOf(std::uint32_t mask) {
 
 vlCommon::Result<> checkAddress(const ReflectedResource& resource) {
     const char letter = BindingModel::letterOf(resource.resourceClass);
-    if (resource.slot >= BindingModel::registersPerClass)
+    if (resource.arrayCount == 0)
+        return vlCommon::fail(
+                fmt::format("'{}': an array without a count cannot be bound", resource.name));
+    const std::uint64_t last = std::uint64_t{resource.slot} + resource.arrayCount - 1;
+    if (last >= BindingModel::registersPerClass)
         return vlCommon::fail(fmt::format("'{}': register {}{} lies beyond the last, {}{}",
                                           resource.name,
                                           letter,
-                                          resource.slot,
+                                          last,
                                           letter,
                                           BindingModel::registersPerClass - 1));
     const std::uint32_t spaces = std::min(BindingModel::spaceCount,
@@ -73,17 +81,115 @@ vlCommon::Result<> checkAddress(const ReflectedResource& resource) {
     return {};
 }
 
+const std::vector<std::uint32_t>& wordsOf(const CompiledProgram& program, SHADER_TYPE stage) {
+    return program.spirv[static_cast<std::size_t>(stage)];
+}
+
+vlCommon::Result<> checkGroupSize(const ProgramReflection& reflection) {
+    const VkPhysicalDeviceLimits& limits = Device::getInstance()->limits();
+    const std::array<std::uint32_t, 3>& size = reflection.threadGroupSize;
+    std::uint64_t threads = 1;
+    for (std::size_t axis = 0; axis < size.size(); ++axis) {
+        threads *= size[axis];
+        if (size[axis] > limits.maxComputeWorkGroupSize[axis])
+            return vlCommon::fail(
+                    fmt::format("A group has {} threads along {}, where the device has {} at most",
+                                size[axis],
+                                "XYZ"[axis],
+                                limits.maxComputeWorkGroupSize[axis]));
+    }
+    if (threads <= limits.maxComputeWorkGroupInvocations) return {};
+    return vlCommon::fail(fmt::format("A group has {} threads, where the device has {} at most",
+                                      threads,
+                                      limits.maxComputeWorkGroupInvocations));
+}
+
 vlCommon::Result<> checkStages(const CompiledProgram& program) {
-    const VkPhysicalDeviceFeatures& features = Device::getInstance()->features();
-    const auto has = [&program](SHADER_TYPE stage) {
-        return !program.spirv[static_cast<std::size_t>(stage)].empty();
-    };
-    if (has(SHADER_TYPE::GEOMETRY) && features.geometryShader == VK_FALSE)
-        return vlCommon::fail("The device has no geometry stage");
-    if ((has(SHADER_TYPE::HULL) || has(SHADER_TYPE::DOMAIN_STAGE)) &&
-        features.tessellationShader == VK_FALSE)
-        return vlCommon::fail("The device has no hull and domain stages");
+    const auto has = [&program](SHADER_TYPE stage) { return !wordsOf(program, stage).empty(); };
     if (has(SHADER_TYPE::RAYTRACING)) return vlCommon::fail("The device does not trace rays");
+    if (has(SHADER_TYPE::HULL) != has(SHADER_TYPE::DOMAIN_STAGE))
+        return vlCommon::fail("Of the hull and the domain stage, one needs the other");
+    for (const std::vector<std::uint32_t>& words : program.spirv)
+        if (auto checked = vulkan::checkCapabilities(words); !checked) return checked;
+    return has(SHADER_TYPE::COMPUTE) ? checkGroupSize(program.reflection) : vlCommon::Result<>{};
+}
+
+/// Stages other than compute write only where the device can.
+vlCommon::Result<> checkWrites(const ReflectedResource& resource) {
+    if (resource.resourceClass != RESOURCE_CLASS::UAV) return {};
+    const VkPhysicalDeviceFeatures& features = Device::getInstance()->features();
+    constexpr std::uint32_t pixel = 1U << static_cast<std::uint32_t>(SHADER_TYPE::PIXEL);
+    constexpr std::uint32_t compute = 1U << static_cast<std::uint32_t>(SHADER_TYPE::COMPUTE);
+    if ((resource.stageMask & pixel) != 0 && features.fragmentStoresAndAtomics == VK_FALSE)
+        return vlCommon::fail(fmt::format(
+                "'{}': the device writes to no buffers in the pixel stage", resource.name));
+    if ((resource.stageMask & ~(pixel | compute)) != 0 &&
+        features.vertexPipelineStoresAndAtomics == VK_FALSE)
+        return vlCommon::fail(fmt::format(
+                "'{}': the device writes to no buffers before the pixel stage", resource.name));
+    return {};
+}
+
+/// What a stage, and all stages together, may have of some descriptor types.
+struct DescriptorLimit {
+    const char* name;
+    std::array<VkDescriptorType, 2> types;
+    std::uint32_t VkPhysicalDeviceLimits::*ofStage;
+    std::uint32_t VkPhysicalDeviceLimits::*ofAll;
+};
+
+constexpr DescriptorLimit descriptorLimits[] = {
+        {"constant buffers",
+         {VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER, VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER},
+         &VkPhysicalDeviceLimits::maxPerStageDescriptorUniformBuffers,
+         &VkPhysicalDeviceLimits::maxDescriptorSetUniformBuffers},
+        {"samplers",
+         {VK_DESCRIPTOR_TYPE_SAMPLER, VK_DESCRIPTOR_TYPE_SAMPLER},
+         &VkPhysicalDeviceLimits::maxPerStageDescriptorSamplers,
+         &VkPhysicalDeviceLimits::maxDescriptorSetSamplers},
+        {"textures",
+         {VK_DESCRIPTOR_TYPE_SAMPLED_IMAGE, VK_DESCRIPTOR_TYPE_UNIFORM_TEXEL_BUFFER},
+         &VkPhysicalDeviceLimits::maxPerStageDescriptorSampledImages,
+         &VkPhysicalDeviceLimits::maxDescriptorSetSampledImages},
+        {"buffers",
+         {VK_DESCRIPTOR_TYPE_STORAGE_BUFFER, VK_DESCRIPTOR_TYPE_STORAGE_BUFFER},
+         &VkPhysicalDeviceLimits::maxPerStageDescriptorStorageBuffers,
+         &VkPhysicalDeviceLimits::maxDescriptorSetStorageBuffers},
+        {"textures to write",
+         {VK_DESCRIPTOR_TYPE_STORAGE_IMAGE, VK_DESCRIPTOR_TYPE_STORAGE_TEXEL_BUFFER},
+         &VkPhysicalDeviceLimits::maxPerStageDescriptorStorageImages,
+         &VkPhysicalDeviceLimits::maxDescriptorSetStorageImages}};
+
+vlCommon::Result<> checkCount(const DescriptorLimit& limit, const ProgramReflection& reflection) {
+    const VkPhysicalDeviceLimits& limits = Device::getInstance()->limits();
+    std::array<std::uint64_t, shaderTypeCount> ofStage{};
+    std::uint64_t all = 0;
+    for (const ReflectedResource& resource : reflection.resources) {
+        const VkDescriptorType type = descriptorType(resource);
+        if (type != limit.types[0] && type != limit.types[1]) continue;
+        all += resource.arrayCount;
+        for (std::uint32_t stage = 0; stage < shaderTypeCount; ++stage)
+            if ((resource.stageMask >> stage & 1U) != 0) ofStage[stage] += resource.arrayCount;
+    }
+    const std::uint64_t most = *std::max_element(ofStage.begin(), ofStage.end());
+    if (most <= limits.*limit.ofStage && all <= limits.*limit.ofAll) return {};
+    return vlCommon::fail(fmt::format("It has {} {}, {} of them in one stage, where the device has "
+                                      "{} and {} at most",
+                                      all,
+                                      limit.name,
+                                      most,
+                                      limits.*limit.ofAll,
+                                      limits.*limit.ofStage));
+}
+
+vlCommon::Result<> checkResources(const ProgramReflection& reflection) {
+    if (!reflection.obstacle.empty()) return vlCommon::fail(reflection.obstacle);
+    for (const ReflectedResource& resource : reflection.resources) {
+        if (auto checked = checkAddress(resource); !checked) return checked;
+        if (auto checked = checkWrites(resource); !checked) return checked;
+    }
+    for (const DescriptorLimit& limit : descriptorLimits)
+        if (auto checked = checkCount(limit, reflection); !checked) return checked;
     return {};
 }
 
@@ -111,7 +217,8 @@ vlCommon::Result<> makeSet(Program::Gpu& gpu, std::uint32_t space) {
         const std::uint32_t binding =
                 BindingModel::bindingOf(resource.resourceClass, resource.slot);
         const VkDescriptorType type = descriptorType(resource);
-        bindings.push_back({binding, type, 1, stagesOf(resource.stageMask), nullptr});
+        bindings.push_back(
+                {binding, type, resource.arrayCount, stagesOf(resource.stageMask), nullptr});
         set.bindings.push_back({binding, type, i});
     }
     if (space == BindingModel::loopSet && gpu.tellingStages != 0)
@@ -131,11 +238,8 @@ vlCommon::Result<> makeSet(Program::Gpu& gpu, std::uint32_t space) {
 
 vlCommon::Result<> makeLayout(Program::Gpu& gpu) {
     std::uint32_t spaces = gpu.tellingStages != 0 ? BindingModel::loopSet + 1 : 0;
-    for (const ReflectedResource& resource : gpu.reflection.resources) {
-        if (auto checked = checkAddress(resource); !checked) return checked;
+    for (const ReflectedResource& resource : gpu.reflection.resources)
         spaces = std::max(spaces, resource.space + 1);
-        gpu.needsUnorderedAccess |= resource.resourceClass == RESOURCE_CLASS::UAV;
-    }
     gpu.sets.resize(spaces);
     std::vector<VkDescriptorSetLayout> layouts;
     for (std::uint32_t space = 0; space < spaces; ++space) {
@@ -205,6 +309,8 @@ std::uint32_t mostLoopPasses() {
 vlCommon::Result<std::unique_ptr<Program::Gpu>> makeProgramGpu(const CompiledProgram& program) {
     if (Device::getInstance() == nullptr) return vlCommon::fail("There is no device");
     if (auto checked = checkStages(program); !checked) return tl::unexpected(checked.error());
+    if (auto checked = checkResources(program.reflection); !checked)
+        return tl::unexpected(checked.error());
     auto gpu = std::make_unique<Program::Gpu>();
     gpu->serial = nextSerial();
     gpu->reflection = program.reflection;
@@ -214,15 +320,14 @@ vlCommon::Result<std::unique_ptr<Program::Gpu>> makeProgramGpu(const CompiledPro
     constexpr std::uint32_t firstTwo = 3;
     if ((gpu->reflection.colorTargetMask & firstTwo) == firstTwo &&
         Device::getInstance()->features().dualSrcBlend == VK_TRUE)
-        gpu->secondSourcePixel = vulkan::withSecondSource(
-                program.spirv[static_cast<std::size_t>(SHADER_TYPE::PIXEL)]);
-    const auto has = [&](SHADER_TYPE type) {
-        return gpu->modules[static_cast<std::size_t>(type)] != VK_NULL_HANDLE;
-    };
+        gpu->secondSourcePixel = vulkan::withSecondSource(wordsOf(program, SHADER_TYPE::PIXEL));
     // Of points that other stages make, the device knows the size.
-    if (has(SHADER_TYPE::VERTEX) && !has(SHADER_TYPE::HULL) && !has(SHADER_TYPE::GEOMETRY))
-        gpu->pointVertex =
-                vulkan::withPointSize(program.spirv[static_cast<std::size_t>(SHADER_TYPE::VERTEX)]);
+    if (gpu->has(SHADER_TYPE::VERTEX) && !gpu->has(SHADER_TYPE::HULL) &&
+        !gpu->has(SHADER_TYPE::GEOMETRY))
+        gpu->pointVertex = vulkan::withPointSize(wordsOf(program, SHADER_TYPE::VERTEX));
+    gpu->primitives = vulkan::primitivesOf(wordsOf(program, SHADER_TYPE::HULL),
+                                           wordsOf(program, SHADER_TYPE::DOMAIN_STAGE),
+                                           wordsOf(program, SHADER_TYPE::GEOMETRY));
     return gpu;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 #include "programs/CompiledProgram.h"
 #include "vulkan/GpuBuffer.h"
+#include "vulkan/Primitives.h"
 #include "vulkan/Vk.h"
 
 #include <vlCommon/Result.h>
@@ -15,7 +16,8 @@ namespace vlGraphics {
 /** The device side of a compiled program: modules and layouts. Pipelines made from it are found by
  *  its serial number and go when it goes. Owned by its program; graphics thread only. */
 struct Program::Gpu {
-    /// A binding of a descriptor set, and the reflected resource behind it.
+    /// A binding of a descriptor set, and the reflected resource behind it: a descriptor for each
+    /// of its registers.
     struct Binding {
         std::uint32_t binding = 0;
         VkDescriptorType type = VK_DESCRIPTOR_TYPE_MAX_ENUM;
@@ -48,8 +50,10 @@ struct Program::Gpu {
     std::uint32_t tellingStages = 0;
     std::uint32_t mostPasses = 0; ///< of one thread through watched loops
     vulkan::GpuBuffer loopWords;
-    /// Has a resource that scene draws cannot provide (an unordered access view).
-    bool needsUnorderedAccess = false;
+    vulkan::Primitives primitives;
+    bool has(SHADER_TYPE stage) const {
+        return modules[static_cast<std::size_t>(stage)] != VK_NULL_HANDLE;
+    }
 };
 
 /// The stages in which the device lets threads write; bit n is stage n. All without a device.
@@ -57,9 +61,10 @@ std::uint32_t writingStages();
 /// Of one thread through its loops. Fewer than after which the device's driver leaves loops itself.
 std::uint32_t mostLoopPasses();
 
-/** Makes the device side. Fails when there is no device, when a register or a space lies beyond
- * what the addresses have room for (32 registers of a class, 8 spaces), or when a stage needs a
- * feature that the device lacks. Graphics thread only. */
+/** Makes the device side. Fails when there is no device, when something stands in the way of using
+ *  the program, when a register or a space lies beyond what the addresses have room for (32
+ *  registers of a class, 8 spaces), or when a stage needs what the device lacks. Graphics thread
+ *  only. */
 vlCommon::Result<std::unique_ptr<Program::Gpu>> makeProgramGpu(const CompiledProgram& program);
 
 } // namespace vlGraphics

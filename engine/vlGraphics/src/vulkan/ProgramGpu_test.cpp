@@ -8,8 +8,11 @@ class ProgramAddresses : public EngineTest {
 protected:
     static std::string errorFor(RESOURCE_CLASS kind, std::uint32_t slot, std::uint32_t space) {
         CompiledProgram program;
-        program.reflection.resources.push_back(
-                {.name = "thing", .resourceClass = kind, .slot = slot, .space = space});
+        ReflectedResource& resource = program.reflection.resources.emplace_back();
+        resource.name = "thing";
+        resource.resourceClass = kind;
+        resource.slot = slot;
+        resource.space = space;
         const auto made = makeProgramGpu(program);
         return made ? "" : made.error().message;
     }
@@ -25,12 +28,11 @@ TEST_F(ProgramAddresses, LastRegisterAndSpaceFitAndTheNextAreNamed) {
 
 TEST_F(ProgramAddresses, SpacesBetweenMayBeEmpty) {
     CompiledProgram program;
-    program.reflection.resources.push_back({.name = "thing",
-                                            .resourceClass = RESOURCE_CLASS::CONSTANT_BUFFER,
-                                            .slot = 3,
-                                            .space = 5,
-                                            .byteSize = 64,
-                                            .stageMask = 17});
+    ReflectedResource& resource = program.reflection.resources.emplace_back();
+    resource.slot = 3;
+    resource.space = 5;
+    resource.byteSize = 64;
+    resource.stageMask = 17;
     const auto made = makeProgramGpu(program);
     ASSERT_TRUE(made.has_value()) << made.error().message;
     ASSERT_EQ((*made)->sets.size(), 6U);

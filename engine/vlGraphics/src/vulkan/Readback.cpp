@@ -104,8 +104,16 @@ std::uint32_t pixelSize(VkFormat format) {
         return 2;
     case VK_FORMAT_R16G16B16A16_SFLOAT:
     case VK_FORMAT_R32G32_SFLOAT:
+    case VK_FORMAT_R32G32_UINT:
+    case VK_FORMAT_R32G32_SINT:
         return 8;
+    case VK_FORMAT_R32G32B32_SFLOAT:
+    case VK_FORMAT_R32G32B32_UINT:
+    case VK_FORMAT_R32G32B32_SINT:
+        return 12;
     case VK_FORMAT_R32G32B32A32_SFLOAT:
+    case VK_FORMAT_R32G32B32A32_UINT:
+    case VK_FORMAT_R32G32B32A32_SINT:
         return 16;
     case VK_FORMAT_UNDEFINED:
         return 0;

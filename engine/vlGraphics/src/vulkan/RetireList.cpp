@@ -13,6 +13,9 @@ void destroyHandle(VkDevice, VmaAllocator allocator, VkImage handle, VmaAllocati
 void destroyHandle(VkDevice device, VmaAllocator, VkImageView handle, VmaAllocation) {
     vkDestroyImageView(device, handle, nullptr);
 }
+void destroyHandle(VkDevice device, VmaAllocator, VkBufferView handle, VmaAllocation) {
+    vkDestroyBufferView(device, handle, nullptr);
+}
 void destroyHandle(VkDevice device, VmaAllocator, VkSampler handle, VmaAllocation) {
     vkDestroySampler(device, handle, nullptr);
 }

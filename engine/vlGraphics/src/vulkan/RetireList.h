@@ -9,6 +9,7 @@ namespace vlGraphics::vulkan {
 void destroyHandle(VkDevice device, VmaAllocator allocator, VkBuffer handle, VmaAllocation memory);
 void destroyHandle(VkDevice device, VmaAllocator allocator, VkImage handle, VmaAllocation memory);
 void destroyHandle(VkDevice device, VmaAllocator, VkImageView handle, VmaAllocation);
+void destroyHandle(VkDevice device, VmaAllocator, VkBufferView handle, VmaAllocation);
 void destroyHandle(VkDevice device, VmaAllocator, VkSampler handle, VmaAllocation);
 void destroyHandle(VkDevice device, VmaAllocator, VkPipeline handle, VmaAllocation);
 void destroyHandle(VkDevice device, VmaAllocator, VkPipelineLayout handle, VmaAllocation);

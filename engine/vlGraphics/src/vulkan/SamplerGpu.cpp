@@ -129,6 +129,7 @@ vlCommon::Result<> Sampler::load() {
     if (result != VK_SUCCESS) return vulkan::check(result, fmt::format("sampler '{}'", getName()));
     gpu_ = std::make_unique<Gpu>();
     gpu_->sampler = sampler;
+    gpu_->compares = info.compareEnable == VK_TRUE;
     markChanged();
     return {};
 }

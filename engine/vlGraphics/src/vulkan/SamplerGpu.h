@@ -12,6 +12,7 @@ struct Sampler::Gpu {
     ~Gpu();
 
     VkSampler sampler = VK_NULL_HANDLE;
+    bool compares = false; ///< belongs where shaders compare
 };
 
 } // namespace vlGraphics

@@ -82,6 +82,32 @@ VkFormat textureFormat(FORMAT format, RENDER_FLAG flag, bool gammaCorrected) {
     return gammaCorrected && row->gamma != VK_FORMAT_UNDEFINED ? row->gamma : row->linear;
 }
 
+VkFormat texelFormat(FORMAT format) {
+    const FormatRow* row = rowOf(format);
+    return row == nullptr || isDepthFormat(row->linear) ? VK_FORMAT_UNDEFINED : row->linear;
+}
+
+NumberKind numberKind(VkFormat format) {
+    switch (format) {
+    case VK_FORMAT_R32G32B32A32_UINT:
+    case VK_FORMAT_R32G32B32_UINT:
+    case VK_FORMAT_R32G32_UINT:
+    case VK_FORMAT_R32_UINT:
+        return NumberKind::unsignedInteger;
+    case VK_FORMAT_R32G32B32A32_SINT:
+    case VK_FORMAT_R32G32B32_SINT:
+    case VK_FORMAT_R32G32_SINT:
+    case VK_FORMAT_R32_SINT:
+        return NumberKind::signedInteger;
+    default:
+        return NumberKind::floating;
+    }
+}
+
+NumberKind numberKind(FORMAT format) {
+    return numberKind(texelFormat(format));
+}
+
 VkFormat vertexFormat(FORMAT format) {
     const FormatRow* row = rowOf(format);
     return row == nullptr || !row->vertex ? VK_FORMAT_UNDEFINED : row->linear;

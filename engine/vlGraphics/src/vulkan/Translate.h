@@ -14,10 +14,16 @@ VkFormat textureFormat(FORMAT format, RENDER_FLAG flag, bool gammaCorrected);
 /// Of the formats that textureFormat() gives.
 bool isDepthFormat(VkFormat format);
 bool hasStencil(VkFormat format);
+/// What a texel of a typed buffer or of a written image is; VK_FORMAT_UNDEFINED for unknown ones.
+VkFormat texelFormat(FORMAT format);
 /// VK_FORMAT_UNDEFINED for formats that vertices cannot have.
 VkFormat vertexFormat(FORMAT format);
 /// The format's components are integers, as the shader sees them.
 bool isIntegerFormat(FORMAT format);
+enum class NumberKind : std::uint8_t { floating, unsignedInteger, signedInteger };
+/// Of what shaders read from the format.
+NumberKind numberKind(FORMAT format);
+NumberKind numberKind(VkFormat format);
 
 VkBlendFactor blendFactor(BLEND value);
 VkBlendOp blendOperation(BLEND_OP value);

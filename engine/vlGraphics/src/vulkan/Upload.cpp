@@ -14,10 +14,6 @@ constexpr VkDeviceSize blockSize = VkDeviceSize{256} << 10U;
 /// Staged memory that may wait for the device before loading waits itself.
 constexpr VkDeviceSize maxPending = VkDeviceSize{64} << 20U;
 
-VkImageSubresourceRange wholeOf(const GpuImage& image) {
-    return {image.aspect(), 0, image.description().mipCount, 0, 1};
-}
-
 } // namespace
 
 Upload::Upload(Device& device) : device_(device) {
@@ -69,12 +65,13 @@ VkCommandBuffer Upload::commands() {
 VkCommandBuffer Upload::take() {
     if (open_ == none) return VK_NULL_HANDLE;
     Slot& slot = slots_[open_];
-    // What was copied into buffers is read by later draws; images have barriers of their own.
+    // What was copied into buffers is read and overwritten by later passes; images have barriers of
+    // their own.
     auto barrier = vulkan::vkInfo<VkMemoryBarrier2>(VK_STRUCTURE_TYPE_MEMORY_BARRIER_2);
     barrier.srcStageMask = VK_PIPELINE_STAGE_2_ALL_TRANSFER_BIT;
     barrier.srcAccessMask = VK_ACCESS_2_TRANSFER_WRITE_BIT;
     barrier.dstStageMask = VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT;
-    barrier.dstAccessMask = VK_ACCESS_2_MEMORY_READ_BIT;
+    barrier.dstAccessMask = VK_ACCESS_2_MEMORY_READ_BIT | VK_ACCESS_2_MEMORY_WRITE_BIT;
     auto info = vulkan::vkInfo<VkDependencyInfo>(VK_STRUCTURE_TYPE_DEPENDENCY_INFO);
     info.memoryBarrierCount = 1;
     info.pMemoryBarriers = &barrier;
@@ -206,7 +203,7 @@ void Upload::makeMips(VkCommandBuffer commands, GpuImage& target) {
     imageBarrier(commands, target.get(), level, ImageUse::transferTarget, ImageUse::transferSource);
     imageBarrier(commands,
                  target.get(),
-                 wholeOf(target),
+                 target.wholeRange(),
                  ImageUse::transferSource,
                  ImageUse::shaderRead);
     target.noteUse(ImageUse::shaderRead);
@@ -217,7 +214,7 @@ vlCommon::Result<> Upload::clear(GpuImage& target) {
     if (buffer == VK_NULL_HANDLE)
         return vlCommon::fail("Could not record an upload: out of memory");
     target.become(buffer, ImageUse::transferTarget, true);
-    const VkImageSubresourceRange range = wholeOf(target);
+    const VkImageSubresourceRange range = target.wholeRange();
     const VkImageLayout layout = layoutOf(ImageUse::transferTarget);
     if (isDepthFormat(target.description().format)) {
         const VkClearDepthStencilValue far{1, 0};
