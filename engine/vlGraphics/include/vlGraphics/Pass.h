@@ -14,7 +14,7 @@ public:
     virtual ~Pass() = default;
     virtual PASS_TYPE getType() const = 0;
     virtual std::unique_ptr<Pass> clone() const = 0;
-    /// Records its work of this frame; the operation's targets are being rendered to.
+    /// Records its work of this frame, to the targets that the operation has.
     virtual void record(PassRecorder& recorder) const = 0;
 
     const vlMemory::String& getName() const { return name_; }

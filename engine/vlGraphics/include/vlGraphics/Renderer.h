@@ -41,6 +41,7 @@ public:
         std::uint64_t frames = 0;
         std::uint64_t draws = 0;
         std::uint64_t instances = 0;
+        std::uint64_t dispatches = 0;
         std::uint64_t pipelinesMade = 0;
     };
     const Counts& getCounts() const;

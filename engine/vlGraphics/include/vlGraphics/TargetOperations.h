@@ -1,5 +1,6 @@
 #pragma once
 #include <vlGraphics/ClearTargetsPass.h>
+#include <vlGraphics/ComputePass.h>
 #include <vlGraphics/RenderScenePass.h>
 #include <vlGraphics/Texture.h>
 #include <vlGraphics/Viewport.h>
@@ -17,7 +18,8 @@ struct TargetDescriptor {
 };
 
 /** A step of a compositor node: passes that render to the same targets. Up to eight colour targets;
- * the back buffer may be one of them. Owned by its node. */
+ * the back buffer may be one of them. None are needed where all passes compute. Owned by its node.
+ */
 class TargetOperations {
 public:
     static constexpr std::uint32_t maxColorTargets = 8;
@@ -71,6 +73,7 @@ public:
     void addPass(std::uint32_t index);
     /// Replaces the pass at the index, keeping its name, or adds at the end.
     ClearTargetsPass* addClearTargetsPass(std::uint32_t index);
+    ComputePass* addComputePass(std::uint32_t index);
     RenderScenePass* addRenderScenePass(std::uint32_t index);
     bool erasePass(std::uint32_t index);
     bool swapPasses(std::uint32_t index, std::uint32_t other);

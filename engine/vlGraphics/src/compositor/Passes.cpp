@@ -1,5 +1,6 @@
 #include <vlGraphics/ChangeCount.h>
 #include <vlGraphics/ClearTargetsPass.h>
+#include <vlGraphics/ComputePass.h>
 #include <vlGraphics/RenderScenePass.h>
 
 #include <cmath>
@@ -47,6 +48,22 @@ void ClearTargetsPass::setClearStencil(std::uint32_t stencil) {
 }
 void ClearTargetsPass::setColorTargetIndex(std::uint32_t index) {
     if (replace(colorTargetIndex_, index)) markChanged();
+}
+
+std::unique_ptr<Pass> ComputePass::clone() const {
+    return std::make_unique<ComputePass>(*this);
+}
+void ComputePass::setShader(Handle<Shader> shader) {
+    if (replace(shader_, shader)) markChanged();
+}
+void ComputePass::setX(std::uint32_t groups) {
+    if (replace(x_, groups)) markChanged();
+}
+void ComputePass::setY(std::uint32_t groups) {
+    if (replace(y_, groups)) markChanged();
+}
+void ComputePass::setZ(std::uint32_t groups) {
+    if (replace(z_, groups)) markChanged();
 }
 
 std::unique_ptr<Pass> RenderScenePass::clone() const {

@@ -147,6 +147,10 @@ ClearTargetsPass* TargetOperations::addClearTargetsPass(std::uint32_t index) {
     return static_cast<ClearTargetsPass*>(place(std::make_unique<ClearTargetsPass>(), index));
 }
 
+ComputePass* TargetOperations::addComputePass(std::uint32_t index) {
+    return static_cast<ComputePass*>(place(std::make_unique<ComputePass>(), index));
+}
+
 RenderScenePass* TargetOperations::addRenderScenePass(std::uint32_t index) {
     return static_cast<RenderScenePass*>(place(std::make_unique<RenderScenePass>(), index));
 }

@@ -26,6 +26,12 @@ PassValues passValues(const Pass& pass) {
         values.depth = clear.getClearDepth();
         values.stencil = clear.getClearStencil();
         values.colorTargetIndex = clear.getColorTargetIndex();
+    } else if (values.type == PASS_TYPE::COMPUTE) {
+        const auto& compute = static_cast<const ComputePass&>(pass);
+        values.shader = nameOf<ShaderManager>(compute.getShader());
+        values.x = compute.getX();
+        values.y = compute.getY();
+        values.z = compute.getZ();
     } else if (values.type == PASS_TYPE::RENDER_SCENE) {
         const auto& scene = static_cast<const RenderScenePass&>(pass);
         values.renderQueue = nameOf<RenderQueueManager>(scene.getRenderQueue());
@@ -73,6 +79,13 @@ void makePass(TargetOperations& operations, const PassValues& values) {
         pass.setClearDepth(values.depth);
         pass.setClearStencil(values.stencil);
         pass.setColorTargetIndex(values.colorTargetIndex);
+    } else if (values.type == PASS_TYPE::COMPUTE) {
+        ComputePass& pass = *operations.addComputePass(atEnd);
+        pass.setName(values.name);
+        pass.setShader(ShaderManager::getInstance()->handleOf(values.shader));
+        pass.setX(values.x);
+        pass.setY(values.y);
+        pass.setZ(values.z);
     } else if (values.type == PASS_TYPE::RENDER_SCENE) {
         RenderScenePass& pass = *operations.addRenderScenePass(atEnd);
         const auto& cameras = CameraManager::getInstance();

@@ -29,6 +29,10 @@ struct PassValues {
     vlMemory::String rasterState;
     vlMemory::String depthStencilState;
     std::uint8_t stencilReference = 0;
+    vlMemory::String shader;
+    std::uint32_t x = 1;
+    std::uint32_t y = 1;
+    std::uint32_t z = 1;
 };
 
 struct OperationValues {
@@ -104,6 +108,12 @@ template <class Archive, class V> void describePass(Archive& archive, V& pass) {
         archive.optional("clearDepthValue", pass.depth, 0, 1);
         archive.optional("clearStencilValue", pass.stencil);
         archive.optional("colorTargetIndex", pass.colorTargetIndex);
+        return;
+    case PASS_TYPE::COMPUTE:
+        describeName(archive, "shader", pass.shader);
+        archive.optional("x", pass.x);
+        archive.optional("y", pass.y);
+        archive.optional("z", pass.z);
         return;
     case PASS_TYPE::RENDER_SCENE:
         describeName(archive, "renderQueue", pass.renderQueue);

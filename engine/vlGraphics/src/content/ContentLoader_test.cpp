@@ -76,7 +76,10 @@ void fillSample(Program& program) {
 void fillSample(Shader& shader) {
     shader.setProgram(ProgramManager::getInstance()->handleOf("lit"));
     shader.addTexture(TextureManager::getInstance()->handleOf("rust"), 3, 1);
+    shader.addTexture(BufferManager::getInstance()->handleOf("dust"), 4, 0);
+    shader.addTexture(RenderQueueManager::getInstance()->handleOf("queue"), 5, 0);
     shader.addSampler(SamplerManager::getInstance()->handleOf("soft"), 0, 0);
+    shader.addUavBuffer(BufferManager::getInstance()->handleOf("dust"), 1, 2);
     ConstantBuffer& buffer = *shader.addConstantBuffer(2, 0);
     const auto camera = CameraManager::getInstance()->handleOf("eye");
     buffer.addPassMemorySlot()->setFromVector(1, 0.1F, 0, 0);
@@ -110,6 +113,10 @@ void fillSample(Compositor& compositor) {
     clear.setShouldClearDepth(false);
     clear.setClearStencil(12);
     operations.addPass(TargetOperations::atEnd);
+    ComputePass& compute = *operations.addComputePass(TargetOperations::atEnd);
+    compute.setShader(ShaderManager::getInstance()->handleOf("lit"));
+    compute.setY(4294967295U);
+    compute.setZ(0);
     RenderScenePass& scene = *operations.addRenderScenePass(TargetOperations::atEnd);
     scene.setName("scene");
     scene.setRenderQueue(RenderQueueManager::getInstance()->handleOf("queue"));

@@ -1,5 +1,6 @@
 #include <vlGraphics/Buffer.h>
 #include <vlGraphics/Compositor.h>
+#include <vlGraphics/ComputePass.h>
 #include <vlGraphics/References.h>
 #include <vlGraphics/RenderScenePass.h>
 #include <vlGraphics/Shader.h>
@@ -22,6 +23,7 @@ vlMemory::String wholeUser() {
 }
 
 template <class Visit> void visitPass(const Pass& pass, Visit&& visit) {
+    if (const auto* compute = dynamic_cast<const ComputePass*>(&pass)) visit(compute->getShader());
     const auto* scene = dynamic_cast<const RenderScenePass*>(&pass);
     if (scene == nullptr) return;
     visit(scene->getRenderQueue());
@@ -89,6 +91,7 @@ template <> struct ManagerOf<Texture> : std::type_identity<TextureManager> {};
 template <> struct ManagerOf<Sampler> : std::type_identity<SamplerManager> {};
 template <> struct ManagerOf<Buffer> : std::type_identity<BufferManager> {};
 template <> struct ManagerOf<Program> : std::type_identity<ProgramManager> {};
+template <> struct ManagerOf<Shader> : std::type_identity<ShaderManager> {};
 
 template <class T> bool refersTo(Handle<T> handle, const T& resource) {
     return ManagerOf<T>::type::getInstance()->resolve(handle) == &resource;
@@ -129,6 +132,7 @@ template std::vector<vlMemory::String> usersOf(const Texture&);
 template std::vector<vlMemory::String> usersOf(const Sampler&);
 template std::vector<vlMemory::String> usersOf(const Buffer&);
 template std::vector<vlMemory::String> usersOf(const Program&);
+template std::vector<vlMemory::String> usersOf(const Shader&);
 // Nothing refers to these: they are here for whoever asks for every kind alike.
 template std::vector<vlMemory::String> usersOf(const vlScripts::Script&);
 

@@ -1,3 +1,4 @@
+#include "render/Dispatch.h"
 #include "render/PassRecorder.h"
 #include "render/PassStates.h"
 #include "render/RendererGpu.h"
@@ -6,6 +7,7 @@
 
 #include <vlGraphics/ClearTargetsPass.h>
 #include <vlGraphics/Compositor.h>
+#include <vlGraphics/ComputePass.h>
 #include <vlGraphics/RenderScenePass.h>
 #include <vlGraphics/System.h>
 
@@ -15,7 +17,6 @@ namespace {
 
 void drawOperations(Renderer::Gpu& renderer, const TargetOperations& operations) {
     PassRecorder recorder(renderer, *renderer.active, operations);
-    if (!recorder.isUsable()) return;
     for (std::uint32_t i = 0; i < operations.getPassCount(); ++i)
         if (const Pass* pass = operations.getPass(i)) pass->record(recorder);
 }
@@ -49,6 +50,15 @@ Camera& cameraOr(Handle<Camera> handle, Camera& fallback, const RenderContext& c
     return chosen;
 }
 
+PassInputs inputsOf(PassRecorder& recorder, const Camera& camera) {
+    PassInputs inputs;
+    inputs.camera = &camera;
+    inputs.targetWidth = recorder.extent().width;
+    inputs.targetHeight = recorder.extent().height;
+    inputs.timeMs = recorder.renderer().timeMs;
+    return inputs;
+}
+
 } // namespace
 
 void Compositor::draw() const {
@@ -74,6 +84,7 @@ void ClearTargetsPass::record(PassRecorder& recorder) const {
 }
 
 void RenderScenePass::record(PassRecorder& recorder) const {
+    if (!recorder.isUsable()) return;
     RenderQueue* queue = queueOf(*this);
     if (queue == nullptr) return;
     const RenderContext& context = recorder.context();
@@ -90,13 +101,16 @@ void RenderScenePass::record(PassRecorder& recorder) const {
     queue->getRenderStrategy().collect(*queue, view, list);
     if (list.runs.empty()) return;
 
-    PassInputs inputs;
-    inputs.camera = &camera;
-    inputs.targetWidth = recorder.extent().width;
-    inputs.targetHeight = recorder.extent().height;
-    inputs.timeMs = recorder.renderer().timeMs;
     render::SceneDrawer(recorder, *queue, list)
-            .draw(inputs, render::passStateOf(*this, recorder.formats()));
+            .draw(inputsOf(recorder, camera), render::passStateOf(*this, recorder.formats()));
+}
+
+void ComputePass::record(PassRecorder& recorder) const {
+    const Shader* shader = ShaderManager::getInstance()->resolve(shader_);
+    if (shader == nullptr || x_ == 0 || y_ == 0 || z_ == 0) return;
+    const RenderContext& context = recorder.context();
+    const Camera& camera = cameraOr({}, *context.getRenderCamera(), context);
+    render::dispatch(*this, *shader, inputsOf(recorder, camera), recorder);
 }
 
 } // namespace vlGraphics

@@ -1,0 +1,155 @@
+#pragma once
+#include "render/EngineTest.h"
+
+#include <vlGraphics/Buffer.h>
+#include <vlGraphics/ComputePass.h>
+#include <vlGraphics/RenderQueue.h>
+
+#include <cstring>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace vlGraphics {
+
+/** Programs of any stages, whose pixels are numbers that tests read: the picture is a row of texels
+ *  of four floats, cleared to -1. */
+class ShaderTest : public EngineTest {
+protected:
+    static constexpr std::uint32_t texels = 32;
+    /// A vertex stage that places what it is given.
+    static constexpr std::string_view place =
+            "float4 main(float3 p : POSITION) : SV_POSITION { return float4(p, 1); }";
+    using Numbers = std::vector<std::array<float, 4>>;
+    using Stages = std::initializer_list<std::pair<SHADER_TYPE, std::string>>;
+
+    void SetUp() override {
+        EngineTest::SetUp();
+        if (HasFatalFailure()) return;
+        context_ = &makeContext(surface_);
+        node_ = makeCompositor(*context_).addNode();
+        target_ = &makeTarget("numbers", FORMAT::R32G32B32A32_FLOAT, RENDER_FLAG::COLOR_TARGET);
+        operations_ = node_->addOperations();
+        operations_->addColorTarget({handleOf(*target_), 0});
+        operations_->addClearTargetsPass(TargetOperations::atEnd)->setClearColor({-1, -1, -1, -1});
+    }
+
+    static std::string newName() { return "test" + std::to_string(++names_); }
+
+    static Texture& makeTarget(std::string_view name, FORMAT format, RENDER_FLAG flag) {
+        Texture& texture = *TextureManager::getInstance()->createOrRetrieve(name);
+        texture.setWidth(texels);
+        texture.setHeight(1);
+        texture.setFormat(format);
+        texture.setRenderFlag(flag);
+        texture.setGammaCorrected(false);
+        const auto loaded = texture.load();
+        EXPECT_TRUE(loaded.has_value()) << loaded.error().message;
+        return texture;
+    }
+    static Handle<Texture> handleOf(const Texture& texture) {
+        return TextureManager::getInstance()->handleOf(&texture);
+    }
+    static Handle<Shader> handleOf(const Shader& shader) {
+        return ShaderManager::getInstance()->handleOf(&shader);
+    }
+    static Handle<Buffer>
+    makeBuffer(std::string_view name, std::uint32_t elementByteSize, std::uint32_t elementCount) {
+        Buffer& buffer = *BufferManager::getInstance()->createOrRetrieve(name);
+        buffer.setElementByteSize(elementByteSize);
+        buffer.setElementCount(elementCount);
+        EXPECT_TRUE(buffer.load().has_value());
+        return BufferManager::getInstance()->handleOf(name);
+    }
+
+    /// Without instance data.
+    static Shader& makeProgram(Stages stages, PROGRAM_TYPE type = PROGRAM_TYPE::PIPELINE) {
+        const std::string name = newName();
+        Program& program = *ProgramManager::getInstance()->createOrRetrieve(name);
+        ProgramSourcesHolder sources;
+        for (const auto& [stage, text] : stages)
+            sources.setMemory(stage, text);
+        program.setType(type);
+        program.setFromMemory(sources);
+        EXPECT_TRUE(program.load().has_value());
+        ProgramManager::getInstance()->waitForAll();
+        const ProgramCompilationResult& result = program.getLastCompilationResult();
+        EXPECT_TRUE(result.isSuccess()) << result.getErrorMessage();
+        Shader& shader = *ShaderManager::getInstance()->createOrRetrieve(name);
+        shader.setProgram(&program);
+        return shader;
+    }
+    static Shader& makeCompute(const std::string& source) {
+        return makeProgram({{SHADER_TYPE::COMPUTE, source}}, PROGRAM_TYPE::COMPUTE);
+    }
+    /// Its pixel stage writes the expression, of `i`, the texel's number.
+    static Shader& makeReader(const std::string& declarations, const std::string& expression) {
+        return makeProgram({{SHADER_TYPE::VERTEX, std::string(place)},
+                            {SHADER_TYPE::PIXEL,
+                             declarations +
+                                     "\nfloat4 main(float4 at : SV_POSITION) : SV_TARGET"
+                                     "{ int i = int(at.x); return " +
+                                     expression + "; }"}});
+    }
+
+    /// Everything is drawn over.
+    static const Mesh& fullMesh() {
+        return makeMesh("full", {{-1, 3, 0.5F}, {3, -1, 0.5F}, {-1, -1, 0.5F}});
+    }
+    /// Draws the mesh in a queue of its own after what is there.
+    static RenderScenePass&
+    addDraw(TargetOperations& operations, const Shader& shader, const Mesh& mesh) {
+        const std::string name = newName();
+        RenderQueue& queue = *RenderQueueManager::getInstance()->createOrRetrieve(name);
+        queue.getRenderStrategy().setFrustumCull(false);
+        Entity& entity = *queue.addEntity();
+        EntityRenderInfo info;
+        info.mesh = MeshManager::getInstance()->handleOf(&mesh);
+        info.shader = handleOf(shader);
+        entity.setRenderInfo(info);
+        RenderScenePass& pass = *operations.addRenderScenePass(TargetOperations::atEnd);
+        pass.setRenderQueue(RenderQueueManager::getInstance()->handleOf(name));
+        return pass;
+    }
+    RenderScenePass& addDraw(const Shader& shader) {
+        return addDraw(*operations_, shader, fullMesh());
+    }
+    static ComputePass& addDispatch(TargetOperations& operations, const Shader& shader) {
+        ComputePass& pass = *operations.addComputePass(TargetOperations::atEnd);
+        pass.setShader(handleOf(shader));
+        return pass;
+    }
+    ComputePass& addDispatch(const Shader& shader) { return addDispatch(*operations_, shader); }
+
+    Numbers drawNumbers() const {
+        drawFrame(*context_);
+        const auto picture = target_->convertToImage();
+        EXPECT_TRUE(picture.has_value()) << picture.error().message;
+        Numbers numbers(texels);
+        if (picture)
+            std::memcpy(numbers.data(), picture->view().row(0), sizeof numbers[0] * texels);
+        return numbers;
+    }
+    std::size_t logged(std::string_view text) const {
+        std::size_t count = 0;
+        for (const std::string& line : log_)
+            count += line.find(text) != std::string::npos ? 1U : 0U;
+        return count;
+    }
+    static const Renderer::Counts& counts() {
+        return System::getInstance()->getRenderer().getCounts();
+    }
+
+    TestSurface surface_{16, 8};
+    RenderContext* context_ = nullptr;
+    CompositorNode* node_ = nullptr;
+    TargetOperations* operations_ = nullptr;
+    Texture* target_ = nullptr;
+
+private:
+    static inline int names_ = 0;
+};
+
+} // namespace vlGraphics
