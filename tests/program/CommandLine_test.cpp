@@ -90,6 +90,29 @@ TEST(CommandLine, GalleryRendersWithoutADisplayAndRepeats) {
     EXPECT_EQ(pictureOf(folder.path() / "two.png"), picture);
 }
 
+TEST(CommandLine, MaterialsRenderThroughEveryStageAndTheWaterMoves) {
+    const Folder folder;
+    const std::string materials = source("samples/materials/materials.vls").string();
+    vlImages::Image pictures[2];
+    for (std::size_t i = 0; i < 2; ++i) {
+        const auto outcome = run(folder.path(),
+                                 {"--render",
+                                  "out.png",
+                                  "--size",
+                                  "480x270",
+                                  "--frames",
+                                  i == 0 ? "1" : "20",
+                                  materials},
+                                 noDisplay);
+        ASSERT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_EQ(complaints(outcome.err), "");
+        pictures[i] = pictureOf(folder.path() / "out.png");
+        EXPECT_GT(colorCount(pictures[i], 0, 0, 480, 270), 150);
+    }
+    keep(pictures[1], "materials");
+    EXPECT_NE(pictures[0], pictures[1]);
+}
+
 TEST(CommandLine, RenderTakesFormatCompositorCameraAndFrames) {
     const Folder folder;
     const auto outcome = run(folder.path(),

@@ -4,10 +4,9 @@ shadows of the ground, and the project. Run it from anywhere; it writes beside t
 
 Needs python3-numpy and python3-pil; takes about a minute. The project as committed is its output."""
 
-import json
 import math
 import pathlib
-import struct
+import sys
 
 import numpy as np
 from PIL import Image
@@ -17,6 +16,11 @@ import textures
 
 HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parent
+sys.path.append(str(ROOT.parent / 'source'))
+
+import project_files
+from project_files import camera, mesh_file, vector
+
 SUN = np.array([-0.5883, 0.5720, -0.5717])
 SHADOW_HALF = 24.0  # metres from the middle that the shadow picture covers
 rng = np.random.default_rng(7)
@@ -24,31 +28,8 @@ rng = np.random.default_rng(7)
 
 # ---- files -------------------------------------------------------------------------------------
 
-def compact(value, depth=0):
-    """The engine's JSON form: two spaces, lists of numbers or texts on one line."""
-    pad = '  ' * (depth + 1)
-    if isinstance(value, dict) and value:
-        rows = [f'{pad}{json.dumps(k)}: {compact(v, depth + 1)}' for k, v in value.items()]
-        return '{\n' + ',\n'.join(rows) + '\n' + '  ' * depth + '}'
-    if isinstance(value, list) and any(isinstance(v, (dict, list)) for v in value):
-        rows = [pad + compact(v, depth + 1) for v in value]
-        return '[\n' + ',\n'.join(rows) + '\n' + '  ' * depth + ']'
-    if isinstance(value, list):
-        return '[' + ', '.join(compact(v) for v in value) + ']'
-    if isinstance(value, float):
-        return shortest(value)
-    return json.dumps(value)
-
-
-def shortest(value):
-    """The shortest text that reads back as the same 32-bit float."""
-    if value == int(value) and abs(value) < 1e15:
-        return str(int(value)) + '.0'
-    return str(np.float32(value))
-
-
 def write_json(name, tree):
-    (ROOT / name).write_text(compact({'formatVersion': 1, **tree}) + '\n', encoding='utf-8')
+    project_files.write_json(ROOT / name, tree)
 
 
 def write_mesh(name, mesh):
@@ -65,7 +46,7 @@ def write_mesh(name, mesh):
     centre = (low + high) / 2
     radius = float(np.linalg.norm(mesh.positions - centre, axis=1).max())
     data = mesh_file(attributes, vertex.itemsize, count, vertex.tobytes(),
-                     mesh.triangles.astype('<u4'), centre, radius * 1.00001, low, high)
+                     mesh.triangles.astype('<u4').tobytes(), centre, radius * 1.00001, low, high)
     (ROOT / 'meshes' / f'{name}.vlmb').write_bytes(data)
 
 
@@ -300,19 +281,6 @@ def bake_shadows(scene, meshes, size=1024):
 
 # ---- declarations ------------------------------------------------------------------------------
 
-def mesh_file(attributes, stride, count, vertices, triangles, centre, radius, low, high):
-    """The engine's mesh data: a header of 80 bytes, 72 for each attribute, vertices, indices."""
-    head = 80 + 72 * len(attributes)
-    start = (head + 15) // 16 * 16
-    indices = triangles.tobytes()
-    size = start + len(vertices) + len(indices)
-    data = struct.pack('<4s7I', b'VLMB', 1, 4, len(attributes), stride, count, triangles.size, 0)
-    data += struct.pack('<4f3f3fQ', *centre, radius, *low, *high, size)
-    for semantic, code, offset in attributes:
-        data += struct.pack('<64s2I', semantic.encode(), code, offset)
-    return data.ljust(start, b'\0') + vertices + indices
-
-
 def write_sources():
     sky = (HERE / 'sky.hlsli').read_text()
     vertex = (HERE / 'lit.vertex.hlsl').read_text()
@@ -330,10 +298,6 @@ def program(name, folder, macros=()):
         pixel['macros'] = [{'name': macro, 'value': '1'} for macro in macros]
     return {'name': name, 'type': 'PIPELINE', 'crossCompilerDefines': True,
             'stages': [{'stage': 'VERTEX', 'file': f'{folder}_src/vertexShader.hlsl'}, pixel]}
-
-
-def vector(*values):
-    return {'type': 'VECTOR', 'value': [float(v) for v in values]}
 
 
 def shader(name, program_name, pictures, samplers, vectors):
@@ -393,17 +357,6 @@ def write_declarations(meshes, scene):
     write_json('gallery.vls', {
         'declarations': [f'gallery.{kind}' for kind in ('vlsa', 'vlte', 'vlme', 'vlpr', 'vlsh', 'vlma', 'vlca', 'vlco')],
         'compositor': 'gallery', 'camera': 'visitor', 'scene': scene.tree()})
-
-
-def camera(name, eye, target, degrees):
-    d = np.asarray(target, float) - np.asarray(eye, float)
-    d /= np.linalg.norm(d)
-    yaw, pitch = math.atan2(d[0], d[2]) / 2, -math.asin(d[1]) / 2
-    orientation = [math.cos(yaw) * math.sin(pitch), math.sin(yaw) * math.cos(pitch),
-                   -math.sin(yaw) * math.sin(pitch), math.cos(yaw) * math.cos(pitch)]
-    return {'name': name, 'position': eye, 'orientation': [round(v, 7) for v in orientation], 'orthographic': False,
-            'fieldOfView': round(math.radians(degrees), 6), 'nearDistance': 0.1, 'farDistance': 1000.0,
-            'orthographicHeight': 10.0}
 
 
 def main():
