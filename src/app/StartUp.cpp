@@ -13,6 +13,7 @@
 #include "core/MessageOrchestrator.h"
 #include "core/WorkerPool.h"
 #include "editors/AllKinds.h"
+#include "editors/ShaderProgramChangedMessage.h"
 #include "editors/shader_program/ProgramFiles.h"
 #include "editors/shader_program/ShaderProgramMessages.h"
 #include "interfaces/CommonWindowInit.h"
@@ -96,7 +97,10 @@ bool prepareEngine() {
 void followPrograms() {
     ProgramFiles::getInstance();
     vlGraphics::ProgramManager::getInstance()->setCompiledCallback(
-            [](vlGraphics::Program& program) { tellProgramCompiled(program); });
+            [](vlGraphics::Program& program) {
+                tellProgramCompiled(program);
+                postToGraphics(ShaderProgramChangedMessage(program.getName()));
+            });
 }
 
 void createViews(const CommandLine& commandLine) {

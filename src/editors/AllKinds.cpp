@@ -1,5 +1,7 @@
 #include "editors/AllKinds.h"
 
+#include "editors/ShaderProgramChangedMessage.h"
+
 #include <algorithm>
 #include <array>
 
@@ -13,7 +15,8 @@ std::span<const AnyKind* const> allKinds() {
                                   &samplerKind(),
                                   &cameraKind(),
                                   &scriptKind(),
-                                  &shaderProgramKind()};
+                                  &shaderProgramKind(),
+                                  &shaderKind()};
     return kinds;
 }
 
@@ -27,6 +30,7 @@ const AnyKind* findKind(std::string_view name) {
 void registerKindMessages(MessageRegistry& registry) {
     for (const AnyKind* kind : allKinds())
         kind->registerMessages(registry);
+    registry.add<ShaderProgramChangedMessage>(MessageQueue::graphics);
 }
 
 } // namespace vlEditor

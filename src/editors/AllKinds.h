@@ -14,6 +14,7 @@ const AnyKind& samplerKind();
 const AnyKind& cameraKind();
 const AnyKind& scriptKind();
 const AnyKind& shaderProgramKind();
+const AnyKind& shaderKind();
 
 /// Every kind of resource that has an editor. What one refers to comes before it.
 std::span<const AnyKind* const> allKinds();

@@ -52,7 +52,9 @@ void PickLists::createFirstGroup() {
 
 void PickLists::createSecondGroup() {
     create(lists_, {"TEXTURE_POP_UP_LIST", "Textures", {Names::texture}});
-    create(lists_, {"TEXTURE_BUFFER_POP_UP_LIST", "Textures / Compute buffers"});
+    // What stands before a name says what bears it: a texture, a buffer or a render queue.
+    const std::string defaultTexture = "T. " + std::string(Names::texture);
+    create(lists_, {"TEXTURE_BUFFER_POP_UP_LIST", "Textures / Compute buffers", {defaultTexture}});
     create(lists_, {"RENDER_TARGET_POP_UP_LIST", "Color targets", {Names::backBuffer}});
     create(lists_, {"DEPTH_TARGET_POP_UP_LIST", "Depth targets", {Names::depthBuffer}});
     create(lists_, {"VIEWPORT_POP_UP_LIST", "Viewports"});

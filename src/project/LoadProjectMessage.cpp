@@ -17,10 +17,13 @@
 namespace vlEditor {
 namespace {
 
-template <class T> void list(std::string_view pickList, const std::vector<T*>& resources) {
+template <class T>
+void list(std::string_view pickList,
+          const std::vector<T*>& resources,
+          const std::string& entryStart = {}) {
     std::vector<std::string> names;
     for (const T* resource : resources) {
-        if (!resource->isHidden()) names.push_back(resource->getName());
+        if (!resource->isHidden()) names.push_back(entryStart + resource->getName());
     }
     if (!names.empty()) postToUi(AddPickListEntriesMessage(pickList, std::move(names)));
 }
@@ -31,8 +34,9 @@ void listResources(const vlKestrion::ProjectLoadResult& loaded) {
         kind->adopt(resources);
     // Kinds without an editor are only offered by their pick lists.
     list("RENDER_QUEUE_POP_UP_LIST", resources.getRenderQueues());
-    list("SHADER_POP_UP_LIST", resources.getShaders());
     list("TEXTURE_POP_UP_LIST", resources.getTextures());
+    list("TEXTURE_BUFFER_POP_UP_LIST", resources.getTextures(), "T. ");
+    list("TEXTURE_BUFFER_POP_UP_LIST", resources.getRenderQueues(), "R. ");
     list("MESH_POP_UP_LIST", resources.getMeshes());
     list("MATERIAL_POP_UP_LIST", loaded.materials);
     list("COMPOSITOR_POP_UP_LIST", resources.getCompositors());

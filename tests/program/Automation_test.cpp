@@ -145,6 +145,19 @@ TEST(Automation, ScriptsAreWrittenRunAndFollowedByWidget) {
         keep(pictureOf(folder.path() / (std::string(name) + ".png")), name);
 }
 
+TEST(Automation, ShadersAreBoundAndLinkedByWidget) {
+    const Folder folder;
+    fs::copy(source("samples/gallery"), folder.path(), fs::copy_options::recursive);
+    const std::string script = source("tests/program/shader.lua").string();
+    expectGood(run(folder.path(), {"--run", script, "--headless", "gallery.vls"}, noDisplay));
+    for (const char* tab : {"textures", "samplers", "uav", "constant", "instance"}) {
+        for (const char* look : {"dark_720", "dark_1080", "light_720", "light_1080"}) {
+            const std::string name = std::string("shader_") + tab + "_" + look;
+            keep(pictureOf(folder.path() / (name + ".png")), name);
+        }
+    }
+}
+
 TEST(Automation, ShaderProgramsAreWrittenCompiledAndSavedByWidget) {
     const Folder folder;
     fs::copy(source("samples/gallery"), folder.path(), fs::copy_options::recursive);

@@ -58,6 +58,11 @@ local kinds = {
      {"_FILL_COMBO", "_CULL_COMBO", "_SCISSOR_CHECK", "_DEPTH_BIAS_EDIT", "_DEPTH_BIAS_BUTTON"}},
     {12, "EDITOR_SAMPLER_", "SAMPLER_CREATION",
      {"_FILTER_COMBO", "_ADDRESS_COMBO_W", "_LOD_LEVELS_MIN_EDIT", "_LOD_LEVELS_OK", "_BORDER_OK"}},
+    {16, "EDITOR_SHADER_", "SHADER_CREATION",
+     {"_TEX_ADD", "_TEX_DEL", "_TEX_SPACE_EDIT", "_TEX_UPDATE", "_TEX_SRC_BUTTON", "_PROGRAM_BUTTON",
+      "_SAMPLERS_ADD", "_UAV_ADD", "_CBUF_ADD", "_CBUF_SLOT_ADD", "_CBUF_SLOT_UP", "_CBUF_SLOT_DEL",
+      "_CBUF_SLOT_TYPE_COMBO", "_SLOT_VECTOR_OK", "_SLOT_MATRIX_OK", "_SLOT_CAM_SEARCH",
+      "_INSTANCE_SLOT_ADD", "_INSTANCE_MAX_EDIT", "_RES_TYPE_TABS", "_RES_TYPE_TABS"}},
     {15, "EDITOR_SHADER_PROG_", "SHADER_PROGRAM_CREATION",
      {"_SOURCES_EDIT", "_MACROS_EDIT", "_COMPILE", "_COMPUTE_CHECK", "_RAYTRACING_CHECK",
       "_PIPELINE_CHECK", "_SOURCES_FETCH", "_STAGES_TABS", "_PROBLEMS_LIST", "_FILE_RELOAD"}},
@@ -196,6 +201,20 @@ local actions = {
     function() try(ui.menu, bar, "Edit", any {"Undo", "Undo", "Redo"}) end,
 }
 
+-- Takes something from the pick lists that are open, or not.
+local function pick()
+    for _, kind in ipairs {"TEXTURE_BUFFER", "TEXTURE", "UAV", "CAMERA", "SHADER_PROGRAM", "SAMPLER"} do
+        local list = kind .. "_POP_UP_LIST"
+        if ui.exists(list) and ui.visible(list) then
+            local items = ui.items(list .. "LISTBOX")
+            if #items > 0 then try(ui.click, list .. "LISTBOX", "left", any(items)) end
+            if not try(ui.click, list .. any {"OK_BUTTON", "OK_BUTTON", "CANCEL_BUTTON"}) then
+                try(ui.click, list .. "CANCEL_BUTTON")
+            end
+        end
+    end
+end
+
 local function complain()
     for _, line in ipairs(editor.log()) do
         assert(not line:find("VUID", 1, true) and not line:find("Validation", 1, true), line)
@@ -207,6 +226,7 @@ while os.time() < finish do
     -- Dialogs that came up by the way are answered.
     pcall(ui.choose, any {"", "picture"})
     pcall(ui.confirm, math.random(2) == 1)
+    pick()
     if #ui.items(tabs) > 6 then
         ui.click(tabs, "right", ui.items(tabs)[1])
         try(ui.menu, "EDITOR_TAB_MENU", "Close")

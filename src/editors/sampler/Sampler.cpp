@@ -105,10 +105,9 @@ void SamplerBorderColor::readFrom(const SamplerRecord& record) {
 }
 
 std::string SamplerKind::savePath(std::string chosen) {
-    const std::string ending = "." + std::string(texts.extension);
-    if (!chosen.ends_with(ending)) chosen += ending;
-    EditorLogger::getInstance().log("Saving Sampler file : " + chosen, "Save");
-    return chosen;
+    const std::string path = withExtension(texts, std::move(chosen));
+    EditorLogger::getInstance().log("Saving Sampler file : " + path, "Save");
+    return path;
 }
 
 void SamplerKind::bind(Bindings<SamplerKind>& window) {

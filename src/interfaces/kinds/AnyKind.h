@@ -40,6 +40,8 @@ public:
     virtual vlExport::Node engineRecord(const std::string& name) const = 0;
     /// Its declaration; null where there is none.
     virtual vlExport::Node declaration(const std::string& name) const = 0;
+    /// Tells the UI how the resource is now, where something that it refers to has changed.
+    virtual void reread(const std::string& name) const = 0;
     /// Tells the UI of the resources of the kind that were loaded with others.
     virtual void adopt(const vlGraphics::DeclarationLoadResult& loaded) const = 0;
 

@@ -30,15 +30,18 @@ template <class Kind> class Bindings {
 public:
     using Record = typename Kind::Record;
     using Names = std::vector<std::string>;
+    /// Whether the row shows what it last got; false makes it show the next in any case.
+    using Known = std::shared_ptr<bool>;
 
-    /// `selection` gives the names of the selected resources.
-    Bindings(std::string base, std::function<Names()> selection)
-        : base_(std::move(base)), selection_(std::move(selection)) {}
+    /// `selection` gives the names of the selected resources, `refresh` shows them once more.
+    Bindings(std::string base, std::function<Names()> selection, std::function<void()> refresh)
+        : base_(std::move(base)), selection_(std::move(selection)), refresh_(std::move(refresh)) {}
     Bindings(const Bindings&) = delete;
     Bindings& operator=(const Bindings&) = delete;
 
     const std::string& getBase() const { return base_; }
     Names selectedNames() const { return selection_(); }
+    void refresh() const { refresh_(); }
 
     template <ResourceEdit Edit> void check(const std::string& suffix, Edit edit) {
         const std::string component = base_ + suffix;
@@ -158,9 +161,13 @@ public:
 
     /// A row of another make: shows what `read` says of the selected resources, null where none is.
     template <class Value>
-    void row(std::function<Value(const Record&)> read,
-             std::function<void(const Value* value, bool isMixed)> show) {
-        addRow<Value>(std::move(read), std::move(show));
+    Known row(std::function<Value(const Record&)> read,
+              std::function<void(const Value* value, bool isMixed)> show) {
+        return addRow<Value>(std::move(read), std::move(show));
+    }
+    /// Called with the records whenever they are shown, in the order of the rows.
+    void eachTime(std::function<void(std::span<const Record* const>)> show) {
+        rows_.push_back([show = std::move(show)](Records records, bool) { show(records); });
     }
     /// A button that does something with the selected resources, if any.
     void button(const std::string& suffix, std::function<void(const Names&)> pressed) {
@@ -201,8 +208,6 @@ public:
 
 private:
     using Records = std::span<const Record* const>;
-    /// Whether the row shows what it last got; false makes it show the next in any case.
-    using Known = std::shared_ptr<bool>;
 
     std::vector<const Record*> selectedRecords() const {
         std::vector<const Record*> records;
@@ -278,6 +283,7 @@ private:
 
     std::string base_;
     std::function<Names()> selection_;
+    std::function<void()> refresh_;
     std::vector<std::function<void(Records, bool isAnew)>> rows_;
     std::vector<std::function<void(const Record&)>> forget_;
     std::vector<std::shared_ptr<const void>> kept_;

@@ -100,8 +100,8 @@ public:
         PasteResourceMessage outcome = *this;
         outcome.change.before = mementoOf<Kind>(*engine);
         // Whoever wrote the text may name files of the working directory and no others.
-        changeResource<Kind>(
-                *engine, [&] { return Loader::fillFromDeclaration(*engine, *declaration, "."); });
+        changeResource<Kind>(*engine,
+                             [&] { return putDeclaration<Kind>(*declaration, ".", *engine); });
         outcome.change.setAfter(*engine);
         postToUi(std::move(outcome));
     }

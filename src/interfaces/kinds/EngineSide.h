@@ -20,9 +20,10 @@ template <class Kind> typename Kind::Manager& managerOf() {
     return *Kind::Manager::getInstance();
 }
 
-/// Sends the line of a failure to the log.
-inline void logFailure(const vlCommon::Result<>& result) {
+/// Sends the line of a failure to the log, and passes on whether there was none.
+inline bool logFailure(const vlCommon::Result<>& result) {
     if (!result) postToUi(LogMessage(result.error().message));
+    return result.has_value();
 }
 
 /// Null, with its line, when the engine refuses the name.
@@ -52,9 +53,7 @@ bool changeResource(typename Kind::Engine& engine, Change change) {
     if constexpr (std::is_void_v<decltype(change())>) {
         change();
     } else {
-        const vlCommon::Result<> changed = change();
-        logFailure(changed);
-        isChanged = changed.has_value();
+        isChanged = logFailure(change());
     }
     if constexpr (Kind::hooks.reload == Reload::afterChange) engine.unload();
     if constexpr (Kind::hooks.reload != Reload::never) logFailure(engine.load());

@@ -164,7 +164,9 @@ void push(const typename Kind::Record& record, typename Kind::Engine& engine) {
 /** A change of one resource, as a widget asks for it.
  *  - `applyTo(engine)` makes it; it may return a Result, whose error is logged.
  *  - `readFrom(record)` fills it from how the resource is now, to be shown in a widget.
- *  - `applyTo(record)`, where it has one, brings what only the UI's side knows up to date.
+ *  - `applyTo(shown, fresh)`, where it has one, brings what only the UI's side knows up to date:
+ *    `shown` is the record as it was, `fresh` what the engine is read to after the edit. It is not
+ *    called for an edit that the engine refused.
  *  - `onMade(record)`, where it has one, is called on the UI thread after an edit that went well.
  *  Its members() are those of its message, behind the name. */
 template <class E>

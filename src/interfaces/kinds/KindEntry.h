@@ -34,6 +34,7 @@ public:
         if constexpr (requires { Kind::registerMessages(registry); })
             Kind::registerMessages(registry);
         registry.add<AdoptResourcesMessage<Kind>>(MessageQueue::ui, "Adopt" + kind + "sMessage");
+        registry.add<RereadResourceMessage<Kind>>(MessageQueue::ui, "Reread" + kind + "Message");
     }
 
     std::unique_ptr<Interface> createInterface() const override {
@@ -63,10 +64,17 @@ public:
         if (engine == nullptr) return {};
         return vlGraphics::ContentLoader::getDeclaration(*engine, {});
     }
+    void reread(const std::string& name) const override {
+        const auto* engine = managerOf<Kind>().get(name);
+        if (engine != nullptr && !engine->isHidden())
+            postToUi(RereadResourceMessage<Kind>(recordOf<Kind>(*engine)));
+    }
     void adopt(const vlGraphics::DeclarationLoadResult& loaded) const override {
         std::vector<typename Kind::Record> records;
-        for (const auto* engine : loaded.template getResources<typename Kind::Engine>()) {
-            if (!engine->isHidden()) records.push_back(recordOf<Kind>(*engine));
+        for (auto* engine : loaded.template getResources<typename Kind::Engine>()) {
+            if (engine->isHidden()) continue;
+            noteRestored<Kind>(*engine);
+            records.push_back(recordOf<Kind>(*engine));
         }
         if (!records.empty()) postToUi(AdoptResourcesMessage<Kind>(std::move(records)));
     }

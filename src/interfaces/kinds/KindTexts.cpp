@@ -30,19 +30,19 @@ std::string notSavedLine(const KindTexts& texts, std::string_view name, std::str
 
 std::string savedLine(const KindTexts& texts, std::string_view name, std::string_view path) {
     if (!texts.saved.empty()) return std::string(texts.saved);
-    return fmt::format("Saved {} '{}' to {}.", texts.thing(), name, path);
+    return fmt::format("Saved {} '{}' to {}{}", texts.thing(), name, path, texts.lineEnd);
 }
 
 std::string alreadyExistsLine(const KindTexts& texts, std::string_view name) {
-    return fmt::format("{} already existant : {}.", texts.subject, name);
+    return fmt::format("{} already existant : {}{}", texts.subject, name, texts.lineEnd);
 }
 
 std::string createdLine(const KindTexts& texts, std::string_view name) {
-    return fmt::format("{} created : {}.", texts.subject, name);
+    return fmt::format("{} created : {}{}", texts.subject, name, texts.lineEnd);
 }
 
 std::string loadedLine(const KindTexts& texts, std::string_view name) {
-    return fmt::format("{} loaded : {}.", texts.subject, name);
+    return fmt::format("{} loaded : {}{}", texts.subject, name, texts.lineEnd);
 }
 
 std::string reservedLine(const KindTexts& texts, std::string_view name) {
@@ -51,6 +51,11 @@ std::string reservedLine(const KindTexts& texts, std::string_view name) {
 
 std::string thingNamed(const KindTexts& texts, std::string_view name) {
     return fmt::format("{} '{}'", texts.thing(), name);
+}
+
+std::string withExtension(const KindTexts& texts, std::string path) {
+    const std::string ending = fmt::format(".{}", texts.extension);
+    return path.ends_with(ending) ? path : path + ending;
 }
 
 std::string deleteQuestion(const KindTexts& texts, std::string_view name) {

@@ -31,6 +31,9 @@ struct KindTexts {
     std::string_view notSaved = {}; ///< likewise; it stands behind the one that says why
     /// Lines such as "Blend state created : a." are logged; failures always are.
     bool tellsSuccess = true;
+    std::string_view lineEnd = "."; ///< of those lines
+    /// "Save" writes to a file called as the resource, in the folder that was chosen last.
+    bool savesUnderOwnName = false;
 
     /// Within a line: "blend state".
     std::string thing() const;
@@ -51,6 +54,8 @@ std::string loadedLine(const KindTexts& texts, std::string_view name);
 std::string reservedLine(const KindTexts& texts, std::string_view name);
 /// "blend state 'a'"
 std::string thingNamed(const KindTexts& texts, std::string_view name);
+/// "rust" is "rust.vlsa", as is "rust.vlsa".
+std::string withExtension(const KindTexts& texts, std::string path);
 /// "Deleting Blend State 'a'.\nAre you sure ?"
 std::string deleteQuestion(const KindTexts& texts, std::string_view name);
 

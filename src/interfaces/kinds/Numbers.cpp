@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <limits>
 
 namespace vlEditor {
@@ -36,6 +37,15 @@ template <class Number> std::string shortest(Number number) {
     return {text.data(), written.ptr};
 }
 
+template <class Number> std::optional<Number> readWholeText(std::string_view text) {
+    text = withoutBlanks(text);
+    text = text.substr(0, text.find_last_not_of(" \t\n\v\f\r") + 1);
+    Number number{};
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool isWhole = read.ec == std::errc() && read.ptr == text.data() + text.size();
+    return isWhole ? std::optional<Number>(number) : std::nullopt;
+}
+
 } // namespace
 
 template <> std::uint8_t parseNumber(std::string_view text) {
@@ -60,6 +70,16 @@ template <> float parseNumber(std::string_view text) {
     if (!isNumber) return 0;
     const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
     return read.ec == std::errc() ? number : 0;
+}
+
+template <> std::optional<std::uint32_t> readNumber(std::string_view text) {
+    return readWholeText<std::uint32_t>(text);
+}
+
+template <> std::optional<float> readNumber(std::string_view text) {
+    const auto number = readWholeText<float>(text);
+    // Neither "inf" nor "nan": no file could hold them.
+    return number && std::isfinite(*number) ? number : std::nullopt;
 }
 
 std::string showNumber(std::int64_t number) {

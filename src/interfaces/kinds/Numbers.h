@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,12 @@ template <> std::uint8_t parseNumber(std::string_view text);
 template <> std::int32_t parseNumber(std::string_view text);
 template <> std::uint32_t parseNumber(std::string_view text);
 template <> float parseNumber(std::string_view text);
+
+/** The number that the whole text is, with nothing but blanks around it; nothing for any other text
+ *  and for a number beyond the type. */
+template <class Number> std::optional<Number> readNumber(std::string_view text);
+template <> std::optional<std::uint32_t> readNumber(std::string_view text);
+template <> std::optional<float> readNumber(std::string_view text);
 
 /// The shortest text that is parsed as the same number.
 std::string showNumber(std::int64_t number);

@@ -24,7 +24,10 @@ public:
     explicit ResourceInterface(const vlWinUi::Component& root)
         : Interface(root),
           window_(KindCommands<Kind>::get(), getRootName(), [this] { showSelected(true); }),
-          bindings_(getRootName(), [this] { return window_.getSelectedNames(); }) {
+          bindings_(
+                  getRootName(),
+                  [this] { return window_.getSelectedNames(); },
+                  [this] { showSelected(false); }) {
         Kind::bind(bindings_);
         window_.bindCallbacks();
         Tracker& tracker = Tracker::getInstance();

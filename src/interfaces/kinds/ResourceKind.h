@@ -10,6 +10,9 @@
 //    is put right to be copied;
 //  - `static std::string faultOf(const Record&)` where something may be wrong with a resource that
 //    a person should see from afar: why, or nothing.
+//  - `static void keepShown(const Record& shown, Record& fresh)` where the record shows some things
+//    otherwise than the engine has them: takes them over into what the engine was read to after an
+//    edit. Elsewhere, as after an undo, the record is what was read.
 // Everything else in this folder is written once over this description.
 #include "interfaces/LayoutTemplate.h"
 #include "interfaces/kinds/Fields.h"
@@ -44,6 +47,9 @@ template <class Engine> struct KindHooks {
     /// Writes it to a file, relative to the working directory where it lies inside, in place of the
     /// declaration alone. Graphics thread.
     vlCommon::Result<> (*save)(Engine& resource, const std::string& path) = nullptr;
+    /// After settings were put into a resource from a declaration or a memento: makes of them what
+    /// the editor works with. Graphics thread.
+    void (*restored)(Engine& resource) = nullptr;
     /// Makes of the chosen path, which is not empty, the one that is saved to. UI thread.
     std::string (*savePath)(std::string chosen) = nullptr;
 };
@@ -61,6 +67,8 @@ struct KindLayout {
     struct Block {
         std::string_view file;
         unsigned count = 0;
+        /// Of further placeholders, for a block that is there once.
+        std::vector<LayoutTemplate::Replacement> replacements = {};
     };
     std::vector<Block> blocks;
 };
@@ -119,14 +127,31 @@ template <class Kind> Memento<Kind> mementoOf(const typename Kind::Engine& engin
     }
 }
 
+/// Graphics thread.
+template <class Kind> void noteRestored(typename Kind::Engine& engine) {
+    if constexpr (isHooked<Kind::hooks.restored>) Kind::hooks.restored(engine);
+}
+
+/// From a declaration whose paths are relative to the folder; nothing changes on failure. Graphics
+/// thread. The device side is the caller's to make again.
+template <class Kind>
+vlCommon::Result<> putDeclaration(const vlExport::Node& declaration,
+                                  vlMemory::StringView folder,
+                                  typename Kind::Engine& engine) {
+    auto filled = vlGraphics::ContentLoader::fillFromDeclaration(engine, declaration, folder);
+    if (filled) noteRestored<Kind>(engine);
+    return filled;
+}
+
 /// Graphics thread. The device side is the caller's to make again.
 template <class Kind>
 vlCommon::Result<> putMemento(const Memento<Kind>& memento, typename Kind::Engine& engine) {
     if constexpr (std::is_same_v<Memento<Kind>, typename Kind::Record>) {
         push<Kind>(memento, engine);
+        noteRestored<Kind>(engine);
         return {};
     } else {
-        return vlGraphics::ContentLoader::fillFromDeclaration(engine, memento.declaration, {});
+        return putDeclaration<Kind>(memento.declaration, {}, engine);
     }
 }
 

@@ -16,7 +16,7 @@ inline void logEditorLine(const std::string& line) {
 }
 
 /** Makes a resource. A name that the engine knows already gives nothing and no line. */
-template <class Kind> class CreateResourceMessage final : public RecordedMessage {
+template <class Kind> class CreateResourceMessage : public RecordedMessage {
 public:
     CreateResourceMessage() = default;
     explicit CreateResourceMessage(std::string wanted) : name(std::move(wanted)) {}
@@ -141,7 +141,8 @@ public:
         const vlGraphics::DeclarationLoadResult loaded = Kind::hooks.load(file, true);
         for (const std::string& error : loaded.getErrors())
             postToUi(LogMessage(error));
-        for (const Engine* engine : loaded.template getResources<Engine>()) {
+        for (Engine* engine : loaded.template getResources<Engine>()) {
+            noteRestored<Kind>(*engine);
             LoadResourceDeclMessage outcome = *this;
             const auto known = before.find(engine->getName());
             if (known != before.end()) outcome.change.before = known->second;

@@ -11,6 +11,8 @@
 #include <vlWinUi/EditBox.h>
 #include <vlWinUi/Notificator.h>
 
+#include <algorithm>
+
 namespace vlEditor {
 namespace {
 
@@ -61,6 +63,15 @@ std::string enumerate(const std::vector<std::string>& names, std::string_view be
     if (names.size() > mostNamed)
         text.append(between).append(std::to_string(names.size() - mostNamed) + " more");
     return text;
+}
+
+/// In the folder of the other file; no name leads out of it.
+std::string ownFile(const KindTexts& texts, const std::string& other, std::string name) {
+    std::ranges::replace(name, '/', '_');
+    const std::size_t folderEnd = other.find_last_of('/');
+    const std::string folder =
+            folderEnd == std::string::npos ? std::string() : other.substr(0, folderEnd + 1);
+    return folder + name + "." + std::string(texts.extension);
 }
 
 std::string askAboutDeleting(const KindTexts& texts, const std::vector<std::string>& names) {
@@ -181,11 +192,13 @@ void ResourceWindow::onNameButton(const ResourceCommands& commands, const std::s
 void ResourceWindow::onSaveButton(const ResourceCommands& commands, const std::string& base) {
     const vlWinUi::ListEntry* selected = selectedEntry(base);
     if (selected == nullptr || !commands.hasFiles()) return;
-    const std::string path = CreationWindow::explorer(commands.texts()).getCurrentSelection();
-    if (path.empty())
+    std::string path = CreationWindow::explorer(commands.texts()).getCurrentSelection();
+    if (path.empty()) {
         onSaveAs(commands, base);
-    else
-        commands.save(selected->label, path);
+        return;
+    }
+    if (commands.texts().savesUnderOwnName) path = ownFile(commands.texts(), path, selected->label);
+    commands.save(selected->label, path);
 }
 
 void ResourceWindow::onSaveAs(const ResourceCommands& commands, const std::string& base) {

@@ -7,6 +7,7 @@
 #include <vlWinUi/ComboBox.h>
 #include <vlWinUi/ComponentManager.h>
 #include <vlWinUi/EditBox.h>
+#include <vlWinUi/Static.h>
 
 namespace vlEditor {
 namespace {
@@ -82,6 +83,16 @@ void bindEdit(const std::string& component, WidgetCallback entered) {
     box->setKeyDownCallback([entered = std::move(entered)](std::uint32_t key) {
         if (key == enterKey) entered();
     });
+}
+
+void showAble(const std::string& component, const std::string& reason) {
+    auto* shown = vlWinUi::ComponentManager::get(component);
+    if (shown == nullptr) return;
+    if (!shown->isEnabled() || !reason.empty()) shown->setEnabled(reason.empty(), reason);
+}
+
+void showLabel(const std::string& component, const std::string& text) {
+    if (auto* label = find<vlWinUi::Static>(component)) label->setText(text);
 }
 
 std::optional<std::string> editText(const std::string& component) {

@@ -30,4 +30,8 @@ void bindEdit(const std::string& component, WidgetCallback entered);
 std::optional<std::string> editText(const std::string& component);
 void showEdit(const std::string& component, const std::optional<std::string>& text, bool isMixed);
 
+/// Enables a component, or says why it can do nothing; the reason is empty where it can.
+void showAble(const std::string& component, const std::string& reason);
+void showLabel(const std::string& component, const std::string& text);
+
 } // namespace vlEditor

@@ -33,11 +33,13 @@ using UavBinding = ShaderBinding<Handle<Buffer>>;
  * write, constant buffers and per-instance data. Addresses that the program does not use are kept
  * and ignored; those that it uses and that nothing is bound to read the engine's defaults (texture,
  * sampler) or zeros; what is written there is lost. Adding at a taken address, or changing to one,
- * is refused: false. */
+ * is refused: false. No program reaches addresses past `lastSlot` and `lastSpace`. */
 class Shader final : public Resource {
 public:
     static constexpr vlMemory::StringView kindName = "shader";
     static constexpr std::uint32_t startMaxInstances = 1024;
+    static constexpr std::uint32_t lastSlot = 31;
+    static constexpr std::uint32_t lastSpace = 7;
 
     Shader();
     ~Shader() override;
@@ -53,6 +55,7 @@ public:
     bool forgetTexture(std::uint32_t slot, std::uint32_t space);
     bool changeTextureSlot(std::uint32_t index, std::uint32_t slot);
     bool changeTextureSpace(std::uint32_t index, std::uint32_t space);
+    bool changeTextureAddress(std::uint32_t index, std::uint32_t slot, std::uint32_t space);
     /// Null past the last.
     const TextureBinding* getTexturePerIndex(std::uint32_t index) const;
 
@@ -61,6 +64,7 @@ public:
     bool forgetSampler(std::uint32_t slot, std::uint32_t space);
     bool changeSamplerSlot(std::uint32_t index, std::uint32_t slot);
     bool changeSamplerSpace(std::uint32_t index, std::uint32_t space);
+    bool changeSamplerAddress(std::uint32_t index, std::uint32_t slot, std::uint32_t space);
     const SamplerBinding* getSamplerPerIndex(std::uint32_t index) const;
 
     bool addUavBuffer(Handle<Buffer> buffer, std::uint32_t slot, std::uint32_t space);
@@ -68,6 +72,7 @@ public:
     bool forgetUavBuffer(std::uint32_t slot, std::uint32_t space);
     bool changeUavBufferSlot(std::uint32_t index, std::uint32_t slot);
     bool changeUavBufferSpace(std::uint32_t index, std::uint32_t space);
+    bool changeUavBufferAddress(std::uint32_t index, std::uint32_t slot, std::uint32_t space);
     const UavBinding* getUavBufferPerIndex(std::uint32_t index) const;
 
     /// Null when the address is taken. Valid until buffers are added or deleted.
@@ -78,6 +83,7 @@ public:
     const ConstantBuffer* getConstantBufferPerIndex(std::uint32_t index) const;
     bool changeConstantBufferSlot(std::uint32_t index, std::uint32_t slot);
     bool changeConstantBufferSpace(std::uint32_t index, std::uint32_t space);
+    bool changeConstantBufferAddress(std::uint32_t index, std::uint32_t slot, std::uint32_t space);
 
     /// Entities drawn by one call at most; 1 to 65536.
     std::uint32_t getMaxInstancePerBuffer() const { return maxInstances_; }
@@ -95,6 +101,8 @@ public:
 
     /// The linked program can draw entities: vertex and pixel stages.
     bool isUsableScene() const;
+    /// It can draw one that covers the picture: no vertex input is of an entity's own.
+    bool isUsablePost() const;
     bool isUsableCompute() const;
     bool isUsableRaytracing() const;
 

@@ -8,6 +8,7 @@
 #include <array>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <span>
 
 namespace vlGraphics {
@@ -41,6 +42,9 @@ public:
     /// Bytes; a multiple of 16.
     virtual std::uint32_t getDataSize() const = 0;
     virtual void fill(std::span<std::byte> data) const = 0;
+    /// The texture of the TEXTURE_SIZE slot that the slot is declared as: it fills in the same
+    /// where its maker is not there. Nothing for a slot that only its maker can make.
+    virtual std::optional<Handle<Texture>> getDeclaredTexture() const { return {}; }
 
 protected:
     ShaderPassCustomSlot() = default;
@@ -58,7 +62,8 @@ public:
     vlMaths::Vector getDataAsVector() const;
     vlMaths::Matrix getDataAsMatrix() const;
     Handle<Camera> getCamera() const { return camera_; }
-    Handle<Texture> getTexture() const { return texture_; }
+    /// Of a TEXTURE_SIZE slot, and of one that is declared as such.
+    Handle<Texture> getTexture() const;
     std::uint32_t getTimeModuloMs() const { return timeModuloMs_; }
     ShaderPassCustomSlot* getData() const { return custom_.get(); }
 

@@ -21,6 +21,9 @@ public:
 
     std::uint32_t getWidth() const { return width_; }
     std::uint32_t getHeight() const { return height_; }
+    /// 1 / width and 1 / height: the size of a pixel in texture coordinates.
+    float getInverseWidth() const { return 1 / static_cast<float>(width_); }
+    float getInverseHeight() const { return 1 / static_cast<float>(height_); }
     /// Levels of the chain; 0 asks for the whole chain. Targets have one.
     std::uint32_t getMipCount() const { return mipCount_; }
     FORMAT getFormat() const { return format_; }

@@ -173,6 +173,7 @@ PassSlotValues valuesOf(const ShaderPassMemorySlot& slot) {
     values.timeModuloMs = slot.getTimeModuloMs();
     if (const ShaderPassCustomSlot* custom = slot.getData()) {
         values.typeName = custom->getTypeName();
+        if (custom->getDeclaredTexture()) values.type = PASS_SLOT_TYPE::TEXTURE_SIZE;
     }
     return values;
 }

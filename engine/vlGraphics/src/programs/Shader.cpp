@@ -1,3 +1,4 @@
+#include "programs/BindingModel.h"
 #include "programs/SlotLayout.h"
 #include "vulkan/ProgramGpu.h"
 
@@ -11,6 +12,9 @@ namespace vlGraphics {
 namespace {
 
 constexpr std::uint32_t maxInstancesLimit = 65536;
+
+static_assert(Shader::lastSlot + 1 == BindingModel::registersPerClass);
+static_assert(Shader::lastSpace + 1 == BindingModel::spaceCount);
 
 template <class R>
 bool addBinding(std::vector<ShaderBinding<R>>& bindings, const ShaderBinding<R>& added) {
@@ -122,6 +126,10 @@ bool Shader::changeTextureSpace(std::uint32_t index, std::uint32_t space) {
     return noteIf(changeSpace(textures_, index, space));
 }
 
+bool Shader::changeTextureAddress(std::uint32_t index, std::uint32_t slot, std::uint32_t space) {
+    return noteIf(index < textures_.size() && moveBinding(textures_, index, slot, space));
+}
+
 const TextureBinding* Shader::getTexturePerIndex(std::uint32_t index) const {
     return bindingAt(textures_, index);
 }
@@ -146,6 +154,10 @@ bool Shader::changeSamplerSpace(std::uint32_t index, std::uint32_t space) {
     return noteIf(changeSpace(samplers_, index, space));
 }
 
+bool Shader::changeSamplerAddress(std::uint32_t index, std::uint32_t slot, std::uint32_t space) {
+    return noteIf(index < samplers_.size() && moveBinding(samplers_, index, slot, space));
+}
+
 const SamplerBinding* Shader::getSamplerPerIndex(std::uint32_t index) const {
     return bindingAt(samplers_, index);
 }
@@ -168,6 +180,10 @@ bool Shader::changeUavBufferSlot(std::uint32_t index, std::uint32_t slot) {
 
 bool Shader::changeUavBufferSpace(std::uint32_t index, std::uint32_t space) {
     return noteIf(changeSpace(uavBuffers_, index, space));
+}
+
+bool Shader::changeUavBufferAddress(std::uint32_t index, std::uint32_t slot, std::uint32_t space) {
+    return noteIf(index < uavBuffers_.size() && moveBinding(uavBuffers_, index, slot, space));
 }
 
 const UavBinding* Shader::getUavBufferPerIndex(std::uint32_t index) const {
@@ -205,19 +221,23 @@ const ConstantBuffer* Shader::getConstantBufferPerIndex(std::uint32_t index) con
 }
 
 bool Shader::changeConstantBufferSlot(std::uint32_t index, std::uint32_t slot) {
-    if (index >= constantBuffers_.size()) return false;
-    ConstantBuffer& buffer = constantBuffers_[index];
-    const auto bearer = findBuffer(constantBuffers_, slot, buffer.space_);
-    if (bearer != constantBuffers_.end() && &*bearer != &buffer) return false;
-    buffer.slot_ = slot;
-    return noteIf(true);
+    return index < constantBuffers_.size() &&
+           changeConstantBufferAddress(index, slot, constantBuffers_[index].space_);
 }
 
 bool Shader::changeConstantBufferSpace(std::uint32_t index, std::uint32_t space) {
+    return index < constantBuffers_.size() &&
+           changeConstantBufferAddress(index, constantBuffers_[index].slot_, space);
+}
+
+bool Shader::changeConstantBufferAddress(std::uint32_t index,
+                                         std::uint32_t slot,
+                                         std::uint32_t space) {
     if (index >= constantBuffers_.size()) return false;
     ConstantBuffer& buffer = constantBuffers_[index];
-    const auto bearer = findBuffer(constantBuffers_, buffer.slot_, space);
+    const auto bearer = findBuffer(constantBuffers_, slot, space);
     if (bearer != constantBuffers_.end() && &*bearer != &buffer) return false;
+    buffer.slot_ = slot;
     buffer.space_ = space;
     return noteIf(true);
 }
@@ -264,6 +284,14 @@ std::uint32_t Shader::getInstanceStride() const {
 
 bool Shader::isUsableScene() const {
     return isUsableAs(getProgram(), PROGRAM_TYPE::PIPELINE, SHADER_TYPE::VERTEX);
+}
+
+bool Shader::isUsablePost() const {
+    if (!isUsableScene()) return false;
+    const auto& inputs = getProgram()->getReflection().inputs;
+    return std::none_of(inputs.begin(), inputs.end(), [](const ReflectedInput& input) {
+        return input.semantic == "WORLD_MATRIX" || input.semantic == "PICKINGID";
+    });
 }
 
 bool Shader::isUsableCompute() const {

@@ -60,8 +60,11 @@ Vector textureSize(const ShaderPassMemorySlot& slot, const PassInputs& inputs) {
         return sizeVector(inputs.targetWidth, inputs.targetHeight);
     const Texture* texture = textures->resolve(slot.getTexture());
     if (texture == nullptr) texture = textures->get(DefaultNames::texture);
-    return texture == nullptr ? sizeVector(1, 1)
-                              : sizeVector(texture->getWidth(), texture->getHeight());
+    if (texture == nullptr) return sizeVector(1, 1);
+    return {static_cast<float>(texture->getWidth()),
+            static_cast<float>(texture->getHeight()),
+            texture->getInverseWidth(),
+            texture->getInverseHeight()};
 }
 
 Vector projectionParameters(const Camera& camera) {
@@ -98,6 +101,10 @@ std::uint32_t ShaderPassMemorySlot::getByteSize() const {
     default:
         return vectorBytes;
     }
+}
+
+Handle<Texture> ShaderPassMemorySlot::getTexture() const {
+    return custom_ == nullptr ? texture_ : custom_->getDeclaredTexture().value_or(texture_);
 }
 
 Vector ShaderPassMemorySlot::getDataAsVector() const {
