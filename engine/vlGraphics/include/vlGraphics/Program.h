@@ -13,8 +13,8 @@ namespace vlGraphics {
 /** What the compiler has to say about a place in a program's sources. */
 struct ProgramDiagnostic {
     SHADER_TYPE stage = SHADER_TYPE::VERTEX;
-    vlMemory::String file;  ///< of an #include, relative to the working directory; empty: the
-                            ///< stage's own source
+    vlMemory::String file; ///< of an #include, relative to the working directory, or absolute where
+                           ///< it lies outside; empty: the stage's own source
     std::uint32_t line = 1; ///< from 1
     vlMemory::String text;
     friend bool operator==(const ProgramDiagnostic&, const ProgramDiagnostic&) = default;
@@ -84,8 +84,8 @@ public:
     /// There is a good result to draw with, perhaps of an earlier source.
     bool isUsable() const { return gpu_ != nullptr; }
     const ProgramCompilationResult& getLastCompilationResult() const { return result_; }
-    /// The files that the last compilation read through #include, also one that failed: relative to
-    /// the working directory, each once.
+    /// The files that the last compilation read through #include or missed, also one that failed:
+    /// relative to the working directory, or absolute where they lie outside; each once.
     const std::vector<vlMemory::String>& getIncludedFiles() const { return includedFiles_; }
     /// Of the result in use; empty before the first.
     const ProgramReflection& getReflection() const { return reflection_; }

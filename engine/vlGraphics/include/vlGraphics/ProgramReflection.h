@@ -35,7 +35,7 @@ struct ReflectedMember {
     vlMemory::String name;
     vlMemory::String type;      ///< as HLSL writes it: "float4x4", "uint3[2]", the name of a struct
     std::uint32_t offset = 0;   ///< bytes from the begin of the buffer or element
-    std::uint32_t byteSize = 0; ///< without what fills up to the next member
+    std::uint32_t byteSize = 0; ///< an array's: its stride times its count
     friend bool operator==(const ReflectedMember&, const ReflectedMember&) = default;
 };
 
