@@ -18,7 +18,7 @@ float4 main(Input input) : SV_TARGET {
     float3 body = lerp(float3(0.03, 0.13, 0.20), film * float3(0.30, 0.55, 0.75), 0.45);
     float3 halfway = normalize(view + sunDirection);
     float sun = saturate(dot(normal, sunDirection));
-    float3 result = body * (sunColor * (sun * 0.30 + 0.04) + skyColor(normalize(normal + float3(0, 0.7, 0))) * 0.6);
+    float3 result = body * (sunColor * (sun * 0.30 + 0.04) + skylight(normal) * 0.6);
     result += skyColor(reflect(-view, normal)) * edge * 0.9;
     result += sunColor * pow(saturate(dot(normal, halfway)), 140.0) * 1.6;
     // The core shines into the splinters' points.

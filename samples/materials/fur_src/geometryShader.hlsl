@@ -19,9 +19,9 @@ struct Output {
     float2 kind : KIND;  // how far along the hair, and the hair's own number
 };
 
-[maxvertexcount(9)]
+[maxvertexcount(7)]
 void main(point Hair hairs[1], inout TriangleStream<Output> stream) {
-    const int segments = 4;
+    const int segments = 3;
     Hair hair = hairs[0];
     float length_ = shape.x * hair.kind.x;
     float3 swirl = normalize(cross(hair.normal, float3(0.15, 1.0, 0.1)) + 1e-4);

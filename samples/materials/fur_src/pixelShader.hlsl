@@ -18,9 +18,9 @@ float4 main(Input input) : SV_TARGET {
     float3 color = lerp(roots, tips, along * along * 0.8 + along * 0.2);
     // Light on a thread: what counts is the angle to it, and which side of the ball it grows on.
     float across = sqrt(saturate(1.0 - pow(dot(tangent, sunDirection), 2.0)));
-    float side = smoothstep(-0.45, 0.75, dot(normalize(input.out_), sunDirection));
+    float side = smoothstep(-0.30, 0.85, dot(normalize(input.out_), sunDirection));
     float shine = pow(saturate(sqrt(saturate(1.0 - pow(dot(tangent, normalize(view + sunDirection)), 2.0)))), 48.0);
-    float3 result = color * (sunColor * across * side * 0.36 + skyColor(normalize(input.out_ + float3(0, 0.5, 0))) *
+    float3 result = color * (sunColor * across * side * 0.36 + skylight(normalize(input.out_)) *
                              (0.25 + 0.6 * along));
     result += sunColor * float3(0.6, 0.45, 0.3) * shine * side * along * 0.30;
     // The sun behind it shines through the ends.

@@ -30,7 +30,13 @@ float4 main(Input input) : SV_TARGET {
     float gloss = lerp(0.30, 0.55, frac(shade * 5.7)) * (0.4 + 0.6 * fine) + joint * fine * 0.25;
 
     float3 normal = normalize(float3(grain * 0.03 * fine, 1.0, (frac(shade * 31.0) - 0.5) * 0.02 * fine));
-    float3 result = lit(color, gloss, input.place, normal, cameraPosition.xyz, sunlight(input.place),
-                        openness(input.place, normal));
+    // The exhibits' shadows do not reach far.
+    float shadow = 1.0;
+    float open = 1.0;
+    if (distance_ < 14.0) {
+        shadow = sunlight(input.place);
+        open = openness(input.place, normal);
+    }
+    float3 result = lit(color, gloss, input.place, normal, cameraPosition.xyz, shadow, open);
     return shown(hazed(result, input.place, cameraPosition.xyz));
 }

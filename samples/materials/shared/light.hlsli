@@ -17,9 +17,9 @@ float3 skyColor(float3 direction) {
     float up = saturate(direction.y);
     float toSun = saturate(dot(direction, sunDirection));
     float aside = saturate(dot(normalize(direction.xz + 1e-5), normalize(sunDirection.xz)) * 0.5 + 0.5);
-    float3 horizon = lerp(float3(0.42, 0.34, 0.46), float3(1.10, 0.56, 0.26), aside * aside);
-    float3 color = lerp(horizon, float3(0.055, 0.115, 0.29), 1.0 - exp(-up * 4.2));
-    color = lerp(color, horizon * 0.55, saturate(-direction.y * 6.0));
+    float3 horizon = lerp(float3(0.30, 0.20, 0.34), float3(1.15, 0.50, 0.20), aside * aside * aside);
+    float3 color = lerp(horizon, float3(0.030, 0.075, 0.24), 1.0 - exp(-up * 7.5));
+    color = lerp(color, horizon * 0.45, saturate(-direction.y * 6.0));
     return color + float3(1.0, 0.62, 0.30) * (pow(toSun, 10.0) * 0.35 + pow(toSun, 220.0) * 2.5);
 }
 
@@ -49,13 +49,18 @@ float openness(float3 place, float3 normal) {
     return open;
 }
 
+// What the whole sky, and the ground below it, send to a surface.
+float3 skylight(float3 normal) {
+    float3 round_ = lerp(float3(0.20, 0.13, 0.13), float3(0.17, 0.16, 0.34), normal.y * 0.5 + 0.5);
+    return round_ + float3(0.28, 0.13, 0.05) * saturate(dot(normal, sunDirection) * 0.6 + 0.4);
+}
+
 // A rough surface in the evening's light.
 float3 lit(float3 color, float gloss, float3 place, float3 normal, float3 eye, float shadow, float open) {
     float3 view = normalize(eye - place);
     float3 halfway = normalize(view + sunDirection);
     float sun = saturate(dot(normal, sunDirection)) * shadow;
-    float3 sky = lerp(skyColor(float3(0.0, -0.35, 0.94)), skyColor(normalize(normal + float3(0.0, 0.6, 0.0))),
-                      normal.y * 0.5 + 0.5);
+    float3 sky = skylight(normal);
     float power = exp2(gloss * 9.0 + 1.0);
     float shine = pow(saturate(dot(normal, halfway)), power) * (power + 8.0) / 60.0 * gloss * sun;
     float edge = pow(1.0 - saturate(dot(normal, view)), 5.0);
@@ -65,7 +70,7 @@ float3 lit(float3 color, float gloss, float3 place, float3 normal, float3 eye, f
 
 float3 hazed(float3 color, float3 place, float3 eye) {
     float3 way = place - eye;
-    float far = 1.0 - exp(-max(length(way) - 14.0, 0.0) * 0.022);
+    float far = 1.0 - exp(-max(length(way) - 16.0, 0.0) * 0.018);
     return lerp(color, skyColor(normalize(float3(way.x, abs(way.y) * 0.1, way.z))), far);
 }
 

@@ -150,7 +150,7 @@ def write_meshes():
     for name, mesh in meshes.items():
         write_mesh(name, *mesh, reach={'crystal': 0.5, 'pool': 0.2}.get(name, 0.0))
     write_mesh('stone', *icosphere(2), reach=0.4)
-    points, normals, kinds = hairs(9000, 0.60)
+    points, normals, kinds = hairs(5600, 0.60)
     write_mesh('fur', points, normals, [], kinds, POINTS, reach=0.6)
     return [*meshes, 'stone', 'fur']
 
@@ -192,7 +192,7 @@ def computed(name):
 
 def write_declarations(meshes):
     # Length and width in metres, bend, strength of the wind.
-    fur = [vector(0.42, 0.0085, 0.45, 0.30)]
+    fur = [vector(0.42, 0.0105, 0.45, 0.30)]
     shaders = [drawn(name) for name in ('sky', 'ground', 'plinth', 'glow', 'fur skin', 'crystal', 'stone')]
     shaders += [drawn('fur', fur), drawn('water', read='water')]
     materials = [{'name': one['name'], 'shader': one['name'], 'transparent': False} for one in shaders]
@@ -204,7 +204,7 @@ def write_declarations(meshes):
     write_json(ROOT / 'materials.vlpr', {'programs': PROGRAMS})
     write_json(ROOT / 'materials.vlsh', {'shaders': shaders})
     write_json(ROOT / 'materials.vlma', {'materials': materials})
-    write_json(ROOT / 'materials.vlca', {'cameras': [camera('visitor', [1.6, 3.1, -10.6], [0.15, 1.35, 0.0], 42)]})
+    write_json(ROOT / 'materials.vlca', {'cameras': [camera('visitor', [1.5, 2.9, -9.9], [0.1, 1.32, 0.0], 43)]})
 
     groups = CELLS // 8
     step = lambda name: {'type': 'compute', 'name': name, 'shader': f'water {name}', 'x': groups, 'y': groups, 'z': 1}

@@ -13,7 +13,7 @@ struct Factors {
 
 float factorAt(Corner a, Corner b) {
     float3 middle = (a.direction + b.direction) * 0.5 + a.centre;
-    return clamp(110.0 / max(distance(middle, cameraPosition.xyz), 0.1), 2.0, 32.0);
+    return clamp(60.0 / max(distance(middle, cameraPosition.xyz), 0.1), 2.0, 32.0);
 }
 
 Factors factorsOf(InputPatch<Corner, 3> patch) {
