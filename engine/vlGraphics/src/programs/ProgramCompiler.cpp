@@ -215,7 +215,7 @@ void ProgramCompiler::adopt(const Finished& finished) {
         return fail(*program, {reflection.obstacleStage, "1: " + reflection.obstacle});
     auto gpu = makeGpu_(*outcome);
     if (!gpu) return fail(*program, {SHADER_TYPE::VERTEX, "1: " + gpu.error().message});
-    // One that was stopped by nobody yet may only not have been drawn with.
+    // What has not drawn yet may be no better than what comes now.
     if (program->isTried_) {
         program->triedGpu_ = std::move(program->gpu_);
         program->triedReflection_ = std::move(program->reflection_);
