@@ -188,7 +188,6 @@ TEST_P(ShaderProgramEditor, MacrosAreDefinedBeforeTheSourceOfTheirStage) {
     const ShaderProgramMacroList wanted{{"COLOUR", "float4(1, 0, 0, 1)"}, {"FLAG", ""}};
     EXPECT_EQ(record().macros[4], wanted);
     EXPECT_THAT(record().macros[0], IsEmpty());
-    EXPECT_EQ(shownIn("_MACROS_EDIT"), "COLOUR float4(1, 0, 0, 1)\nFLAG") << "as it was typed";
     stage("Vertex");
     EXPECT_EQ(shownIn("_MACROS_EDIT"), "");
     stage("Pixel");
@@ -336,10 +335,11 @@ TEST_P(ShaderProgramEditor, ItStandsOutInTheListWhileItDoesNotCompile) {
 
 TEST_P(ShaderProgramEditor, StrangeTextsAreTakenAndRefusedInOneLine) {
     stage("Pixel");
-    for (const std::string& odd : {std::string(),
-                                   std::string("void helper() {}"),
-                                   std::string(100000, '('),
-                                   std::string(3 << 20, '/')}) {
+    std::string megabytes;
+    while (megabytes.size() < 3 << 20)
+        megabytes += "// Nothing that would be a shader stands in this line.\n";
+    for (const std::string& odd :
+         {std::string(), std::string("void helper() {}"), std::string(20000, '('), megabytes}) {
         postToGraphics(ShaderProgramSourceMessage("p", {odd, 4}));
         compile();
         EXPECT_EQ(source(SHADER_TYPE::PIXEL), odd);
