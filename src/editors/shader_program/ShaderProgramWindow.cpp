@@ -92,6 +92,7 @@ ShaderProgramWindow::ShaderProgramWindow(Bindings<ShaderProgramKind>& bindings)
 
 ShaderProgramWindow::Report ShaderProgramWindow::reportOf(const ShaderProgramRecord& record) {
     Report report;
+    report.name = record.name;
     for (std::uint32_t stage = 0; stage < programStageCount; ++stage) {
         report.hasSource[stage] = !record.sources[stage].empty();
         const StageFile* file = ProgramFiles::hasInstance()
@@ -217,6 +218,8 @@ void ShaderProgramWindow::reloadFile() {
 }
 
 void ShaderProgramWindow::show(const Report* report) {
+    // In another program a person has been nowhere yet.
+    if (report == nullptr || report->name != report_.name) views_ = {};
     report_ = report != nullptr ? *report : Report();
     showTabs();
     showOutcome();

@@ -19,6 +19,7 @@ public:
 private:
     /// What is shown of a program beside its type and its texts.
     struct Report {
+        std::string name;
         PerStage<bool> hasSource{};
         PerStage<StageFile> files;
         bool isCompiling = false;
@@ -49,7 +50,7 @@ private:
 
     Bindings<ShaderProgramKind>& bindings_;
     std::uint32_t stage_ = 0;
-    Report report_; ///< empty while not exactly one program, or several alike, are selected
+    Report report_;                          ///< empty while not exactly one program is selected
     PerStage<vlWinUi::CodeViewState> views_; ///< where a person was in each source
     std::function<void(std::size_t)> showSource_;
     std::function<void(std::size_t)> showMacros_;
