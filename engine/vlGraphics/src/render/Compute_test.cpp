@@ -96,18 +96,6 @@ TEST_F(Compute, ShadersThatCannotComputeDoNothing) {
     EXPECT_EQ(counted(), 12);
 }
 
-TEST_F(Compute, TooLargeAGroupIsALineAtTheProgram) {
-    Program& program = *ProgramManager::getInstance()->createOrRetrieve("large");
-    ProgramSourcesHolder sources;
-    sources.setComputeMemory("[numthreads(1024, 64, 1)] void main() {}");
-    program.setType(PROGRAM_TYPE::COMPUTE);
-    program.setFromMemory(sources);
-    ASSERT_TRUE(program.load().has_value());
-    ProgramManager::getInstance()->waitForAll();
-    EXPECT_FALSE(program.isUsable());
-    EXPECT_EQ(logged("A group has 65536 threads"), 1U);
-}
-
 TEST_F(Compute, TargetsOfItsOwnOperationAreReadAsFarAsTheyAreDrawn) {
     Texture& other = makeTarget("other", FORMAT::R32G32B32A32_FLOAT, RENDER_FLAG::COLOR_TARGET);
     before_->addColorTarget({handleOf(other), 0});

@@ -40,5 +40,17 @@ TEST_F(ProgramAddresses, SpacesBetweenMayBeEmpty) {
     EXPECT_EQ((*made)->sets[5].bindings.at(0).binding, 3U);
 }
 
+TEST_F(ProgramAddresses, GroupsBeyondTheDevicesAreALine) {
+    CompiledProgram program;
+    // Looked at before the words are, so that a head without instructions will do.
+    program.spirv[static_cast<std::size_t>(SHADER_TYPE::COMPUTE)] = {0, 0, 0, 0, 0};
+    program.reflection.threadGroupSize = {1, 1, 4294967295U};
+    const auto made = makeProgramGpu(program);
+    ASSERT_FALSE(made.has_value());
+    EXPECT_EQ(made.error().message.find("A group has 4294967295 threads along Z, where the device"),
+              0U)
+            << made.error().message;
+}
+
 } // namespace
 } // namespace vlGraphics
