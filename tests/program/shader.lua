@@ -139,7 +139,8 @@ for i = 0, 15 do matrix[("_SLOT_MATRIX_%d%d"):format(i // 4, i % 4)] = tostring(
 enter(matrix, "_SLOT_MATRIX_OK")
 for i = 1, 16 do same(slot().engine.value[i], i - 0.5, "element " .. i) end
 ui.screenshot("shader_matrix.png")
-for type, code in pairs {CAM_CORNERS_WORLD = 3, PROJECTION_PARAMS = 6, CAM_POSITION = 13} do
+for _, each in ipairs {{"CAM_CORNERS_WORLD", 3}, {"PROJECTION_PARAMS", 6}, {"CAM_POSITION", 13}} do
+    local type, code = table.unpack(each)
     ui.select(base .. "_CBUF_SLOT_TYPE_COMBO", type)
     editor.sync()
     same(slot().type, code, type)
@@ -211,7 +212,7 @@ assert(editor.record("Shader", "c"))
 -- A shader of the project: linked, and looked at in every tab.
 create("d")
 same(ui.enabled(base .. "_TYPE_SCENE_CHECK"), false, "a type box")
-local program = ui.items("SHADER_PROGRAM_POP_UP_LISTLISTBOX")[1]
+local program = editor.names("ShaderProgram")[1]
 pick("_PROGRAM_BUTTON", "SHADER_PROGRAM_POP_UP_LIST", program)
 same(record("d").programName, program, "the program")
 same(ui.text(base .. "_PROGRAM_LABEL"), program, "the program's label")

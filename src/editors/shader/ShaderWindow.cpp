@@ -4,6 +4,7 @@
 #include "editors/shader/ShaderWantedList.h"
 #include "interfaces/PickLists.h"
 #include "interfaces/kinds/ElementRows.h"
+#include "interfaces/preview/PreviewRow.h"
 
 #include <vlWinUi/ComponentManager.h>
 
@@ -136,6 +137,22 @@ std::shared_ptr<Rows> bindFamily(Window& window,
                 std::move(entryOf));
     bindWanted(window, *rows, prefix, std::string(Family::letter), pickList);
     return rows;
+}
+
+/// Shows what is bound where the selected entry says.
+template <class Family>
+void bindPreview(Window& window, Rows& rows, const std::string& prefix, PreviewKind kind) {
+    const auto preview = std::make_shared<PreviewRow>(window.getBase() + prefix + "_PREVIEW", kind);
+    window.keep(preview);
+    rows.row<std::string>(
+            [](const ShaderUiData& shader, const ListedElement& element) {
+                for (const ShaderResourceBindingUiData& binding : shader.*Family::list)
+                    if (keyOf(binding.slot, binding.space) == element.key) return binding.resource;
+                return std::string();
+            },
+            [preview](const std::string* name) {
+                preview->show(name == nullptr ? std::nullopt : std::optional(*name));
+            });
 }
 
 void bindUavs(Window& window) {
@@ -416,17 +433,20 @@ void ShaderKind::bind(Bindings<ShaderKind>& window) {
     bindUsable(window, "_TYPE_COMPUTE_CHECK", &ShaderUiData::usableCompute);
     bindUsable(window, "_TYPE_RAYTRACING_CHECK", &ShaderUiData::usableRaytracing);
     bindProgram(window);
-    bindFamily<ShaderTextures,
-               ChangeShaderDelTexture,
-               ChangeShaderTextureBindings,
-               ChangeShaderTextureSource>(
-            window, "_TEX", "TEXTURE_BUFFER_POP_UP_LIST", entryWithName)
-            ->adds("_TEX_ADD", ChangeShaderAddTexture{});
-    bindFamily<ShaderSamplers,
-               ChangeShaderDelSampler,
-               ChangeShaderSamplerBindings,
-               ChangeShaderSamplerSource>(window, "_SAMPLERS", "SAMPLER_POP_UP_LIST")
-            ->adds("_SAMPLERS_ADD", ChangeShaderAddSampler{});
+    const auto textures = bindFamily<ShaderTextures,
+                                     ChangeShaderDelTexture,
+                                     ChangeShaderTextureBindings,
+                                     ChangeShaderTextureSource>(
+            window, "_TEX", "TEXTURE_BUFFER_POP_UP_LIST", entryWithName);
+    textures->adds("_TEX_ADD", ChangeShaderAddTexture{});
+    bindPreview<ShaderTextures>(window, *textures, "_TEX", PreviewKind::texture);
+    const auto samplers =
+            bindFamily<ShaderSamplers,
+                       ChangeShaderDelSampler,
+                       ChangeShaderSamplerBindings,
+                       ChangeShaderSamplerSource>(window, "_SAMPLERS", "SAMPLER_POP_UP_LIST");
+    samplers->adds("_SAMPLERS_ADD", ChangeShaderAddSampler{});
+    bindPreview<ShaderSamplers>(window, *samplers, "_SAMPLERS", PreviewKind::sampler);
     bindUavs(window);
     bindBuffers(window);
     bindInstances(window);
