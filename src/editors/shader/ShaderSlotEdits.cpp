@@ -133,7 +133,8 @@ template <int by> vlCommon::Result<> MovePassSlot<by>::applyTo(Shader& shader) c
     if (const auto found = find(shader); !found) return vlCommon::fail(found.error().message);
     // The last one has none behind it, which the engine says.
     if (by > 0 || slotIndex > 0)
-        shader.getConstantBuffer(slot, space)->changePassMemorySlotOrder(slotIndex, besides(slotIndex, by));
+        shader.getConstantBuffer(slot, space)
+                ->changePassMemorySlotOrder(slotIndex, besides(slotIndex, by));
     return {};
 }
 

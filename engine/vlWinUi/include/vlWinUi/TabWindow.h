@@ -36,8 +36,8 @@ public:
     /// Whether the person may move, rename and close tabs, or only choose among them. They may at
     /// first.
     void setArrangeable(bool arrangeable);
-    /// Whether the pages take room, or the tabs alone are shown, for something beside them that they
-    /// choose. They do at first.
+    /// Whether the pages take room, or the tabs alone are shown, for something beside them that
+    /// they choose. They do at first.
     void setPagesShown(bool shown);
     /// The person can neither move, rename nor close it, has no other tab pass it, and the keyboard
     /// and the wheel step over it.
