@@ -34,6 +34,7 @@ messages=("$bin/messages")
 layout=("$bin/layout_window")
 log_burst=("$bin/log_burst")
 programs=("$bin/programs")
+shader_edit=("$bin/shader_edit")
 resources=("$bin/resources")
 if few; then
     entities+=(--rounds 3 --frames 8)
@@ -41,6 +42,7 @@ if few; then
     layout+=(3)
     log_burst+=(3)
     programs+=(2 200)
+    shader_edit+=(10)
     resources+=(2)
 fi
 one messages "${messages[@]}"
@@ -48,6 +50,7 @@ one log "${log_burst[@]}"
 one resources "${resources[@]}"
 one entities "${entities[@]}"
 one programs "${programs[@]}"
+one edit "${shader_edit[@]}"
 one layout "${layout[@]}"
 one start "$bench/startup.sh" "$bin"
 one import "$bench/import.sh" "$bin"

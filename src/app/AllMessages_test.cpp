@@ -19,7 +19,8 @@ protected:
         if (value.isNull()) return value; // what may be left out
         if (const auto flag = value.asBool()) return !*flag;
         if (const std::string* text = value.asString()) return *text + "\n\"\xC3\xA9";
-        if (const auto number = value.asUnsigned()) return *number + 1;
+        // Whatever the bounds of a number are, one of its neighbours lies within them.
+        if (const auto number = value.asUnsigned()) return *number > 0 ? *number - 1 : 1;
         if (const auto number = value.asDouble()) return *number + 0.5;
         if (value.isArray()) return alteredList(value);
         Node object = Node::object();
