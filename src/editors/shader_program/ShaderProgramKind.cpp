@@ -118,23 +118,33 @@ void ShaderProgramKind::makeFresh(Program& program) {
     program.setFromMemory(defaultSources(vlGraphics::PROGRAM_TYPE::PIPELINE));
 }
 
+void ShaderProgramKind::separate(vlExport::Node& declaration) {
+    const vlExport::Node* folder = declaration.find("folder");
+    if (folder == nullptr) return;
+    declaration.add("includeFolder", *folder);
+    declaration.remove("folder");
+}
+
 vlCommon::Result<> ShaderProgramKind::save(Program& program, const std::string& path) {
     const auto folder = sourcesFolder(program, path);
     if (!folder) return tl::unexpected(folder.error());
     const std::string before = program.getFolder();
+    const std::string included = program.getIncludeFolder();
     const auto files = sourceFiles(program.getMemory(), *folder);
     const bool belongs = !before.empty() && isBeside(before, path);
     if (files.size() != 0 && !belongs) program.setFromFiles(*folder);
     auto saved = ContentLoader::saveObjectDeclaration(program, path, files);
-    if (!saved) program.setFromFiles(before);
+    if (!saved) {
+        program.setFromFiles(before);
+        program.setIncludeFolder(included);
+    }
     return saved;
 }
 
 std::string ShaderProgramKind::savePath(std::string chosen) {
-    const std::string ending = "." + std::string(texts.extension);
-    if (!chosen.ends_with(ending)) chosen += ending;
-    EditorLogger::getInstance().log("Saving Shader program file : " + chosen, "Save");
-    return chosen;
+    const std::string path = withExtension(texts, std::move(chosen));
+    EditorLogger::getInstance().log("Saving Shader program file : " + path, "Save");
+    return path;
 }
 
 std::string ShaderProgramKind::faultOf(const ShaderProgramRecord& record) {

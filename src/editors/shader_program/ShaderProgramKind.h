@@ -106,8 +106,13 @@ struct ShaderProgramKind {
     static vlCommon::Result<> save(Engine& program, const std::string& path);
     /// With the kind's extension, and a line in the log.
     static std::string savePath(std::string chosen);
+    /// Files of the one are not the other's, which still includes what lies beside them.
+    static void separate(vlExport::Node& declaration);
     /// A copy's sources belong into no files.
-    static void detach(vlExport::Node& declaration) { declaration.remove("folder"); }
+    static void detach(vlExport::Node& declaration) {
+        declaration.remove("folder");
+        declaration.remove("includeFolder");
+    }
     /// Why the program is worth a look; empty where it compiled.
     static std::string faultOf(const Record& record);
 

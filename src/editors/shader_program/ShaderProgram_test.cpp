@@ -278,6 +278,25 @@ TEST_P(ShaderProgramEditor, SavingPutsTheSourcesIntoAFolderBesideTheDeclaration)
     EXPECT_EQ(source(SHADER_TYPE::VERTEX), "// More.\n" + vertex);
 }
 
+TEST_P(ShaderProgramEditor, WhatIsTypedIncludesWhatLiesBesideTheSavedSources) {
+    save("p.vlpr");
+    kind().commands().duplicate("p");
+    settle();
+    EXPECT_EQ(record("p_2").folder, "") << "its files are those of another one";
+    writeElsewhere("p_src/grey.hlsl", "#define GREY 0.5\n");
+    const std::string text = "#include \"grey.hlsl\"\nfloat4 main() : SV_TARGET { return GREY; }";
+    write("Pixel", text);
+    EXPECT_EQ(record().folder, "");
+    EXPECT_FALSE(record().failed) << record().failure;
+    EXPECT_THAT(record().includedFiles, ElementsAre("p_src/grey.hlsl"));
+    erase("p");
+    undo();
+    postToGraphics(ShaderProgramSourceMessage("p_2", {text, 4}));
+    compile();
+    for (const char* name : {"p", "p_2"})
+        EXPECT_FALSE(record(name).failed) << name << ": " << record(name).failure;
+}
+
 TEST_P(ShaderProgramEditor, ARayTracingSourceIsSavedAndLoaded) {
     choose(4);
     const std::string rays = source(SHADER_TYPE::RAYTRACING);

@@ -28,7 +28,9 @@ public:
         std::string copyName = nextName(name);
         while (manager.get(copyName) != nullptr)
             copyName = nextName(copyName);
-        const Memento<Kind> settings = mementoOf<Kind>(*source);
+        Memento<Kind> settings = mementoOf<Kind>(*source);
+        if constexpr (requires { Kind::separate(settings.declaration); })
+            Kind::separate(settings.declaration);
         auto* copy = makeResource<Kind>(copyName);
         if (copy == nullptr) return;
         fillResource<Kind>(*copy, [&] { return putMemento<Kind>(settings, *copy); });

@@ -8,6 +8,8 @@
 //  - `static void detach(vlExport::Node& declaration)` where a memento says more than a file may:
 //  it
 //    is put right to be copied;
+//  - `static void separate(vlExport::Node& declaration)` where a duplicate must not have all that
+//    the first one's memento says;
 //  - `static std::string faultOf(const Record&)` where something may be wrong with a resource that
 //    a person should see from afar: why, or nothing.
 //  - `static void keepShown(const Record& shown, Record& fresh)` where the record shows some things

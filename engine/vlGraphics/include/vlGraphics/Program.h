@@ -60,10 +60,15 @@ public:
     const ProgramSourcesHolder& getMemory() const { return sources_; }
     void setFromMemory(ProgramSourcesHolder sources);
     bool isFromMemory() const { return folder_.empty(); }
-    /// The sources belong into files of a folder (relative to the working directory), one a stage.
+    /// The sources belong into files of a folder (relative to the working directory), one a stage,
+    /// and include from there; empty: into none.
     void setFromFiles(vlMemory::StringView folder);
     bool isFromFile() const { return !folder_.empty(); }
     const vlMemory::String& getFolder() const { return folder_; }
+    /// Where the sources look first for what they include: the folder that they belong into, or
+    /// did when they were last those of files. Empty: in the working directory alone.
+    const vlMemory::String& getIncludeFolder() const { return includeFolder_; }
+    void setIncludeFolder(vlMemory::StringView folder);
 
     /// Defines the portable spelling (vlFloat4, vlMul, ..., under VL_HLSL) before the sources. On.
     void setActivateCrossCompilerDefines(bool value);
@@ -100,6 +105,7 @@ private:
     PROGRAM_TYPE type_ = PROGRAM_TYPE::PIPELINE;
     ProgramSourcesHolder sources_;
     vlMemory::String folder_;
+    vlMemory::String includeFolder_;
     bool crossCompilerDefines_ = true;
     bool boundLoops_ = true;
     std::uint64_t ticket_ = 0;   ///< of the newest compilation started

@@ -82,7 +82,8 @@ template <> struct Declared<Program> {
         PROGRAM_TYPE type = PROGRAM_TYPE::PIPELINE;
         bool crossCompilerDefines = true;
         bool boundLoops = true;
-        vlMemory::String folder; ///< of a memento: where the sources belong
+        vlMemory::String folder;        ///< of a memento: where the sources belong
+        vlMemory::String includeFolder; ///< of a memento, where that is another
         std::vector<StageValues> stages;
     };
     template <class Archive, class V> static void describe(Archive& archive, V& values) {
@@ -91,6 +92,8 @@ template <> struct Declared<Program> {
         if (Archive::reading || !values.boundLoops)
             archive.optional("boundLoops", values.boundLoops);
         if (Archive::reading || !values.folder.empty()) archive.optional("folder", values.folder);
+        if (Archive::reading || !values.includeFolder.empty())
+            archive.optional("includeFolder", values.includeFolder);
         archive.optionalArray(
                 "stages",
                 values.stages,
@@ -102,9 +105,14 @@ template <> struct Declared<Program> {
                       program.getActivateCrossCompilerDefines(),
                       program.getBoundLoops(),
                       {},
+                      {},
                       {}};
         const bool refers = program.isFromFile() && !folders.isMemento();
-        if (program.isFromFile() && folders.isMemento()) values.folder = program.getFolder();
+        if (folders.isMemento()) {
+            values.folder = program.getFolder();
+            if (program.getIncludeFolder() != program.getFolder())
+                values.includeFolder = program.getIncludeFolder();
+        }
         for (const auto& [stage, text] : EnumTexts<SHADER_TYPE>::table) {
             StageValues one{stage, {}, {}, program.getMemory().getDefineMacros(stage)};
             const vlMemory::String& source = program.getMemory().getMemory(stage);
@@ -120,8 +128,10 @@ template <> struct Declared<Program> {
         return values;
     }
     static vlCommon::Result<> prepare(Values& values, const DeclarationFolders& folders) {
-        if (!values.folder.empty() && !folders.isMemento()) {
-            return vlCommon::fail("'folder' has no place in a file");
+        for (const auto& [name, folder] : {std::pair("folder", &values.folder),
+                                           std::pair("includeFolder", &values.includeFolder)}) {
+            if (!folder->empty() && !folders.isMemento())
+                return vlCommon::fail(fmt::format("'{}' has no place in a file", name));
         }
         std::array<bool, shaderTypeCount> seen{};
         std::optional<vlMemory::String> common;
@@ -182,7 +192,9 @@ template <> struct Declared<Program> {
         program.setActivateCrossCompilerDefines(values.crossCompilerDefines);
         program.setBoundLoops(values.boundLoops);
         program.setFromMemory(sourcesOf(values));
-        if (!values.folder.empty()) program.setFromFiles(values.folder);
+        program.setFromFiles(values.folder);
+        program.setIncludeFolder(values.includeFolder.empty() ? values.folder
+                                                              : values.includeFolder);
     }
 };
 

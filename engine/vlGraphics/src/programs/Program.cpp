@@ -43,6 +43,13 @@ void Program::setFromMemory(ProgramSourcesHolder sources) {
 
 void Program::setFromFiles(vlMemory::StringView folder) {
     folder_ = folder;
+    // A text that files no longer hold includes what it did.
+    if (!folder.empty()) includeFolder_ = folder;
+    markChanged();
+}
+
+void Program::setIncludeFolder(vlMemory::StringView folder) {
+    includeFolder_ = folder;
     markChanged();
 }
 

@@ -38,7 +38,7 @@ CompileRequest requestOf(const Program& program) {
     CompileRequest request = makeRequest(program.getType(),
                                          program.getMemory(),
                                          program.getActivateCrossCompilerDefines(),
-                                         program.getFolder());
+                                         program.getIncludeFolder());
     request.boundLoops = program.getBoundLoops();
     request.writingStages = writingStages();
     request.mostPasses = mostLoopPasses();
