@@ -39,6 +39,7 @@ struct ShaderKind {
     // A shader has no device side of its own.
     static constexpr KindHooks<Engine> hooks{
             .reload = Reload::never,
+            .editsMakeMissing = false,
             .load = &vlGraphics::ContentLoader::loadShaderDeclaration,
             .restored = &EditorTextureSizeSlot::putInto,
             .savePath = &savePath};

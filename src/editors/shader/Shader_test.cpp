@@ -152,6 +152,10 @@ TEST_P(ShaderEditor, AnAddressThatIsTakenOrOutOfReachIsRefusedWithItsName) {
     post(ChangeShaderSamplerBindings{{0, 8, 3}});
     EXPECT_THAT(lines().back(), HasSubstr("shader 'a': s3 of space 8 is out of reach"));
     post(ChangeShaderSamplerBindings{{7, 0, 9}}); // there is no such sampler
+    postToGraphics(ChangeShaderAddTextureMessage("gone", {}));
+    settle();
+    EXPECT_EQ(lines().back(), "[Editor] There is no shader 'gone'.");
+    EXPECT_EQ(vlGraphics::ShaderManager::getInstance()->get("gone"), nullptr);
     EXPECT_EQ(declaration("a"), before);
     // Past addresses that are taken, to one that is not.
     post(ChangeShaderSamplerBindings{{0, 1, 2}});

@@ -132,10 +132,13 @@ struct ShaderProgramKind {
             .saveButton = "_SAVE_BUTTON",
             .saved = "Done.",
             .notSaved = "Error.",
+            .lineEnd = "",
+            .savesUnderOwnName = true,
     };
     // While a text is worked on, the last good result is drawn with.
     static constexpr KindHooks<Engine> hooks{
             .reload = Reload::inPlace,
+            .editsMakeMissing = false,
             .load = &vlGraphics::ContentLoader::loadShaderProgramDeclaration,
             .created = &makeFresh,
             .save = &save,

@@ -213,6 +213,10 @@ TEST_P(ShaderProgramEditor, AMessageMayCarryAllSources) {
     post({"too", "few"});
     EXPECT_EQ(record(), wanted);
     EXPECT_EQ(lines().back(), "[Editor] shader program 'p': it has 7 stages");
+    postToGraphics(CompileShaderProgramSourcesMessage("gone", {}));
+    compile();
+    EXPECT_EQ(lines().back(), "[Editor] There is no shader program 'gone'.");
+    EXPECT_EQ(programs().get("gone"), nullptr);
 }
 
 TEST_P(ShaderProgramEditor, AStageIsReadFromAFileAndFollowsIt) {

@@ -45,6 +45,10 @@ std::string loadedLine(const KindTexts& texts, std::string_view name) {
     return fmt::format("{} loaded : {}{}", texts.subject, name, texts.lineEnd);
 }
 
+std::string missingLine(const KindTexts& texts, std::string_view name) {
+    return fmt::format("There is no {}.", thingNamed(texts, name));
+}
+
 std::string reservedLine(const KindTexts& texts, std::string_view name) {
     return fmt::format("{} is the engine's own and stays as it is.", thingNamed(texts, name));
 }

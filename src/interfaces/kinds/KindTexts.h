@@ -50,6 +50,8 @@ std::string savedLine(const KindTexts& texts, std::string_view name, std::string
 std::string alreadyExistsLine(const KindTexts& texts, std::string_view name);
 std::string createdLine(const KindTexts& texts, std::string_view name);
 std::string loadedLine(const KindTexts& texts, std::string_view name);
+/// For what is no longer there to be changed.
+std::string missingLine(const KindTexts& texts, std::string_view name);
 /// For what the engine or the editor made for itself.
 std::string reservedLine(const KindTexts& texts, std::string_view name);
 /// "blend state 'a'"

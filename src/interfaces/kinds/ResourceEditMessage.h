@@ -11,7 +11,8 @@ template <class Kind> void replaceRead(typename Kind::Record& record, typename K
 }
 
 /** Carries one edit of one resource. A resource that the engine no longer holds is made again,
- *  empty; what the engine makes of a value that it cannot take is what the record then holds. */
+ *  empty, where the kind has it so; what the engine makes of a value that it cannot take is what
+ *  the record then holds. */
 template <ResourceEdit Edit> class ResourceEditMessage final : public RecordedMessage {
 public:
     using Kind = typename Edit::Kind;
@@ -21,9 +22,12 @@ public:
         : name(std::move(resource)), edit(std::move(what)) {}
 
     void runOnGraphicsThread() override {
-        auto* engine = managerOf<Kind>().createOrRetrieve(name);
+        constexpr bool makes = Kind::hooks.editsMakeMissing;
+        auto& manager = managerOf<Kind>();
+        auto* engine = makes ? manager.createOrRetrieve(name) : manager.get(name);
         if (engine == nullptr) {
-            postToUi(LogMessage(couldNotCreateLine(Kind::texts, name)));
+            postToUi(LogMessage(makes ? couldNotCreateLine(Kind::texts, name)
+                                      : missingLine(Kind::texts, name)));
             return;
         }
         if (!mayChange<Kind>(*engine)) return;

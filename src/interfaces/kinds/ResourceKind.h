@@ -42,6 +42,8 @@ enum class Reload : std::uint8_t {
  *      static constexpr KindHooks<Engine> hooks{.load = ..., .created = switchOnUsages}; */
 template <class Engine> struct KindHooks {
     Reload reload = Reload::afterChange;
+    /// An edit of a resource that the engine no longer holds makes it again, empty.
+    bool editsMakeMissing = true;
     /// Null: there are no files of this kind.
     vlGraphics::DeclarationLoadResult (*load)(vlMemory::StringView path, bool load) = nullptr;
     /// After the editor made a resource. Graphics thread.
