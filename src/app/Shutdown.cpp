@@ -8,6 +8,7 @@
 #include "core/MessageRegistry.h"
 #include "core/RenderingScriptName.h"
 #include "core/WorkerPool.h"
+#include "editors/ShaderReferences.h"
 #include "editors/shader_program/ProgramFiles.h"
 #include "interfaces/CommandInterpreter.h"
 #include "interfaces/InterfaceContainerCreator.h"
@@ -45,6 +46,7 @@ void endInterfaces() {
     InterfaceContainerCreator::destroyInstance();
     CommandInterpreter::destroyInstance();
     MainWindow::destroyInstance();
+    ShaderReferences::destroyInstance();
     ProgramFiles::destroyInstance();
     // Nobody is left to run what the interfaces have posted at their end.
     MessageOrchestrator::getInstance().discard();

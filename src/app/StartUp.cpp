@@ -14,6 +14,7 @@
 #include "core/WorkerPool.h"
 #include "editors/AllKinds.h"
 #include "editors/ShaderProgramChangedMessage.h"
+#include "editors/ShaderReferences.h"
 #include "editors/shader_program/ProgramFiles.h"
 #include "editors/shader_program/ShaderProgramMessages.h"
 #include "interfaces/CommonWindowInit.h"
@@ -96,6 +97,7 @@ bool prepareEngine() {
 /// From now on windows say what the log would.
 void followPrograms() {
     ProgramFiles::getInstance();
+    ShaderReferences::getInstance();
     vlGraphics::ProgramManager::getInstance()->setCompiledCallback(
             [](vlGraphics::Program& program) {
                 tellProgramCompiled(program);

@@ -1,6 +1,7 @@
 #include "editors/AllKinds.h"
 
 #include "editors/ShaderProgramChangedMessage.h"
+#include "editors/ShaderReferences.h"
 
 #include <algorithm>
 #include <array>
@@ -31,6 +32,7 @@ void registerKindMessages(MessageRegistry& registry) {
     for (const AnyKind* kind : allKinds())
         kind->registerMessages(registry);
     registry.add<ShaderProgramChangedMessage>(MessageQueue::graphics);
+    registry.add<ShaderReferencesChangedMessage>(MessageQueue::graphics);
 }
 
 } // namespace vlEditor

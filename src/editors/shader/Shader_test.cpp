@@ -1,6 +1,7 @@
 // What is particular to shaders; what they share with other kinds the contract suite looks at.
 #include "editors/KindTest.h"
 #include "editors/ShaderProgramChangedMessage.h"
+#include "editors/ShaderReferences.h"
 #include "editors/shader/PassSlotTypes.h"
 #include "editors/shader/ShaderBindingEdits.h"
 #include "editors/shader/ShaderSlotEdits.h"
@@ -376,6 +377,34 @@ TEST_P(ShaderEditor, WhatTheProgramWantsIsBoundByAClick) {
     EXPECT_TRUE(textures->isEntryMarked(textures->getEntry(0).label));
     EXPECT_EQ(History::getInstance().getDepth(), depth);
     expectInStep();
+}
+
+TEST_P(ShaderEditor, NamesFollowWhatTheyNameWhileTheEditorRuns) {
+    ShaderReferences::getInstance();
+    const ResourceCommands& programs = findKind("ShaderProgram")->commands();
+    const ResourceCommands& cameras = findKind("Camera")->commands();
+    programs.create("lit");
+    cameras.create("eye");
+    post(ChangeShaderProgram{"lit"});
+    addSlots(1);
+    setType(8);
+    post(ChangeShaderUpdateCameraSlot{{}, "eye"});
+    programs.rename("lit", "glowing");
+    cameras.rename("eye", "other eye");
+    settle();
+    EXPECT_EQ(shownIn("_PROGRAM_LABEL"), "glowing");
+    EXPECT_EQ(slot().resourceName, "other eye");
+    EXPECT_EQ(record().programType, 1U);
+    programs.erase("glowing");
+    cameras.erase("other eye");
+    settle();
+    EXPECT_EQ(record().programType, 0U);
+    expectInStep();
+    undo();
+    undo();
+    EXPECT_EQ(record().programType, 1U);
+    expectInStep();
+    ShaderReferences::destroyInstance();
 }
 
 TEST_P(ShaderEditor, WhatIsNoNumberIsRefusedAndKeptInItsBox) {
