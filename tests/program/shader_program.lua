@@ -133,11 +133,16 @@ for _, type in ipairs {{"_GEOMETRY_CHECK", 2, 4, 404}, {"_COMPUTE_CHECK", 3, 6, 
     inStep("fresh")
 end
 
--- Saved beside its sources, and read from a file of another one.
+-- Saved beside its sources, and read from a file of another one. Each is called as its program.
 ui.click(base .. "_SAVE_BUTTON")
 ui.wait(function() return pcall(ui.choose, "fresh.vlpr") end)
 editor.sync()
 assert(logged("[Save] Saving Shader program file : ") and logged("[Editor] Done."))
+create("other")
+press("_SAVE_BUTTON")
+assert(logged("/other.vlpr"))
+ui.click(base .. "_LIST", "left", "fresh")
+editor.sync()
 stage("Geometry")
 ui.click(base .. "_SOURCES_FETCH")
 ui.wait(function() return pcall(ui.choose, "fresh_src/pixelShader.hlsl") end)
