@@ -103,7 +103,10 @@ std::vector<ShaderProgramResource> ShaderProgramKind::resourcesOf(const Program&
     std::vector<ShaderProgramResource> resources;
     for (const auto& each : program.getReflection().resources) {
         const char* letter = registerLetters.at(static_cast<std::size_t>(each.resourceClass));
-        resources.push_back({letter, each.slot, each.space, each.name, each.byteSize});
+        auto& resource = resources.emplace_back();
+        resource = {letter, each.slot, each.space, each.name, each.byteSize, {}};
+        for (const auto& member : each.members)
+            resource.memberNames.push_back(member.name);
     }
     return resources;
 }

@@ -41,14 +41,16 @@ struct ShaderProgramResource {
     std::uint32_t slot = 0;
     std::uint32_t space = 0;
     std::string name;
-    std::uint32_t byteSize = 0; ///< of a constant buffer
+    std::uint32_t byteSize = 0;           ///< of a constant buffer
+    std::vector<std::string> memberNames; ///< likewise
 
     static constexpr auto members() {
         return std::tuple{Member{"letter", &ShaderProgramResource::letter},
                           Member{"slot", &ShaderProgramResource::slot},
                           Member{"space", &ShaderProgramResource::space},
                           Member{"name", &ShaderProgramResource::name},
-                          Member{"byteSize", &ShaderProgramResource::byteSize}};
+                          Member{"byteSize", &ShaderProgramResource::byteSize},
+                          Member{"memberNames", &ShaderProgramResource::memberNames}};
     }
     friend bool operator==(const ShaderProgramResource&, const ShaderProgramResource&) = default;
 };

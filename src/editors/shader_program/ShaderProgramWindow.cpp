@@ -185,15 +185,19 @@ void ShaderProgramWindow::bindButtons() {
     bindings_.button("_FILE_RELOAD", [self](const Names&) {
         if (const auto window = self.lock()) window->reloadFile();
     });
-    const auto jump = [self](std::size_t problem) {
-        if (const auto window = self.lock()) window->jumpTo(problem);
-    };
     auto& problems = widget<ListBox>("_PROBLEMS_LIST");
     problems.setPlaceHolder("No problems");
-    problems.setSelectionCallback([jump](std::optional<std::size_t> problem) {
-        if (problem) jump(*problem);
+    // The arrow keys lead from problem to problem.
+    problems.setSelectionCallback([self](std::optional<std::size_t> problem) {
+        const auto window = self.lock();
+        if (window && problem) window->jumpTo(*problem);
     });
-    problems.setActivationCallback(jump);
+    problems.setActivationCallback([self](std::size_t problem) {
+        const auto window = self.lock();
+        if (!window) return;
+        window->jumpTo(problem);
+        window->widget<CodeEdit>("_SOURCES_EDIT").focusWindow();
+    });
     widget<ListBox>("_RESOURCES_LIST").setPlaceHolder("None that is used");
 }
 
@@ -292,8 +296,10 @@ void ShaderProgramWindow::showMarks() {
             marks.push_back({.line = problem.line, .message = problem.text});
     }
     std::vector<std::string> words;
-    for (const ShaderProgramResource& resource : report_.resources)
+    for (const ShaderProgramResource& resource : report_.resources) {
         words.push_back(resource.name);
+        words.insert(words.end(), resource.memberNames.begin(), resource.memberNames.end());
+    }
     for (const ShaderProgramMacro& macro : report_.macros[stage_])
         words.push_back(macro.name);
     auto& edit = widget<CodeEdit>("_SOURCES_EDIT");
@@ -317,9 +323,7 @@ void ShaderProgramWindow::jumpTo(std::size_t problem) {
     widget<TabWindow>("_STAGES_TABS").select(place.stage);
     showStage(place.stage);
     widget<ListBox>("_PROBLEMS_LIST").select(problem);
-    auto& edit = widget<CodeEdit>("_SOURCES_EDIT");
-    if (place.file.empty()) edit.goToLine(place.line);
-    edit.focusWindow();
+    if (place.file.empty()) widget<CodeEdit>("_SOURCES_EDIT").goToLine(place.line);
 }
 
 } // namespace vlEditor
