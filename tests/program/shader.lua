@@ -204,7 +204,7 @@ editor.sync()
 log = editor.log()
 assert(log[#log - 1]:find("^%[Save%] Saving Shader file : .*/b%.vlsh$"), log[#log - 1])
 
--- A second creation of the same name is told, and nothing else.
+-- Scripts create by a message of their own.
 editor.post("CreateShaderScriptMessage", {name = "c"})
 editor.sync()
 assert(editor.record("Shader", "c"))

@@ -139,6 +139,14 @@ std::shared_ptr<Rows> bindFamily(Window& window,
     return rows;
 }
 
+/// Why there is nothing to be seen of what is bound; empty where there is.
+std::string whyNoPicture(PreviewKind kind, const std::string& name) {
+    if (name.empty()) return "Nothing is bound";
+    const PickList* list = PickLists::getInstance().find("TEXTURE_BUFFER_POP_UP_LIST");
+    if (kind != PreviewKind::texture || list == nullptr || list->has("T. " + name)) return {};
+    return entryWithName(name).empty() ? "" : "Only textures have a picture";
+}
+
 /// Shows what is bound where the selected entry says.
 template <class Family>
 void bindPreview(Window& window, Rows& rows, const std::string& prefix, PreviewKind kind) {
@@ -150,8 +158,10 @@ void bindPreview(Window& window, Rows& rows, const std::string& prefix, PreviewK
                     if (keyOf(binding.slot, binding.space) == element.key) return binding.resource;
                 return std::string();
             },
-            [preview](const std::string* name) {
-                preview->show(name == nullptr ? std::nullopt : std::optional(*name));
+            [preview, kind](const std::string* name) {
+                if (name == nullptr) return preview->show({});
+                const std::string reason = whyNoPicture(kind, *name);
+                reason.empty() ? preview->show(*name) : preview->show({}, reason);
             });
 }
 

@@ -48,7 +48,10 @@ protected:
         return *vlGraphics::ShaderManager::getInstance()->get(name);
     }
     static const ShaderUiData& record(const std::string& name = "a") {
-        return *ShaderUiDataTracker::getInstance().get(name);
+        static const ShaderUiData none;
+        const auto* held = ShaderUiDataTracker::getInstance().get(name);
+        EXPECT_NE(held, nullptr) << name;
+        return held == nullptr ? none : *held;
     }
     static const ShaderPassSlotUiData& slot(std::size_t index = 0) {
         return record().constantBuffers.at(0).slots.at(index);
@@ -172,6 +175,7 @@ TEST_P(ShaderEditor, SourcesAreFoundByTheLetterOfTheirKind) {
     EXPECT_EQ(record().textures.at(0).resource, "wood");
     post(ChangeShaderTextureSource{{0, "B. heap. of things"}, 0, 0});
     EXPECT_EQ(record().textures.at(0).resource, "heap. of things");
+    EXPECT_EQ(shownIn("_TEX_PREVIEW"), "Only textures have a picture");
     EXPECT_THAT(findKind("Buffer")->names(), Contains("heap. of things"));
     const std::string queue(vlGraphics::RenderQueueManager::DEFAULT_RENDER_QUEUE);
     post(ChangeShaderTextureSource{{0, "R. " + queue}, 0, 0});
@@ -412,8 +416,10 @@ TEST_P(ShaderEditor, WhatIsNoNumberIsRefusedAndKeptInItsBox) {
     click(base() + "_TEX_ADD");
     const std::string before = declaration("a");
     for (const char* text : {"", "x", "-1", "1.5", "4294967296", "1 2"}) {
+        const std::size_t count = lines().size();
         enter("_TEX_SLOT_EDIT", text);
         click(base() + "_TEX_UPDATE");
+        ASSERT_EQ(lines().size(), count + 1) << text;
         EXPECT_THAT(lines().back(),
                     HasSubstr("Can't parse new settings (space and / or slot). Aborting."));
     }
