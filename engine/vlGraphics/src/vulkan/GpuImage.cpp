@@ -109,7 +109,8 @@ bool isPossible(const Device& device, const VkImageCreateInfo& info) {
         return false;
     if (info.extent.width > limits.maxExtent.width || info.extent.height > limits.maxExtent.height)
         return false;
-    if (info.arrayLayers > limits.maxArrayLayers || (limits.sampleCounts & info.samples) == 0)
+    if (info.arrayLayers > limits.maxArrayLayers ||
+        (limits.sampleCounts & static_cast<VkSampleCountFlags>(info.samples)) == 0)
         return false;
     auto query = vulkan::vkInfo<VkDeviceImageMemoryRequirements>(
             VK_STRUCTURE_TYPE_DEVICE_IMAGE_MEMORY_REQUIREMENTS);
