@@ -80,6 +80,20 @@ TEST(LoopGuard, WatchesLoopsWhoseEndDependsOnValuesOrLiesFarAway) {
         EXPECT_TRUE(isWatched(body)) << body;
 }
 
+TEST(LoopGuard, WatchesLoopsWhoseCounterOthersSet) {
+    EXPECT_FALSE(compiled(pixelRequest("static int i;\nvoid f() { i = 0; }\n"
+                                       "float4 main() : SV_TARGET {\n"
+                                       "for (i = 0; i < 9; ++i) f(); return i; }"))
+                         .loops[pixel]
+                         .empty());
+    CompileRequest request;
+    request.type = PROGRAM_TYPE::COMPUTE;
+    request.sources.setComputeMemory("RWStructuredBuffer<uint> data : register(u0);\n"
+                                     "groupshared uint i;\n[numthreads(64, 1, 1)] void main() {\n"
+                                     "for (i = 0; i < 9; ++i) data[i] += i; }");
+    EXPECT_FALSE(compiled(request).loops[compute].empty());
+}
+
 TEST(LoopGuard, CountsWhatIsCalledWithinALoop) {
     const std::string functions =
             "float f(float x) { for (int i = 0; i < 100; ++i) x += sin(x); return x; }\n"

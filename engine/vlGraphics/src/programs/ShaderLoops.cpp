@@ -6,6 +6,7 @@
 #include <bit>
 #include <optional>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace vlGraphics {
 
@@ -23,6 +24,7 @@ enum Operation : std::uint32_t {
     constant = 43,
     function = 54,
     functionCall = 57,
+    variable = 59,
     load = 61,
     store = 62,
     addInt = 128,
@@ -41,6 +43,8 @@ enum Operation : std::uint32_t {
     firstTerminator = 249,
     lastTerminator = 255
 };
+
+constexpr std::uint32_t ownOfFunction = 7; ///< a storage class
 
 enum class Kind : std::uint8_t { other, signedInt, unsignedInt, real };
 
@@ -162,6 +166,7 @@ private:
             if (op == constant && words == 4)
                 constants_[spirv_[at + 2]] = {types[spirv_[at + 1]], spirv_[at + 3]};
             if (op == blockLabel) labels_[spirv_[at + 1]] = at;
+            if (op == variable && spirv_[at + 3] == ownOfFunction) locals_.insert(spirv_[at + 2]);
         });
     }
 
@@ -278,8 +283,10 @@ private:
             const auto limit = constants_.find(spirv_[condition + (isLeft ? 4 : 3)]);
             if (value == made.end() || limit == constants_.end()) continue;
             if (opcode(value->second) != load || limit->second.kind == Kind::other) continue;
-            counters.push_back(
-                    {spirv_[value->second + 3], opcode(condition), limit->second, isLeft});
+            const std::uint32_t counter = spirv_[value->second + 3];
+            // Others change in functions that the loop calls, and in other threads.
+            if (locals_.contains(counter))
+                counters.push_back({counter, opcode(condition), limit->second, isLeft});
         }
     }
 
@@ -350,6 +357,7 @@ private:
     Words spirv_;
     std::unordered_map<std::uint32_t, Constant> constants_;
     std::unordered_map<std::uint32_t, std::size_t> labels_;
+    std::unordered_set<std::uint32_t> locals_;
     std::unordered_map<std::uint32_t, std::size_t> numbers_; ///< of functions by name
     std::vector<Function> functions_;
     std::vector<Loop> loops_;
