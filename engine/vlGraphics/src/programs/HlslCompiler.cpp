@@ -6,6 +6,7 @@
 #include "programs/HlslText.h"
 #include "programs/InterfaceMapper.h"
 #include "programs/LoopGuard.h"
+#include "programs/ModuleBounds.h"
 #include "programs/Reflection.h"
 #include "programs/SourceBounds.h"
 #include "programs/VariableSize.h"
@@ -155,6 +156,8 @@ public:
         options.disableOptimizer = true; // loops are still plain to see then
         spv::SpvBuildLogger logger;
         if (intermediate != nullptr) glslang::GlslangToSpv(*intermediate, spirv, &logger, &options);
+        if (const std::string excess = ModuleBounds::findExcess(spirv); !excess.empty())
+            return "1: " + excess;
         if (!spirv.empty()) {
             if (request.boundLoops) boundLoops(*intermediate, request, into);
             options.disableOptimizer = false;

@@ -353,6 +353,29 @@ TEST(HlslCompiler, BoundsWhatItTakes) {
               "1: the source has 5242888 bytes, more than 4194304 cannot be compiled");
 }
 
+TEST(HlslCompiler, RefusesWhatTheCompilerWouldNotEndWith) {
+    std::string doubling = "float f0(float x) { return sin(x); }\n";
+    for (int index = 1; index < 70; ++index)
+        doubling += fmt::format(
+                "float f{0}(float x) {{ return f{1}(x) + f{1}(x * 2); }}\n", index, index - 1);
+    EXPECT_EQ(pixelError(doubling +
+                         "float4 main(float4 p : SV_POSITION) : SV_TARGET { return f69(p.x); }"),
+              "1: functions call each other too often: put in the place of their calls they "
+              "are more than 4096, or have more than 262144 instructions");
+    EXPECT_EQ(pixelError("float4 main() : SV_TARGET {\nfloat a[2] = " + std::string(40, '{') + "1" +
+                         std::string(40, '}') + "; return a[0]; }"),
+              "2: initial values nested deeper than 12");
+    EXPECT_EQ(pixelError("float4 main() : SV_TARGET {\nfloat2x2 a[2] = {{{1, 2}, {3, 4}}, {{5, 6}, "
+                         "{7, 8}}}; return a[1][0][1]; }"),
+              "compiled");
+    std::string loops;
+    for (int index = 0; index < 65; ++index)
+        loops += fmt::format("for (int i{0} = 0; i{0} < 2; ++i{0})\n", index);
+    EXPECT_EQ(pixelError("float4 main(float4 p : SV_POSITION) : SV_TARGET {\n" + loops +
+                         "p.x += p.y; return p; }"),
+              "1: loops nested deeper than 64");
+}
+
 TEST(HlslCompiler, MacrosBelongToTheirStageAndAreChecked) {
     const auto withMacro = [](StringView name, StringView value) {
         ProgramSourcesHolder sources;

@@ -215,12 +215,18 @@ SourceBounds::expand(Macro& macro, const StringView* at, const Argument& list, s
 }
 
 void SourceBounds::count(StringView token) {
+    const StringView last = std::exchange(last_, token);
     if (isWordCharacter(token.front())) {
         if (isBranch(token) && ++branches_ > maxBranches)
             fail(fmt::format("more than {} branches and loops", maxBranches));
         return;
     }
     const char mark = token.front();
+    if (mark == ';') initialisers_ = 0;
+    if (mark == '}' && initialisers_ > 0) --initialisers_;
+    const bool initialises = mark == '{' && (last == "=" || initialisers_ > 0);
+    if (initialises && ++initialisers_ > maxInitialisers)
+        fail(fmt::format("initial values nested deeper than {}", maxInitialisers));
     if (mark == ';' || mark == '{' || mark == '}') {
         operators_ = 0;
     } else if (++operators_ > maxOperators) {

@@ -19,12 +19,13 @@ struct SourceFault {
 };
 
 /** Says whether a source is of a size that the compiler can take: it descends its stack with
- * brackets, with operators of one statement and with branches, and follows macros however often
- * they double. Looks at the text as it is after macros are expanded, taking all branches of #if.
- * Any thread. */
+ * brackets, with operators of one statement and with branches, follows macros however often they
+ * double, and doubles its work with each bracket of an initial value that is one too many. Looks at
+ * the text as it is after macros are expanded, taking all branches of #if. Any thread. */
 class SourceBounds {
 public:
     static constexpr std::size_t maxNesting = 256;        ///< open brackets at one place
+    static constexpr std::size_t maxInitialisers = 12;    ///< of them, those of initial values
     static constexpr std::size_t maxOperators = 1U << 16; ///< marks in one statement
     static constexpr std::size_t maxBranches = 1U << 12;  ///< words such as "if" and "for"
     static constexpr std::size_t maxExpanded = 1U << 20;  ///< words and marks made by macros
@@ -68,6 +69,8 @@ private:
     std::string fault_;
     std::optional<SourceFault> placed_; ///< the same with its place
     std::size_t nesting_ = 0;
+    std::size_t initialisers_ = 0; ///< open brackets of initial values
+    vlMemory::StringView last_;    ///< counted
     std::size_t operators_ = 0;
     std::size_t branches_ = 0;
     std::size_t expanded_ = 0;
