@@ -7,6 +7,8 @@
 #include "programs/InterfaceMapper.h"
 #include "programs/LoopGuard.h"
 #include "programs/ModuleBounds.h"
+#include "programs/ModuleFault.h"
+#include "programs/ModuleMender.h"
 #include "programs/Reflection.h"
 #include "programs/SourceBounds.h"
 #include "programs/VariableSize.h"
@@ -159,6 +161,7 @@ public:
         if (const std::string excess = ModuleBounds::findExcess(spirv); !excess.empty())
             return "1: " + excess;
         if (!spirv.empty()) {
+            mendModule(spirv, stage_);
             if (request.boundLoops) boundLoops(*intermediate, request, into);
             options.disableOptimizer = false;
             glslang::SpirvToolsTransform(*intermediate, spirv, &logger, &options);
@@ -243,6 +246,16 @@ void nameFiles(LoopPlaces& places, const IncludeFiles& files) {
     }
 }
 
+/// An invalid module stands in the way of using the program.
+void findObstacle(CompiledProgram& program) {
+    for (std::uint32_t index = 0; index < shaderTypeCount; ++index) {
+        if (!program.reflection.obstacle.empty()) return;
+        if (program.spirv[index].empty()) continue;
+        program.reflection.obstacle = findModuleFault(program.spirv[index]);
+        program.reflection.obstacleStage = static_cast<SHADER_TYPE>(index);
+    }
+}
+
 /// The faults are those of a program that cannot be used.
 CompiledProgram compileProgram(const CompileRequest& request, IncludeFiles& files, Faults& faults) {
     CompiledProgram compiled;
@@ -264,10 +277,12 @@ CompiledProgram compileProgram(const CompileRequest& request, IncludeFiles& file
     if (!faults.empty()) return compiled;
     nameFiles(compiled.loops, files);
     auto reflection = reflect(compiled, interfaces);
-    if (reflection)
-        compiled.reflection = *std::move(reflection);
-    else
+    if (!reflection) {
         faults.push_back(std::move(reflection.error()));
+        return compiled;
+    }
+    compiled.reflection = *std::move(reflection);
+    findObstacle(compiled);
     return compiled;
 }
 

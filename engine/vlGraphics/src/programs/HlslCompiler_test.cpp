@@ -376,6 +376,36 @@ TEST(HlslCompiler, RefusesWhatTheCompilerWouldNotEndWith) {
               "1: loops nested deeper than 64");
 }
 
+TEST(HlslCompiler, AtomicOperationsTakePlainNumbers) {
+    ASSERT_TRUE(compileCompute("RWByteAddressBuffer y : register(u4);\n"
+                               "RWStructuredBuffer<int> q : register(u1);\n"
+                               "[numthreads(1, 1, 1)] void main() { uint o; int k;\n"
+                               "y.InterlockedAdd(0, 1, o); y.InterlockedMax(4, 3);\n"
+                               "y.InterlockedCompareExchange(0, 1, 2, o); y.InterlockedOr(8, o);\n"
+                               "InterlockedMin(q[0], 2u, k); InterlockedExchange(q[1], o, k); }"));
+    ASSERT_TRUE(compile(plainVertex,
+                        "float4 main(float4 p : SV_POSITION) : SV_TARGET {\n"
+                        "return WaveActiveSum(p.x) + WaveGetLaneCount() + WaveGetLaneIndex(); }"));
+}
+
+TEST(HlslCompiler, ModulesThatNoDeviceTakesStandInTheWay) {
+    ProgramSourcesHolder sources;
+    sources.setVertexMemory(plainVertex);
+    for (const StringView pixel :
+         {"struct M { Texture2D t; SamplerState s; float4 c; }; M m;\n"
+          "float4 main(float4 p : SV_POSITION) : SV_TARGET { return m.t.Sample(m.s, p.xy) * m.c; }",
+          "sampler2D s; float4 main(float4 p : SV_POSITION) : COLOR { return tex2D(s, p.xy); }"}) {
+        sources.setPixelMemory(pixel);
+        const CompileOutcome outcome = compileHlsl(PROGRAM_TYPE::PIPELINE, sources, true);
+        ASSERT_TRUE(outcome) << outcome.error().getErrorMessage();
+        EXPECT_TRUE(outcome->reflection.obstacle.starts_with(
+                "the compiler makes of it what no device takes: "))
+                << pixel << '\n'
+                << outcome->reflection.obstacle;
+        EXPECT_EQ(outcome->reflection.obstacleStage, SHADER_TYPE::PIXEL);
+    }
+}
+
 TEST(HlslCompiler, MacrosBelongToTheirStageAndAreChecked) {
     const auto withMacro = [](StringView name, StringView value) {
         ProgramSourcesHolder sources;

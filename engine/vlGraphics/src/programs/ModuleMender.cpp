@@ -1,0 +1,121 @@
+#include "programs/ModuleMender.h"
+
+#include "vulkan/SpirvWords.h"
+
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+namespace vlGraphics {
+
+namespace {
+
+using Words = std::vector<std::uint32_t>;
+
+// Numbers of SPIR-V.
+enum Operation : std::uint32_t {
+    typeInt = 21,
+    typePointer = 32,
+    decorate = 71,
+    bitcast = 124,
+    atomicExchange = 229,
+    atomicCompareExchange = 230,
+    firstAtomicArithmetic = 234,
+    lastAtomicArithmetic = 242
+};
+constexpr std::uint32_t builtIn = 11, flat = 14;              ///< decorations
+constexpr std::uint32_t subgroupSize = 36, subgroupLane = 41; ///< built-in inputs
+constexpr std::size_t boundWord = 3;
+constexpr std::size_t firstValue = 6; ///< of an exchange or an arithmetic operation
+
+std::uint32_t head(std::uint32_t opcode, std::uint32_t count) {
+    return count << 16U | opcode;
+}
+
+/** Copies a module, adding what it lacks. */
+class Mender {
+public:
+    Mender(const Words& from, SHADER_TYPE stage)
+        : from_(from), isPixel_(stage == SHADER_TYPE::PIXEL),
+          mended_(from.begin(), from.begin() + vulkan::spirvHeaderWords) {}
+
+    Words run() {
+        vulkan::eachInstruction(from_, [&](std::uint32_t op, std::size_t at, std::size_t count) {
+            if (count >= 3 &&
+                (integers_.contains(from_[at + 1]) || targets_.contains(from_[at + 1])))
+                types_[from_[at + 2]] = from_[at + 1];
+            if (op == typeInt) integers_.insert(from_[at + 1]);
+            if (op == typePointer && integers_.contains(from_[at + 3]))
+                targets_[from_[at + 1]] = from_[at + 3];
+            copy(op, at, count);
+        });
+        return std::move(mended_);
+    }
+
+private:
+    void copy(std::uint32_t op, std::size_t at, std::size_t count) {
+        const bool isArithmetic = op >= firstAtomicArithmetic && op <= lastAtomicArithmetic;
+        const bool compares = op == atomicCompareExchange;
+        Words instruction(from_.begin() + static_cast<std::ptrdiff_t>(at),
+                          from_.begin() + static_cast<std::ptrdiff_t>(at + count));
+        if (isArithmetic || compares || op == atomicExchange)
+            adapt(instruction, compares);
+        else
+            append(instruction);
+        const bool isLane = op == decorate && count == 4 && instruction[2] == builtIn &&
+                            (instruction[3] == subgroupSize || instruction[3] == subgroupLane);
+        if (isLane && isPixel_) append({head(decorate, 3), instruction[1], flat});
+    }
+
+    /// Makes all numbers of an atomic operation those that its pointer points to.
+    void adapt(Words& instruction, bool compares) {
+        const auto pointer = types_.find(instruction[3]);
+        const auto target =
+                pointer == types_.end() ? targets_.end() : targets_.find(pointer->second);
+        if (target == targets_.end()) return append(instruction);
+        const std::uint32_t wanted = target->second;
+        // A comparing exchange has two orders, and then the value and what it is compared with.
+        adaptValue(instruction, compares ? firstValue + 1 : firstValue, wanted);
+        if (compares) adaptValue(instruction, firstValue + 2, wanted);
+        const std::uint32_t type = std::exchange(instruction[1], wanted);
+        if (type == wanted) return append(instruction);
+        const std::uint32_t result = std::exchange(instruction[2], mended_[boundWord]++);
+        append(instruction);
+        append({head(bitcast, 4), type, result, instruction[2]});
+    }
+
+    void adaptValue(Words& instruction, std::size_t value, std::uint32_t wanted) {
+        const auto type = types_.find(instruction[value]);
+        if (type == types_.end() || type->second == wanted) return;
+        const std::uint32_t id = mended_[boundWord]++;
+        append({head(bitcast, 4), wanted, id, instruction[value]});
+        instruction[value] = id;
+    }
+
+    void append(const Words& words) { mended_.insert(mended_.end(), words.begin(), words.end()); }
+
+    const Words& from_;
+    bool isPixel_;
+    Words mended_;
+    std::unordered_set<std::uint32_t> integers_;               ///< types
+    std::unordered_map<std::uint32_t, std::uint32_t> targets_; ///< of pointers to them, by type
+    std::unordered_map<std::uint32_t, std::uint32_t> types_;   ///< of integers and such pointers
+};
+
+bool mayNeedMending(const Words& spirv) {
+    bool may = false;
+    vulkan::eachInstruction(spirv, [&](std::uint32_t op, std::size_t at, std::size_t count) {
+        may = may || (op >= atomicExchange && op <= lastAtomicArithmetic) ||
+              (op == decorate && count == 4 && spirv[at + 2] == builtIn &&
+               (spirv[at + 3] == subgroupSize || spirv[at + 3] == subgroupLane));
+    });
+    return may;
+}
+
+} // namespace
+
+void mendModule(Words& spirv, SHADER_TYPE stage) {
+    if (mayNeedMending(spirv)) spirv = Mender(spirv, stage).run();
+}
+
+} // namespace vlGraphics
