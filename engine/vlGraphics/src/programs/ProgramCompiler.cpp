@@ -214,7 +214,7 @@ void ProgramCompiler::adopt(const Finished& finished) {
     if (!reflection.obstacle.empty())
         return fail(*program, {reflection.obstacleStage, "1: " + reflection.obstacle});
     auto gpu = makeGpu_(*outcome);
-    if (!gpu) return fail(*program, {SHADER_TYPE::VERTEX, "1: " + gpu.error().message});
+    if (!gpu) return fail(*program, ProgramCompilationResult({std::move(gpu.error())}));
     // What has not drawn yet may be no better than what comes now.
     if (program->isTried_) {
         program->triedGpu_ = std::move(program->gpu_);

@@ -30,8 +30,8 @@ namespace vlGraphics {
 class ProgramCompiler final : public vlCommon::MaybeSingletonClass<ProgramCompiler> {
 public:
     using Compile = std::function<CompileReport(const CompileRequest&)>;
-    using MakeGpu =
-            std::function<vlCommon::Result<std::unique_ptr<Program::Gpu>>(const CompiledProgram&)>;
+    using MakeGpu = std::function<tl::expected<std::unique_ptr<Program::Gpu>, ProgramDiagnostic>(
+            const CompiledProgram&)>;
 
     /// Results that are remembered at most; the one unused for longest goes first.
     static constexpr std::size_t maxRemembered = 256;

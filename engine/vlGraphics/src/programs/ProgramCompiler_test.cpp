@@ -21,7 +21,7 @@ namespace {
 
 using vlMemory::StringView;
 
-vlCommon::Result<std::unique_ptr<Program::Gpu>> noGpu(const CompiledProgram&) {
+tl::expected<std::unique_ptr<Program::Gpu>, ProgramDiagnostic> noGpu(const CompiledProgram&) {
     return std::unique_ptr<Program::Gpu>();
 }
 

@@ -1,6 +1,7 @@
 #include "programs/VariableSize.h"
 
 #include <limits>
+#include <optional>
 #include <unordered_map>
 
 namespace vlGraphics {
@@ -39,12 +40,11 @@ class SizeReader {
 public:
     void read(std::uint32_t operation, Words operands) {
         if (operation == variable && operands.size() >= 3) {
-            const std::uint32_t storage = operands[2];
-            if (storage == workgroup || storage == ownOfStage || storage == ownOfFunction)
-                total_ = sum(total_, sizeOf(operands[0]));
+            std::uint64_t& bytes = totals_[operands[2]];
+            bytes = sum(bytes, sizeOf(operands[0]));
         } else if ((operation == undefined || operation == constantNull) && !operands.empty()) {
             // What is left of a variable that is read and never written.
-            total_ = sum(total_, sizeOf(operands[0]));
+            valuesWithout_ = sum(valuesWithout_, sizeOf(operands[0]));
         } else if (operation == constant && operands.size() >= 3) {
             constants_[operands[1]] = operands[2];
         } else if (operation == typePointer && operands.size() >= 3) {
@@ -63,7 +63,14 @@ public:
         }
     }
 
-    std::uint64_t total() const { return total_; }
+    std::uint64_t total() const {
+        return sum(sum(totalIn(workgroup), totalIn(ownOfStage)),
+                   sum(totalIn(ownOfFunction), valuesWithout_));
+    }
+    std::uint64_t totalIn(std::uint32_t storage) const {
+        const auto found = totals_.find(storage);
+        return found == totals_.end() ? 0 : found->second;
+    }
 
 private:
     std::uint64_t sizeOf(std::uint32_t type) const {
@@ -74,21 +81,33 @@ private:
 
     std::unordered_map<std::uint32_t, std::uint64_t> sizes_;
     std::unordered_map<std::uint32_t, std::uint64_t> constants_;
-    std::uint64_t total_ = 0;
+    std::unordered_map<std::uint32_t, std::uint64_t> totals_; ///< of variables, by storage class
+    std::uint64_t valuesWithout_ = 0;                         ///< of what is left of variables
 };
 
-} // namespace
-
-std::uint64_t variableBytes(Words spirv) {
+/// Nothing where the words end in the middle.
+std::optional<SizeReader> readSizes(Words spirv) {
     SizeReader reader;
     std::size_t at = headerWords;
     while (at < spirv.size()) {
         const std::size_t words = spirv[at] >> 16U;
-        if (words == 0 || words > spirv.size() - at) return most;
+        if (words == 0 || words > spirv.size() - at) return std::nullopt;
         reader.read(spirv[at] & 0xFFFFU, spirv.subspan(at + 1, words - 1));
         at += words;
     }
-    return reader.total();
+    return reader;
+}
+
+} // namespace
+
+std::uint64_t variableBytes(Words spirv) {
+    const auto sizes = readSizes(spirv);
+    return sizes ? sizes->total() : most;
+}
+
+std::uint64_t variableBytesIn(Words spirv, std::uint32_t storageClass) {
+    const auto sizes = readSizes(spirv);
+    return sizes ? sizes->totalIn(storageClass) : most;
 }
 
 } // namespace vlGraphics

@@ -230,5 +230,51 @@ TEST_F(Stages, HullWithoutDomainIsALineAtTheProgram) {
     EXPECT_FALSE(program.getLastCompilationResult().isSuccess());
 }
 
+TEST_F(Stages, WhatIsBeyondTheDevicesLimitsIsALineAtItsStage) {
+    const auto failureOf = [](PROGRAM_TYPE type, ShaderTest::Stages stages) {
+        Program& program = *ProgramManager::getInstance()->createOrRetrieve(newName());
+        ProgramSourcesHolder sources;
+        for (const auto& [stage, text] : stages)
+            sources.setMemory(stage, text);
+        program.setType(type);
+        program.setFromMemory(sources);
+        EXPECT_TRUE(program.load().has_value());
+        ProgramManager::getInstance()->waitForAll();
+        EXPECT_FALSE(program.isUsable());
+        return program.getLastCompilationResult();
+    };
+    const auto geometry = failureOf(
+            PROGRAM_TYPE::GEOMETRY,
+            {{SHADER_TYPE::VERTEX, passing},
+             {SHADER_TYPE::GEOMETRY,
+              "struct Out { float4 at : POSITION; };"
+              "[maxvertexcount(100000)] void main(point Out p[1], inout PointStream<Out> s)"
+              "{ s.Append(p[0]); }"}});
+    EXPECT_EQ(geometry.getStage(), SHADER_TYPE::GEOMETRY);
+    EXPECT_EQ(
+            geometry.getErrorMessage().find("1: It has 100000 vertices to make, where the device"),
+            0U)
+            << geometry.getErrorMessage();
+    const auto compute =
+            failureOf(PROGRAM_TYPE::COMPUTE,
+                      {{SHADER_TYPE::COMPUTE,
+                        "groupshared float4 s[4000]; RWStructuredBuffer<float4> o : register(u0);"
+                        "[numthreads(64, 1, 1)] void main(uint i : SV_GroupIndex)"
+                        "{ s[i] = i; GroupMemoryBarrierWithGroupSync(); o[i] = s[i * 60]; }"}});
+    EXPECT_EQ(compute.getStage(), SHADER_TYPE::COMPUTE);
+    EXPECT_EQ(compute.getErrorMessage().find("1: It has 64000 bytes that a group shares, where"),
+              0U)
+            << compute.getErrorMessage();
+    const auto hull = failureOf(
+            PROGRAM_TYPE::PIPELINE,
+            {{SHADER_TYPE::VERTEX, passing},
+             {SHADER_TYPE::HULL, hullOf("tri", "triangle_cw", 64, 64, 1)},
+             {SHADER_TYPE::DOMAIN_STAGE, domainOf("tri", 3, 64, 1, "float3", "patch[0].p")},
+             {SHADER_TYPE::PIXEL, drawing}});
+    EXPECT_EQ(hull.getStage(), SHADER_TYPE::HULL);
+    EXPECT_EQ(hull.getErrorMessage().find("1: It has 64 points in a patch, where the device"), 0U)
+            << hull.getErrorMessage();
+}
+
 } // namespace
 } // namespace vlGraphics

@@ -7,13 +7,17 @@
 #include "vulkan/Device.h"
 #include "vulkan/PointSize.h"
 #include "vulkan/SecondSource.h"
+#include "vulkan/StageLimits.h"
 #include "vulkan/Translate.h"
 #include "vulkan/VkText.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
+#include <optional>
+#include <utility>
 
 namespace vlGraphics {
 
@@ -85,6 +89,12 @@ const std::vector<std::uint32_t>& wordsOf(const CompiledProgram& program, SHADER
     return program.spirv[static_cast<std::size_t>(stage)];
 }
 
+SHADER_TYPE firstOf(const CompiledProgram& program) {
+    for (std::uint32_t stage = 0; stage < shaderTypeCount; ++stage)
+        if (!program.spirv[stage].empty()) return static_cast<SHADER_TYPE>(stage);
+    return SHADER_TYPE::VERTEX;
+}
+
 vlCommon::Result<> checkGroupSize(const ProgramReflection& reflection) {
     const VkPhysicalDeviceLimits& limits = Device::getInstance()->limits();
     const std::array<std::uint32_t, 3>& size = reflection.threadGroupSize;
@@ -104,14 +114,38 @@ vlCommon::Result<> checkGroupSize(const ProgramReflection& reflection) {
                                       limits.maxComputeWorkGroupInvocations));
 }
 
-vlCommon::Result<> checkStages(const CompiledProgram& program) {
-    const auto has = [&program](SHADER_TYPE stage) { return !wordsOf(program, stage).empty(); };
-    if (has(SHADER_TYPE::RAYTRACING)) return vlCommon::fail("The device does not trace rays");
-    if (has(SHADER_TYPE::HULL) != has(SHADER_TYPE::DOMAIN_STAGE))
-        return vlCommon::fail("Of the hull and the domain stage, one needs the other");
-    for (const std::vector<std::uint32_t>& words : program.spirv)
-        if (auto checked = vulkan::checkCapabilities(words); !checked) return checked;
-    return has(SHADER_TYPE::COMPUTE) ? checkGroupSize(program.reflection) : vlCommon::Result<>{};
+/// What stands in the way of using the program, and in which stage.
+using Obstacle = std::optional<ProgramDiagnostic>;
+
+Obstacle obstacleOf(SHADER_TYPE stage, const vlCommon::Result<>& checked) {
+    if (checked) return std::nullopt;
+    return ProgramDiagnostic{stage, {}, 1, checked.error().message};
+}
+
+SHADER_TYPE firstStage(std::uint32_t mask) {
+    return mask == 0 ? SHADER_TYPE::VERTEX : static_cast<SHADER_TYPE>(std::countr_zero(mask));
+}
+
+vlCommon::Result<> checkStage(const CompiledProgram& program, SHADER_TYPE stage) {
+    const auto has = [&program](SHADER_TYPE other) { return !wordsOf(program, other).empty(); };
+    if (!has(stage)) return {};
+    if (stage == SHADER_TYPE::RAYTRACING) return vlCommon::fail("The device does not trace rays");
+    const bool isHalf = (stage == SHADER_TYPE::HULL && !has(SHADER_TYPE::DOMAIN_STAGE)) ||
+                        (stage == SHADER_TYPE::DOMAIN_STAGE && !has(SHADER_TYPE::HULL));
+    if (isHalf) return vlCommon::fail("Of the hull and the domain stage, one needs the other");
+    if (stage == SHADER_TYPE::COMPUTE)
+        if (auto checked = checkGroupSize(program.reflection); !checked) return checked;
+    auto checked = vulkan::checkCapabilities(wordsOf(program, stage));
+    if (checked) checked = vulkan::checkStageLimits(stage, wordsOf(program, stage));
+    return checked;
+}
+
+Obstacle findStageObstacle(const CompiledProgram& program) {
+    for (std::uint32_t index = 0; index < shaderTypeCount; ++index) {
+        const auto stage = static_cast<SHADER_TYPE>(index);
+        if (auto found = obstacleOf(stage, checkStage(program, stage))) return found;
+    }
+    return std::nullopt;
 }
 
 /// Stages other than compute write only where the device can.
@@ -160,37 +194,47 @@ constexpr DescriptorLimit descriptorLimits[] = {
          &VkPhysicalDeviceLimits::maxPerStageDescriptorStorageImages,
          &VkPhysicalDeviceLimits::maxDescriptorSetStorageImages}};
 
-vlCommon::Result<> checkCount(const DescriptorLimit& limit, const ProgramReflection& reflection) {
+Obstacle findExcess(const DescriptorLimit& limit, const CompiledProgram& program) {
     const VkPhysicalDeviceLimits& limits = Device::getInstance()->limits();
     std::array<std::uint64_t, shaderTypeCount> ofStage{};
     std::uint64_t all = 0;
-    for (const ReflectedResource& resource : reflection.resources) {
-        const VkDescriptorType type = descriptorType(resource);
-        if (type != limit.types[0] && type != limit.types[1]) continue;
-        all += resource.arrayCount;
+    const auto add = [&](std::uint32_t count, std::uint32_t stageMask) {
+        all += count;
         for (std::uint32_t stage = 0; stage < shaderTypeCount; ++stage)
-            if ((resource.stageMask >> stage & 1U) != 0) ofStage[stage] += resource.arrayCount;
+            if ((stageMask >> stage & 1U) != 0) ofStage[stage] += count;
+    };
+    for (const ReflectedResource& resource : program.reflection.resources) {
+        const VkDescriptorType type = descriptorType(resource);
+        if (type == limit.types[0] || type == limit.types[1])
+            add(resource.arrayCount, resource.stageMask);
     }
-    const std::uint64_t most = *std::max_element(ofStage.begin(), ofStage.end());
-    if (most <= limits.*limit.ofStage && all <= limits.*limit.ofAll) return {};
-    return vlCommon::fail(fmt::format("It has {} {}, {} of them in one stage, where the device has "
-                                      "{} and {} at most",
-                                      all,
-                                      limit.name,
-                                      most,
-                                      limits.*limit.ofAll,
-                                      limits.*limit.ofStage));
+    const bool hasLoopWords = program.tellingStages != 0;
+    if (hasLoopWords && limit.types[0] == VK_DESCRIPTOR_TYPE_STORAGE_BUFFER)
+        add(1, program.tellingStages);
+    const auto most = std::max_element(ofStage.begin(), ofStage.end());
+    if (*most <= limits.*limit.ofStage && all <= limits.*limit.ofAll) return std::nullopt;
+    return obstacleOf(static_cast<SHADER_TYPE>(most - ofStage.begin()),
+                      vlCommon::fail(fmt::format("It has {} {}, {} of them in one stage, where the "
+                                                 "device has {} and {} at most",
+                                                 all,
+                                                 limit.name,
+                                                 *most,
+                                                 limits.*limit.ofAll,
+                                                 limits.*limit.ofStage)));
 }
 
-vlCommon::Result<> checkResources(const ProgramReflection& reflection) {
-    if (!reflection.obstacle.empty()) return vlCommon::fail(reflection.obstacle);
+Obstacle findResourceObstacle(const CompiledProgram& program) {
+    const ProgramReflection& reflection = program.reflection;
+    if (!reflection.obstacle.empty())
+        return ProgramDiagnostic{reflection.obstacleStage, {}, 1, reflection.obstacle};
     for (const ReflectedResource& resource : reflection.resources) {
-        if (auto checked = checkAddress(resource); !checked) return checked;
-        if (auto checked = checkWrites(resource); !checked) return checked;
+        auto checked = checkAddress(resource);
+        if (checked) checked = checkWrites(resource);
+        if (auto found = obstacleOf(firstStage(resource.stageMask), checked)) return found;
     }
     for (const DescriptorLimit& limit : descriptorLimits)
-        if (auto checked = checkCount(limit, reflection); !checked) return checked;
-    return {};
+        if (auto found = findExcess(limit, program)) return found;
+    return std::nullopt;
 }
 
 vlCommon::Result<> makeModules(Program::Gpu& gpu, const CompiledProgram& program) {
@@ -306,17 +350,20 @@ std::uint32_t mostLoopPasses() {
     return isSoftware ? ofSoftware : CompileRequest().mostPasses;
 }
 
-vlCommon::Result<std::unique_ptr<Program::Gpu>> makeProgramGpu(const CompiledProgram& program) {
-    if (Device::getInstance() == nullptr) return vlCommon::fail("There is no device");
-    if (auto checked = checkStages(program); !checked) return tl::unexpected(checked.error());
-    if (auto checked = checkResources(program.reflection); !checked)
-        return tl::unexpected(checked.error());
+tl::expected<std::unique_ptr<Program::Gpu>, ProgramDiagnostic>
+makeProgramGpu(const CompiledProgram& program) {
+    const SHADER_TYPE first = firstOf(program);
+    if (Device::getInstance() == nullptr)
+        return tl::unexpected(ProgramDiagnostic{first, {}, 1, "There is no device"});
+    if (auto found = findStageObstacle(program)) return tl::unexpected(*std::move(found));
+    if (auto found = findResourceObstacle(program)) return tl::unexpected(*std::move(found));
     auto gpu = std::make_unique<Program::Gpu>();
     gpu->serial = nextSerial();
     gpu->reflection = program.reflection;
-    if (auto made = makeLoopWords(*gpu, program); !made) return tl::unexpected(made.error());
-    if (auto made = makeLayout(*gpu); !made) return tl::unexpected(made.error());
-    if (auto made = makeModules(*gpu, program); !made) return tl::unexpected(made.error());
+    auto made = makeLoopWords(*gpu, program);
+    if (made) made = makeLayout(*gpu);
+    if (made) made = makeModules(*gpu, program);
+    if (auto found = obstacleOf(first, made)) return tl::unexpected(*std::move(found));
     constexpr std::uint32_t firstTwo = 3;
     if ((gpu->reflection.colorTargetMask & firstTwo) == firstTwo &&
         Device::getInstance()->features().dualSrcBlend == VK_TRUE)

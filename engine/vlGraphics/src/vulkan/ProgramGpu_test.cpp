@@ -14,7 +14,7 @@ protected:
         resource.slot = slot;
         resource.space = space;
         const auto made = makeProgramGpu(program);
-        return made ? "" : made.error().message;
+        return made ? "" : made.error().text;
     }
 };
 
@@ -34,7 +34,7 @@ TEST_F(ProgramAddresses, SpacesBetweenMayBeEmpty) {
     resource.byteSize = 64;
     resource.stageMask = 17;
     const auto made = makeProgramGpu(program);
-    ASSERT_TRUE(made.has_value()) << made.error().message;
+    ASSERT_TRUE(made.has_value()) << made.error().text;
     ASSERT_EQ((*made)->sets.size(), 6U);
     EXPECT_TRUE((*made)->sets[4].bindings.empty());
     EXPECT_EQ((*made)->sets[5].bindings.at(0).binding, 3U);
@@ -47,9 +47,9 @@ TEST_F(ProgramAddresses, GroupsBeyondTheDevicesAreALine) {
     program.reflection.threadGroupSize = {1, 1, 4294967295U};
     const auto made = makeProgramGpu(program);
     ASSERT_FALSE(made.has_value());
-    EXPECT_EQ(made.error().message.find("A group has 4294967295 threads along Z, where the device"),
+    EXPECT_EQ(made.error().text.find("A group has 4294967295 threads along Z, where the device"),
               0U)
-            << made.error().message;
+            << made.error().text;
 }
 
 } // namespace
