@@ -1,6 +1,7 @@
 #include "programs/IncludeFiles.h"
 
 #include "programs/HlslText.h"
+#include "programs/SourceLines.h"
 
 #include <fmt/format.h>
 
@@ -109,6 +110,7 @@ const IncludeFiles::File* IncludeFiles::read(const String& path) {
     }
     file.text = text;
     file.isOnce = saysOnce(file.text);
+    file.guard = includeGuardOf(file.text);
     file.index = order_.size();
     order_.push_back(&file);
     return &file;
@@ -149,7 +151,8 @@ tl::expected<const IncludeFiles::File*, std::string> IncludeWalk::enter(StringVi
     const IncludeFiles::File* file = *found;
     if (entered_.size() <= file->index) entered_.resize(file->index + 1);
     if (file->isOnce && entered_[file->index]) return nullptr;
-    if (std::find(open_.begin(), open_.end(), file) != open_.end())
+    // A guard ends the circle.
+    if (file->guard.empty() && std::find(open_.begin(), open_.end(), file) != open_.end())
         return tl::unexpected(fmt::format("'{}' includes itself", name));
     if (open_.size() == maxDepth)
         return tl::unexpected(

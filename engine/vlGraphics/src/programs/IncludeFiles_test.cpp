@@ -139,6 +139,32 @@ TEST_F(IncludeTest, EndsWhereFilesIncludeEachOtherWithoutEnd) {
     EXPECT_EQ(toldOf("#include \"guarded.hlsl\"\n#include \"./guarded.hlsl\""), "compiled");
 }
 
+TEST_F(IncludeTest, WhatAGuardLeavesOutCountsOnce) {
+    const auto guarded = [this](const std::string& name, const std::string& text) {
+        write(name + ".hlsl",
+              fmt::format(
+                      "// {0}\n#ifndef {0}_H\n#define {0}_H\n{1}\n#endif // {0}\n", name, text));
+    };
+    guarded("a", "#include \"b.hlsl\"\n#ifdef X\nfloat x;\n#else\nfloat a;\n#endif");
+    guarded("b", "#include \"a.hlsl\"\nfloat b;");
+    EXPECT_EQ(toldOf("#include \"a.hlsl\"\nfloat value() { return a + b; }"), "compiled");
+    std::string branches = "float pick(float x) {\n", all;
+    for (int i = 0; i < 200; ++i)
+        branches += "if (x > 1) x = 1;\n";
+    guarded("common", branches + "return x; }");
+    for (int i = 0; i < 40; ++i) {
+        guarded(fmt::format("part{}", i), "#include \"common.hlsl\"");
+        all += fmt::format("#include \"part{}.hlsl\"\n", i);
+    }
+    EXPECT_EQ(toldOf(all + "float value() { return pick(1); }"), "compiled");
+    // What stands behind a guard is read each time.
+    write("behind.hlsl", "#ifndef B\n#define B\n#endif\n" + branches + "return x; }\n");
+    std::string again;
+    for (int i = 0; i < 40; ++i)
+        again += "#include \"behind.hlsl\"\n";
+    EXPECT_NE(toldOf(again).find("more than 4096 branches"), std::string::npos);
+}
+
 TEST_F(IncludeTest, KnowsWhetherWhatItReadIsAsItWas) {
     write("shaders/a.hlsl", "#include \"b.hlsl\"\n");
     write("b.hlsl", "float value() { return 1; }");

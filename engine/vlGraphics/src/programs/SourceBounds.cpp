@@ -1,5 +1,7 @@
 #include "programs/SourceBounds.h"
 
+#include "programs/SourceLines.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -12,95 +14,10 @@ namespace {
 
 using vlMemory::StringView;
 
-bool isWordCharacter(char c) {
-    return c == '_' || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           static_cast<unsigned char>(c) >= 0x80;
-}
-
-bool isBlank(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
 bool isBranch(StringView word) {
     constexpr std::array<StringView, 7> words{"if", "else", "for", "while", "do", "switch", "case"};
     return std::find(words.begin(), words.end(), word) != words.end();
 }
-
-/** Cuts a text into the words and marks of one line after the other; lines that a backslash or a
- *  comment joins count as one. */
-class LineReader {
-public:
-    explicit LineReader(StringView text) : text_(text) {}
-
-    /// The line's number, from 1.
-    std::size_t line() const { return line_; }
-
-    bool next(std::vector<StringView>& tokens) {
-        tokens.clear();
-        if (at_ >= text_.size()) return false;
-        line_ = nextLine_;
-        while (at_ < text_.size()) {
-            const char c = text_[at_];
-            if (c == '\n') {
-                ++nextLine_;
-                ++at_;
-                return true;
-            }
-            if (skipJoin() || skipComment()) continue;
-            if (isBlank(c)) {
-                ++at_;
-            } else {
-                tokens.push_back(takeToken());
-            }
-        }
-        return true;
-    }
-
-private:
-    bool skipJoin() {
-        const StringView rest = text_.substr(at_);
-        const std::size_t length = rest.starts_with("\\\n")     ? 2
-                                   : rest.starts_with("\\\r\n") ? 3
-                                                                : 0;
-        if (length > 0) ++nextLine_;
-        at_ += length;
-        return length > 0;
-    }
-
-    bool skipComment() {
-        const StringView rest = text_.substr(at_);
-        std::size_t length = 0;
-        if (rest.starts_with("//")) {
-            length = std::min(rest.find('\n'), rest.size());
-        } else if (rest.starts_with("/*")) {
-            const std::size_t end = rest.find("*/", 2);
-            length = end == StringView::npos ? rest.size() : end + 2;
-        }
-        nextLine_ += static_cast<std::size_t>(
-                std::count(rest.begin(), rest.begin() + std::ptrdiff_t(length), '\n'));
-        at_ += length;
-        return length > 0;
-    }
-
-    StringView takeToken() {
-        const StringView rest = text_.substr(at_);
-        std::size_t length = 1;
-        if (rest[0] == '"') {
-            length = std::min(rest.find_first_of("\"\n", 1), rest.size());
-            if (length < rest.size() && rest[length] == '"') ++length;
-        } else if (isWordCharacter(rest[0])) {
-            while (length < rest.size() && isWordCharacter(rest[length]))
-                ++length;
-        }
-        at_ += length;
-        return rest.substr(0, length);
-    }
-
-    StringView text_;
-    std::size_t at_ = 0;
-    std::size_t line_ = 1;
-    std::size_t nextLine_ = 1;
-};
 
 } // namespace
 
@@ -133,7 +50,9 @@ void SourceBounds::include(const Tokens& tokens) {
     }
     const auto entered = walk_->enter(name, isLocal);
     if (!entered || *entered == nullptr) return;
-    scan((*entered)->text);
+    // What its guard leaves out when it is read again counts once.
+    const bool isLeftOut = macros_.contains((*entered)->guard);
+    if (!isLeftOut) scan((*entered)->text);
     walk_->leave();
 }
 
@@ -167,7 +86,7 @@ void SourceBounds::visit(const Argument& list, std::size_t depth) {
     for (const StringView* at = list.first; at != list.last && fault_.empty(); ++at) {
         if (depth > 0 && ++expanded_ > maxExpanded)
             return fail(fmt::format("macros expand to more than {} words", maxExpanded));
-        if (!isWordCharacter(at->front())) {
+        if (!LineReader::isWordCharacter(at->front())) {
             count(*at);
             continue;
         }
@@ -216,7 +135,7 @@ SourceBounds::expand(Macro& macro, const StringView* at, const Argument& list, s
 
 void SourceBounds::count(StringView token) {
     const StringView last = std::exchange(last_, token);
-    if (isWordCharacter(token.front())) {
+    if (LineReader::isWordCharacter(token.front())) {
         if (isBranch(token) && ++branches_ > maxBranches)
             fail(fmt::format("more than {} branches and loops", maxBranches));
         return;
