@@ -163,8 +163,7 @@ template <> struct Declared<Program> {
         const CompileReport report = compileHlsl(makeRequest(
                 values.type, sourcesOf(values), values.crossCompilerDefines, values.folder));
         std::vector<vlMemory::String> lines;
-        if (report.outcome) return lines;
-        for (const ProgramDiagnostic& fault : report.outcome.error().getDiagnostics()) {
+        for (const ProgramDiagnostic& fault : faultsOf(report.outcome)) {
             const vlMemory::String file =
                     fault.file.empty() ? "" : fmt::format("'{}' ", fault.file);
             lines.push_back(fmt::format("{} '{}', {} stage, {}line {}: {}",
@@ -176,6 +175,13 @@ template <> struct Declared<Program> {
                                         fault.text));
         }
         return lines;
+    }
+    /// Also of what compiles and can be used on no device.
+    static std::vector<ProgramDiagnostic> faultsOf(const CompileOutcome& outcome) {
+        if (!outcome) return outcome.error().getDiagnostics();
+        const ProgramReflection& reflection = outcome->reflection;
+        if (reflection.obstacle.empty()) return {};
+        return {{reflection.obstacleStage, {}, 1, reflection.obstacle}};
     }
     static ProgramSourcesHolder sourcesOf(const Values& values) {
         ProgramSourcesHolder sources;
