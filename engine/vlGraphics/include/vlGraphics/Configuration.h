@@ -16,7 +16,8 @@ struct Configuration {
     vlMemory::String cacheFolder;
     /// Compiled programs are kept between runs.
     bool keepPrograms = true;
-    /// When the device takes longer for a frame, what programs are in watched loops leave them.
+    /// When the device takes longer for a frame, what programs are in watched loops leave them. 0
+    /// waits without end.
     std::uint32_t loopPatienceMs = 10'000;
     /// Needs the extensions for presenting to X11 windows, where the driver has them.
     bool presenting = true;

@@ -186,7 +186,7 @@ bool Device::waitFor(std::uint64_t value, std::uint64_t timeout) {
 
 void Device::setPatience(std::uint64_t milliseconds, std::function<void()> slow) {
     constexpr std::uint64_t nanosecondsPerMs = 1'000'000;
-    patience_ = slow ? milliseconds * nanosecondsPerMs : UINT64_MAX;
+    patience_ = slow && milliseconds > 0 ? milliseconds * nanosecondsPerMs : UINT64_MAX;
     slow_ = std::move(slow);
 }
 
