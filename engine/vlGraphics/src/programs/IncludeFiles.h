@@ -32,7 +32,7 @@ public:
     struct File {
         vlMemory::String path; ///< relative to the working directory
         std::string text;
-        std::string fault; ///< why it cannot be included; its text is then empty
+        std::string fault;          ///< why it cannot be included; its text is then empty
         vlMemory::StringView guard; ///< see includeGuardOf()
         bool exists = false;
         bool isOnce = false; ///< says "#pragma once"
