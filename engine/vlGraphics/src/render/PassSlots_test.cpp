@@ -82,10 +82,12 @@ TEST_F(PassSlots, ValuesThatAreGivenArriveAsTheyAre) {
     expectRow(seenOf([](auto& slot) { slot.setAsCustom(std::make_unique<FourNumbers>()); }),
               {4, 3, 2, 1});
     expectRow(seenOf([](auto& slot) { slot.setAsTargetSize(); }), {32, 1, 1 / 32.0F, 1});
-    Texture& wide = *TextureManager::getInstance()->createOrRetrieve("wide");
-    wide.setWidth(64);
-    wide.setHeight(8);
-    expectRow(seenOf([&](auto& slot) { slot.setAsTextureSize(handleOf(wide)); }),
+    TextureManager& textures = *TextureManager::getInstance();
+    Texture* wide = textures.createOrRetrieve("wide");
+    ASSERT_NE(wide, nullptr);
+    wide->setWidth(64);
+    wide->setHeight(8);
+    expectRow(seenOf([&](auto& slot) { slot.setAsTextureSize(textures.handleOf("wide")); }),
               {64, 8, 1 / 64.0F, 1 / 8.0F});
     System::getInstance()->setTimeMs(12345);
     expectRow(seenOf([](auto& slot) { slot.setAsTime(5000); }), {2.345F, 5, 12, 0.469F});

@@ -50,10 +50,10 @@ protected:
         return texture;
     }
     static Handle<Texture> handleOf(const Texture& texture) {
-        return TextureManager::getInstance()->handleOf(&texture);
+        return TextureManager::getInstance()->handleOf(texture.getName());
     }
     static Handle<Shader> handleOf(const Shader& shader) {
-        return ShaderManager::getInstance()->handleOf(&shader);
+        return ShaderManager::getInstance()->handleOf(shader.getName());
     }
     static Handle<Buffer>
     makeBuffer(std::string_view name, std::uint32_t elementByteSize, std::uint32_t elementCount) {
