@@ -44,7 +44,8 @@ double bareMs(const std::vector<ProgramSourcesHolder>& all) {
     return nowMs() - start;
 }
 
-vlCommon::Result<std::unique_ptr<Program::Gpu>> withoutDevice(const CompiledProgram&) {
+tl::expected<std::unique_ptr<Program::Gpu>, ProgramDiagnostic>
+withoutDevice(const CompiledProgram&) {
     return std::unique_ptr<Program::Gpu>();
 }
 
