@@ -2,11 +2,13 @@
 
 #include "editors/shader_program/ProgramFiles.h"
 
+#include <vlResources/ResourceManager.h>
 #include <vlWinUi/ComponentManager.h>
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <filesystem>
 
 namespace vlEditor {
 namespace {
@@ -29,9 +31,16 @@ bool isAnyWindowOpen() {
 void ShaderProgramFileMessage::runOnGraphicsThread() {
     auto* program = managerOf<ShaderProgramKind>().get(name);
     if (program == nullptr || program->isHidden() || stage >= programStageCount) return;
-    // Not there, or not whole yet: another change follows.
     const auto read = readStageFile(path);
-    if (!read) return;
+    if (!read) {
+        // Not there, or just emptied to be written: another change follows. The rest would leave a
+        // person believing that the text here is the file's.
+        std::error_code error;
+        const auto bytes = std::filesystem::file_size(
+                vlResources::ResourceManager::getInstance().getAbsoluteFromWorkingDir(path), error);
+        if (!error && bytes > 0) postToUi(LogMessage(read.error().message));
+        return;
+    }
     const std::string& held =
             program->getMemory().getMemory(static_cast<vlGraphics::SHADER_TYPE>(stage));
     ShaderProgramFileMessage outcome = *this;

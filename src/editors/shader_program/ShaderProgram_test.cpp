@@ -242,6 +242,10 @@ TEST_P(ShaderProgramEditor, AStageIsReadFromAFileAndFollowsIt) {
     const std::string green = "float4 main() : SV_TARGET { return float4(0, 0.5, 0, 1); }";
     writeElsewhere("red.hlsl", green);
     EXPECT_TRUE(eventually([&] { return source(SHADER_TYPE::PIXEL) == green; }));
+    writeElsewhere("red.hlsl", "float4\n\xFF");
+    EXPECT_TRUE(eventually(
+            [&] { return lines().back().find("line 2 is not valid") != std::string::npos; }));
+    EXPECT_EQ(source(SHADER_TYPE::PIXEL), green);
     undo();
     EXPECT_EQ(source(SHADER_TYPE::PIXEL), red);
 
