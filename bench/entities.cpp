@@ -192,9 +192,12 @@ public:
         bare.deviceName = device;
         bare.width = EntityScene::width;
         bare.height = EntityScene::height;
-        bare.vertexSpirv = program.spirv[static_cast<std::size_t>(SHADER_TYPE::VERTEX)];
-        bare.pixelSpirv = program.spirv[static_cast<std::size_t>(SHADER_TYPE::PIXEL)];
-        bare.constants = std::as_bytes(std::span(constants));
+        bare.vertexStride = EntityScene::vertexStride;
+        bare.attributes = {{0, 3, 0}, {1, 3, 3 * sizeof(float)}};
+        bare.program.vertexSpirv = program.spirv[static_cast<std::size_t>(SHADER_TYPE::VERTEX)];
+        bare.program.pixelSpirv = program.spirv[static_cast<std::size_t>(SHADER_TYPE::PIXEL)];
+        bare.program.bindings = {{0, BareBinding::Kind::constants}};
+        bare.constants = {std::as_bytes(std::span(constants))};
         bare.clearColor = EntityScene::clearColor;
         bare.instances = instances;
         loop_ = BareVulkan::create(bare);
