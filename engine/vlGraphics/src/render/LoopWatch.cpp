@@ -20,6 +20,13 @@ std::uint32_t* wordsOf(const Program::Gpu& gpu) {
     return reinterpret_cast<std::uint32_t*>(gpu.loopWords.mapped());
 }
 
+/// Of a result that no frame uses that has not ended.
+void clearWords(const Program::Gpu& gpu) {
+    if (gpu.tellingStages == 0) return;
+    for (std::uint32_t stage = 0; stage < shaderTypeCount; ++stage)
+        std::atomic_ref<std::uint32_t>(wordsOf(gpu)[stage]).store(0);
+}
+
 ProgramDiagnostic describe(SHADER_TYPE stage, std::uint32_t word, const Program::Gpu& gpu) {
     const bool tookTooLong = (word & LoopWords::tookTooLong) != 0;
     const std::size_t number = word & ~LoopWords::tookTooLong;
@@ -97,10 +104,13 @@ void LoopWatch::judge(const Use& use) const {
             stopped.push_back(describe(static_cast<SHADER_TYPE>(stage), told, *program->gpu()));
     }
     ProgramCompiler& compiler = *ProgramCompiler::getInstance();
-    if (stopped.empty())
+    if (stopped.empty()) {
         compiler.keep(*program);
-    else
-        compiler.takeBack(*program, ProgramCompilationResult(std::move(stopped)));
+        return;
+    }
+    compiler.takeBack(*program, ProgramCompilationResult(std::move(stopped)));
+    // Its last frame may have been asked to stop, and was not judged any more.
+    if (program->gpu() != nullptr) clearWords(*program->gpu());
 }
 
 void LoopWatch::askToStop() const {

@@ -131,6 +131,43 @@ TEST_F(LoopWatch, EndlessProgramWithoutEarlierResultIsNotDrawn) {
     EXPECT_EQ(pixelAt(drawTwice(), 5, 5), (Rgba{255, 0, 0, 255}));
 }
 
+/// Green, after more passes than a thread may have that is asked to stop.
+constexpr std::string_view mended = "float4 main(float4 p : SV_POSITION) : SV_TARGET {\n"
+                                    "    float a = 0;\n"
+                                    "    for (int i = 0; i < (p.x < 8 ? 6000 : 8); ++i)\n"
+                                    "        a += sin(p.y + i);\n"
+                                    "    return float4(0, 1, a * 1e-9, 1);\n"
+                                    "}";
+
+TEST_F(LoopWatch, MendedLoopDrawsAgainAndTheNextEndlessOneIsStopped) {
+    constexpr Rgba green{0, 255, 0, 255};
+    drawTwice();
+    for (int round = 0; round < 2; ++round) {
+        load(endless);
+        EXPECT_EQ(pixelAt(drawTwice(), 5, 5), round == 0 ? Rgba({255, 0, 0, 255}) : green);
+        EXPECT_EQ(program().getLastCompilationResult().getErrorMessage(), "3: " + stopped());
+        load(mended);
+        EXPECT_TRUE(isWatched());
+        EXPECT_EQ(pixelAt(drawTwice(), 5, 5), green);
+        EXPECT_TRUE(program().getLastCompilationResult().isSuccess());
+    }
+}
+
+TEST_F(LoopWatch, ResultThatComesBackIsNotStoppedForWhatItWasAskedBefore) {
+    constexpr Rgba green{0, 255, 0, 255};
+    load(mended);
+    EXPECT_EQ(pixelAt(drawTwice(), 5, 5), green);
+    // A frame that ends as it is asked to stop, while the next result is coming.
+    drawFrame(*context_);
+    vulkan::Device::getInstance()->waitIdle();
+    auto* words = reinterpret_cast<std::uint32_t*>(program().gpu()->loopWords.mapped());
+    std::fill_n(words, shaderTypeCount, LoopWords::askedToStop);
+    load(endless);
+    EXPECT_EQ(pixelAt(drawTwice(), 5, 5), green);
+    EXPECT_EQ(pixelAt(drawTwice(), 5, 5), green);
+    EXPECT_EQ(program().getLastCompilationResult().getErrorMessage(), "3: " + stopped());
+}
+
 TEST_F(LoopWatch, EveryStageAndFormEnds) {
     struct Form {
         std::string_view vertex, pixel;
