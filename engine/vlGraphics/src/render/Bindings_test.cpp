@@ -1,3 +1,4 @@
+#include "render/RendererGpu.h"
 #include "render/ShaderTest.h"
 
 #include <cstdlib>
@@ -90,6 +91,47 @@ TEST_F(Bindings, EveryStageWritesAndTheNextPassReads) {
         for (const std::array<float, 4>& texel : numbers)
             ASSERT_EQ(texel[0], expected);
     }
+}
+
+TEST_F(Bindings, DrawsOfAPassWaitForThoseAloneWithWhichTheyShareWhatIsWritten) {
+    const Handle<Buffer> first = makeBuffer("first", 4, texels);
+    const Handle<Buffer> second = makeBuffer("second", 4, texels);
+    const auto adding = [](Handle<Buffer> buffer, const std::string& number) -> Shader& {
+        Shader& shader = makeReader("RWStructuredBuffer<float> b : register(u0);"
+                                    "float add(int i) { b[i] += " +
+                                            number + "; return 0; }",
+                                    "add(i)");
+        shader.addUavBuffer(buffer, 0, 0);
+        return shader;
+    };
+    Shader& read = makeReader("StructuredBuffer<float> a : register(t0);"
+                              "StructuredBuffer<float> b : register(t1);",
+                              "float4(a[31 - i], b[31 - i], 0, 1)");
+    read.addTexture(first, 0, 0);
+    read.addTexture(second, 1, 0);
+    RenderQueue& queue = *RenderQueueManager::getInstance()->resolve(
+            addDraw(adding(first, "1")).getRenderQueue());
+    queue.getRenderStrategy().setOrderQueue(false);
+    const auto barriers = [this] {
+        const render::AccessOrder& order = System::getInstance()->getRenderer().gpu().accessOrder;
+        const std::uint64_t before = order.barrierCount();
+        drawNumbers();
+        return order.barrierCount() - before;
+    };
+    // Only the frame before, from the second on.
+    addEntity(queue, adding(second, "10"));
+    EXPECT_EQ(barriers(), 0U);
+    EXPECT_EQ(barriers(), 1U);
+    // One for both that are read, and none between those who read.
+    addEntity(queue, read);
+    addEntity(queue, read, makeMesh("half", {{-1, 3, 0.5F}, {1, -1, 0.5F}, {-1, -1, 0.5F}}));
+    EXPECT_EQ(barriers(), 2U);
+    // What has been read is written again.
+    addEntity(queue, adding(first, "100"));
+    EXPECT_EQ(barriers(), 3U);
+    addEntity(queue, read);
+    for (const std::array<float, 4>& texel : drawNumbers())
+        EXPECT_EQ(texel, (std::array<float, 4>{205, 50, 0, 1}));
 }
 
 TEST_F(Bindings, VerticesStandWhereThreadsPutThem) {

@@ -162,10 +162,9 @@ const Buffer* DescriptorWriter::boundBuffer(const Register& at) const {
     return buffer != nullptr && buffer->gpu() != nullptr ? buffer : nullptr;
 }
 
-void DescriptorWriter::noteBuffer(const Register& at, bool isScratch) {
-    bound_.access.reads = true;
-    bound_.access.writes |= at.isWritten();
-    binder_.usesScratch_ |= isScratch;
+void DescriptorWriter::noteAccess(const Register& at, const void* resource) {
+    bound_.access.push_back({resource, at.isWritten()});
+    binder_.usesScratch_ |= resource == &recorder_.renderer().fallbacks.scratch();
 }
 
 bool DescriptorWriter::addBuffer(const Register& at) {
@@ -175,7 +174,7 @@ bool DescriptorWriter::addBuffer(const Register& at) {
                               : at.isWritten() ? fallbacks.scratch()
                                                : fallbacks.zeros();
     buffers_.push_back({buffer.get(), 0, buffer.size()});
-    if (bound != nullptr || at.isWritten()) noteBuffer(at, bound == nullptr);
+    if (bound != nullptr || at.isWritten()) noteAccess(at, &buffer);
     return true;
 }
 
@@ -193,7 +192,7 @@ bool DescriptorWriter::addTexels(const Register& at) {
         const VkFormat format = texelFormat(at, bound);
         if (const VkBufferView view = bound->gpu()->texels.get(bound->gpu()->buffer, format)) {
             texels_.push_back(view);
-            noteBuffer(at, false);
+            noteAccess(at, &bound->gpu()->buffer);
             return true;
         }
         Device::getInstance()->logOnce(
@@ -210,7 +209,7 @@ bool DescriptorWriter::addTexels(const Register& at) {
     const VkBufferView view =
             at.isWritten() ? fallbacks.scratchTexels(format) : fallbacks.zeroTexels(format);
     texels_.push_back(view);
-    if (at.isWritten()) noteBuffer(at, true);
+    if (at.isWritten()) noteAccess(at, &fallbacks.scratch());
     return view != VK_NULL_HANDLE;
 }
 
@@ -251,7 +250,7 @@ bool DescriptorWriter::addWrittenTexture(const Register& at) {
     if (image == nullptr) return false;
     if (image->use() != ImageUse::shaderWrite) note(binder_.written_, *image);
     images_.push_back({VK_NULL_HANDLE, image->view(), layoutOf(ImageUse::shaderWrite)});
-    noteBuffer(at, false);
+    noteAccess(at, image);
     return true;
 }
 

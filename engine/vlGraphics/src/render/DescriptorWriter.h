@@ -45,7 +45,7 @@ private:
     const Buffer* boundBuffer(const Register& at) const;
     vulkan::GpuImage* boundImage(const Register& at) const;
     VkFormat texelFormat(const Register& at, const Buffer* buffer) const;
-    void noteBuffer(const Register& at, bool isScratch);
+    void noteAccess(const Register& at, const void* resource);
     static void note(std::vector<vulkan::GpuImage*>& images, vulkan::GpuImage& image);
 
     ShaderBinder& binder_;

@@ -20,7 +20,7 @@ void ShaderBinder::begin(const PassInputs& inputs, Use use) {
     bound_.clear();
     read_.clear();
     written_.clear();
-    access_ = {};
+    access_.clear();
     usesScratch_ = false;
 }
 
@@ -64,8 +64,7 @@ bool ShaderBinder::writeSets(const Shader& shader, PassRecorder& recorder, Bound
     }
     if (program.tellingStages != 0) writer.addLoopWords(bound.sets[BindingModel::loopSet], program);
     writer.write();
-    access_.reads |= bound.access.reads;
-    access_.writes |= bound.access.writes;
+    access_.insert(access_.end(), bound.access.begin(), bound.access.end());
     return true;
 }
 

@@ -24,7 +24,7 @@ struct BoundShader {
     std::uint32_t instanceLayout = 0;
     std::uint32_t instanceStride = 0;
     bool onlyWorldMatrix = false; ///< an entity's data is just its matrix
-    BufferAccess access;
+    std::vector<ResourceAccess> access;
 };
 
 /** Makes the descriptor sets of the shaders of a pass: once for each, with the pass's values in
@@ -54,7 +54,7 @@ private:
     // What the pass uses.
     std::vector<vulkan::GpuImage*> read_;    ///< those that are not readable yet
     std::vector<vulkan::GpuImage*> written_; ///< those that are not writable yet
-    BufferAccess access_;                    ///< of all its shaders
+    std::vector<ResourceAccess> access_;     ///< of all its shaders
     bool usesScratch_ = false;
 };
 

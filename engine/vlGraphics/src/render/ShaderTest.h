@@ -98,17 +98,19 @@ protected:
     static const Mesh& fullMesh() {
         return makeMesh("full", {{-1, 3, 0.5F}, {3, -1, 0.5F}, {-1, -1, 0.5F}});
     }
+    static void addEntity(RenderQueue& queue, const Shader& shader, const Mesh& mesh = fullMesh()) {
+        EntityRenderInfo info;
+        info.mesh = MeshManager::getInstance()->handleOf(&mesh);
+        info.shader = handleOf(shader);
+        queue.addEntity()->setRenderInfo(info);
+    }
     /// Draws the mesh in a queue of its own after what is there.
     static RenderScenePass&
     addDraw(TargetOperations& operations, const Shader& shader, const Mesh& mesh) {
         const std::string name = newName();
         RenderQueue& queue = *RenderQueueManager::getInstance()->createOrRetrieve(name);
         queue.getRenderStrategy().setFrustumCull(false);
-        Entity& entity = *queue.addEntity();
-        EntityRenderInfo info;
-        info.mesh = MeshManager::getInstance()->handleOf(&mesh);
-        info.shader = handleOf(shader);
-        entity.setRenderInfo(info);
+        addEntity(queue, shader, mesh);
         RenderScenePass& pass = *operations.addRenderScenePass(TargetOperations::atEnd);
         pass.setRenderQueue(RenderQueueManager::getInstance()->handleOf(name));
         return pass;
