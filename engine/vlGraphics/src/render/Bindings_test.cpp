@@ -119,17 +119,17 @@ TEST_F(Bindings, DrawsOfAPassWaitForThoseAloneWithWhichTheyShareWhatIsWritten) {
         return order.barrierCount() - before;
     };
     // Only the frame before, from the second on.
-    addEntity(queue, adding(second, "10"));
+    addEntity(queue, fullMesh(), adding(second, "10"));
     EXPECT_EQ(barriers(), 0U);
     EXPECT_EQ(barriers(), 1U);
     // One for both that are read, and none between those who read.
-    addEntity(queue, read);
-    addEntity(queue, read, makeMesh("half", {{-1, 3, 0.5F}, {1, -1, 0.5F}, {-1, -1, 0.5F}}));
+    addEntity(queue, fullMesh(), read);
+    addEntity(queue, makeMesh("half", {{-1, 3, 0.5F}, {1, -1, 0.5F}, {-1, -1, 0.5F}}), read);
     EXPECT_EQ(barriers(), 2U);
     // What has been read is written again.
-    addEntity(queue, adding(first, "100"));
+    addEntity(queue, fullMesh(), adding(first, "100"));
     EXPECT_EQ(barriers(), 3U);
-    addEntity(queue, read);
+    addEntity(queue, fullMesh(), read);
     for (const std::array<float, 4>& texel : drawNumbers())
         EXPECT_EQ(texel, (std::array<float, 4>{205, 50, 0, 1}));
 }

@@ -37,7 +37,7 @@ protected:
                text(source) + "); o.b = float4(" + text(second) + "); return o; }";
     }
     BlendState& drawInto(const std::string& pixel) {
-        return blendOf(addPass(*into_, meshOf({}), makeShader(newName(), place, pixel)));
+        return blendOf(addDraw(*into_, meshOf({}), makeShader(newName(), place, pixel)));
     }
     void expectDrawn(const Texture& texture, const Color& expected) {
         const auto picture = texture.convertToImage();
@@ -237,7 +237,7 @@ TEST_F(BlendStates, WhatATargetOrAProgramCannotDoIsPassedOverInSilence) {
     TargetOperations& operations = *makeCompositor(*context_, newName()).addNode()->addOperations();
     operations.addColorTarget({handleOf(ids), 0});
     BlendState& state = blendOf(
-            addPass(operations,
+            addDraw(operations,
                     meshOf({}),
                     makeShader(newName(), place, "uint main() : SV_TARGET { return 70000; }")));
     state.setTarget({.src = BLEND::SRC_ALPHA, .dest = BLEND::ONE, .enabled = true}, 0);

@@ -106,7 +106,7 @@ TEST_F(Compute, TargetsOfItsOwnOperationAreReadAsFarAsTheyAreDrawn) {
                                   "{ count[0] += uint(picture.Load(int3(3, 0, 0)).x); }");
     shader.addTexture(handleOf(other), 0, 0);
     addDispatch(*before_, shader);
-    addDraw(*before_, makeReader("", "float4(2, 0, 0, 0)"), fullMesh());
+    addDraw(*before_, fullMesh(), makeReader("", "float4(2, 0, 0, 0)"));
     addDispatch(*before_, shader);
     for (const float expected : {42.0F, 84.0F})
         EXPECT_EQ(counted(), expected);

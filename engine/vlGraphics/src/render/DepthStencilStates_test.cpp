@@ -23,7 +23,7 @@ protected:
     }
     /// White where the stencil has the value that the pass refers to.
     RenderScenePass& addWitness(TargetOperations& operations) {
-        RenderScenePass& pass = addPass(
+        RenderScenePass& pass = addDraw(
                 operations, meshOf({}), makeShader(newName(), place, colored("1, 1, 1, 1")));
         stencilOf(pass).setFrontFunction(Function::EQUAL);
         return pass;
@@ -178,7 +178,7 @@ TEST_F(DepthStencilStates, StencilThatALaterCompositorBringsIsRightFromTheNextFr
     TargetOperations& over = *overlay.addNode()->addOperations();
     over.setToBackBuffer(0);
     over.setToChainDepthBuffer();
-    RenderScenePass& pass = addPass(
+    RenderScenePass& pass = addDraw(
             over, meshOf({.right = 0}), makeShader(newName(), place, colored("0, 1, 0, 1")));
     depthOf(pass).setStencilEnabled(true);
     System& system = *System::getInstance();
@@ -219,7 +219,7 @@ TEST_F(DepthStencilStates, TexturesWithStencilAreTestedReadBackAndSampled) {
         into.addColorTarget({handleOf(color), 0});
         into.setDepthTarget(handleOf(depth));
         into.addClearTargetsPass(TargetOperations::atEnd)->setClearDepth(0.75F);
-        RenderScenePass& left = addPass(
+        RenderScenePass& left = addDraw(
                 into, meshOf({.right = 0}), makeShader(newName(), place, colored("1, 0, 0, 1")));
         DepthStencilState& state = depthOf(left);
         state.setStencilEnabled(true);
@@ -233,7 +233,7 @@ TEST_F(DepthStencilStates, TexturesWithStencilAreTestedReadBackAndSampled) {
                            "float4 main(float4 at : SV_POSITION) : SV_TARGET"
                            "{ return float4(depths.Load(int3(at.xy, 0)).r < 0.6, 0, 0, 1); }");
         shader.addTexture(handleOf(depth), 0, 0);
-        addPass(addBackBuffer(compositor, {0, 0, 0, 1}), meshOf({}), shader);
+        addDraw(addBackBuffer(compositor, {0, 0, 0, 1}), meshOf({}), shader);
 
         const vlImages::Image picture = drawAndRead(*context_);
         EXPECT_EQ(pixelAt(picture, 4, 8), red);

@@ -4,8 +4,10 @@
 #include <vlGraphics/Mesh.h>
 #include <vlGraphics/Program.h>
 #include <vlGraphics/RenderContext.h>
+#include <vlGraphics/RenderQueue.h>
 #include <vlGraphics/Shader.h>
 #include <vlGraphics/System.h>
+#include <vlGraphics/Texture.h>
 
 #include <gtest/gtest.h>
 
@@ -13,6 +15,7 @@
 #include <atomic>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vlGraphics {
@@ -64,7 +67,33 @@ protected:
     makeShader(std::string_view name, std::string_view vertex, std::string_view pixel);
     /// Positions of three floats, drawn in their order.
     static Mesh& makeMesh(std::string_view name, const std::vector<vlMaths::Vector>& positions);
-    static Entity& makeEntity(const Mesh& mesh, const Shader& shader, const vlMaths::Vector& place);
+    static Entity& makeEntity(const Mesh& mesh, const Shader& shader, const vlMaths::Vector& at);
+    /// To be drawn where the mesh itself is.
+    static void addEntity(RenderQueue& queue, const Mesh& mesh, const Shader& shader);
+    /// Draws the mesh in a queue of its own, which culls nothing, after what is there.
+    static RenderScenePass&
+    addDraw(TargetOperations& operations, const Mesh& mesh, const Shader& shader);
+    /// With one level, and numbers as they are.
+    static Texture& makeTarget(std::string_view name,
+                               FORMAT format,
+                               RENDER_FLAG flag,
+                               std::uint32_t width,
+                               std::uint32_t height);
+
+    static Handle<Texture> handleOf(const Texture& texture) {
+        return TextureManager::getInstance()->handleOf(texture.getName());
+    }
+    static Handle<Shader> handleOf(const Shader& shader) {
+        return ShaderManager::getInstance()->handleOf(shader.getName());
+    }
+    /// That no resource has yet.
+    static std::string newName();
+    /// Lines of the log that contain the text.
+    std::size_t logged(std::string_view text) const;
+
+    /// A vertex stage that places what it is given.
+    static constexpr std::string_view place =
+            "float4 main(float3 p : POSITION) : SV_POSITION { return float4(p, 1); }";
 
     std::vector<std::string> log_;
 

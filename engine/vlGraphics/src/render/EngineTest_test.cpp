@@ -1,8 +1,8 @@
 #include "render/EngineTest.h"
 
 #include <vlGraphics/Node.h>
-#include <vlGraphics/RenderQueue.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -117,8 +117,7 @@ Mesh& EngineTest::makeMesh(std::string_view name, const std::vector<vlMaths::Vec
     return mesh;
 }
 
-Entity&
-EngineTest::makeEntity(const Mesh& mesh, const Shader& shader, const vlMaths::Vector& place) {
+Entity& EngineTest::makeEntity(const Mesh& mesh, const Shader& shader, const vlMaths::Vector& at) {
     RenderQueue& queue =
             *RenderQueueManager::getInstance()->get(RenderQueueManager::DEFAULT_RENDER_QUEUE);
     Entity& entity = *queue.addEntity();
@@ -128,9 +127,55 @@ EngineTest::makeEntity(const Mesh& mesh, const Shader& shader, const vlMaths::Ve
     entity.setRenderInfo(info);
     NodeManager& nodes = *NodeManager::getInstance();
     Node& node = *nodes.createOrRetrieve("node" + std::to_string(nodes.getCount()));
-    node.setPosition(place);
+    node.setPosition(at);
     entity.setParentNode(&node);
     return entity;
+}
+
+void EngineTest::addEntity(RenderQueue& queue, const Mesh& mesh, const Shader& shader) {
+    EntityRenderInfo info;
+    info.mesh = MeshManager::getInstance()->handleOf(mesh.getName());
+    info.shader = handleOf(shader);
+    queue.addEntity()->setRenderInfo(info);
+}
+
+RenderScenePass&
+EngineTest::addDraw(TargetOperations& operations, const Mesh& mesh, const Shader& shader) {
+    RenderQueueManager& queues = *RenderQueueManager::getInstance();
+    RenderQueue& queue = *queues.createOrRetrieve(newName());
+    queue.getRenderStrategy().setFrustumCull(false);
+    addEntity(queue, mesh, shader);
+    RenderScenePass& pass = *operations.addRenderScenePass(TargetOperations::atEnd);
+    pass.setRenderQueue(queues.handleOf(queue.getName()));
+    return pass;
+}
+
+Texture& EngineTest::makeTarget(std::string_view name,
+                                FORMAT format,
+                                RENDER_FLAG flag,
+                                std::uint32_t width,
+                                std::uint32_t height) {
+    Texture& texture = *TextureManager::getInstance()->createOrRetrieve(name);
+    texture.setWidth(width);
+    texture.setHeight(height);
+    texture.setFormat(format);
+    texture.setRenderFlag(flag);
+    texture.setGammaCorrected(false);
+    const auto loaded = texture.load();
+    EXPECT_TRUE(loaded.has_value()) << loaded.error().message;
+    return texture;
+}
+
+std::string EngineTest::newName() {
+    static int names = 0;
+    return "test" + std::to_string(++names);
+}
+
+std::size_t EngineTest::logged(std::string_view text) const {
+    return static_cast<std::size_t>(
+            std::count_if(log_.begin(), log_.end(), [text](const std::string& line) {
+                return line.find(text) != std::string::npos;
+            }));
 }
 
 } // namespace vlGraphics

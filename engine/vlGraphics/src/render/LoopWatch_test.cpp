@@ -10,8 +10,6 @@
 namespace vlGraphics {
 namespace {
 
-constexpr std::string_view place =
-        "float4 main(float3 p : POSITION) : SV_POSITION { return float4(p, 1); }";
 constexpr std::string_view red = "float4 main() : SV_TARGET { return float4(1, 0, 0, 1); }";
 constexpr std::string_view endless = "float4 main(float4 p : SV_POSITION) : SV_TARGET {\n"
                                      "    float a = p.x;\n"

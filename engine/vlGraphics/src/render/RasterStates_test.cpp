@@ -144,7 +144,7 @@ TEST_F(RasterStates, ScissorCutsLinesOffAtTheViewport) {
     const Mesh& mesh = meshOfTopology(PRIMITIVE_TOPOLOGY::LINE_LIST,
                                       {{0.99F, -0.9F, 0.5F}, {0.99F, 0.9F, 0.5F}});
     RenderScenePass& pass =
-            addPass(*operations_, mesh, makeShader(newName(), place, colored("1, 1, 1, 1")));
+            addDraw(*operations_, mesh, makeShader(newName(), place, colored("1, 1, 1, 1")));
     blendOf(pass).setTarget(alphaBlending, 0);
     RasterState& state = rasterOf(pass);
     state.setLineAntiAliasing(true);
@@ -162,7 +162,7 @@ TEST_F(RasterStates, AntiAliasedLinesHaveSoftEdgesAndMultisamplingChangesNothing
     const Mesh& mesh = meshOfTopology(PRIMITIVE_TOPOLOGY::LINE_LIST,
                                       {{-0.9F, -0.5F, 0.5F}, {0.9F, 0.4F, 0.5F}});
     const Shader& shader = makeShader(newName(), place, colored("1, 1, 1, 1"));
-    RenderScenePass& pass = addPass(*operations_, mesh, shader);
+    RenderScenePass& pass = addDraw(*operations_, mesh, shader);
     BlendState& blend = blendOf(pass);
     blend.setTarget(alphaBlending, 0);
     RasterState& state = rasterOf(pass);
@@ -196,7 +196,7 @@ TEST_F(RasterStates, PointsAreOnePixelWhoeverPlacesThem) {
                        withColor,
                        "float4 main(float4 at : SV_POSITION, float shade : TEXCOORD0) : SV_TARGET {"
                        " return shade > 0.75; }");
-    addPass(*operations_, mesh, plain);
+    addDraw(*operations_, mesh, plain);
     const auto isWhite = [](const Rgba& pixel) { return pixel == white; };
     const vlImages::Image both = drawAndRead(*context_);
     EXPECT_EQ(countIf(both, isWhite), 2U);
@@ -206,7 +206,7 @@ TEST_F(RasterStates, PointsAreOnePixelWhoeverPlacesThem) {
     const Mesh& others = meshOfTopology(
             PRIMITIVE_TOPOLOGY::POINT_LIST,
             {{middleOf(2), -middleOf(14), 0.5F}, {middleOf(10), -middleOf(14), 0.5F}});
-    addPass(*operations_, others, shaded);
+    addDraw(*operations_, others, shaded);
     const vlImages::Image three = drawAndRead(*context_);
     EXPECT_EQ(countIf(three, isWhite), 3U);
     EXPECT_EQ(pixelAt(three, 10, 14), white);

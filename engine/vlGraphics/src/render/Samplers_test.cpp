@@ -56,7 +56,7 @@ protected:
                                             expression + "; }");
         shader.addTexture(handleOf(texture), 0, 0);
         shader.addSampler(SamplerManager::getInstance()->handleOf("tested"), 0, 0);
-        addPass(into, meshOf({}), shader);
+        addDraw(into, meshOf({}), shader);
     }
     vlImages::Image drawn() {
         drawFrame(*context_);

@@ -3,7 +3,6 @@
 
 #include <vlGraphics/Buffer.h>
 #include <vlGraphics/ComputePass.h>
-#include <vlGraphics/RenderQueue.h>
 
 #include <cstring>
 #include <initializer_list>
@@ -19,9 +18,6 @@ namespace vlGraphics {
 class ShaderTest : public EngineTest {
 protected:
     static constexpr std::uint32_t texels = 32;
-    /// A vertex stage that places what it is given.
-    static constexpr std::string_view place =
-            "float4 main(float3 p : POSITION) : SV_POSITION { return float4(p, 1); }";
     using Numbers = std::vector<std::array<float, 4>>;
     using Stages = std::initializer_list<std::pair<SHADER_TYPE, std::string>>;
 
@@ -36,24 +32,8 @@ protected:
         operations_->addClearTargetsPass(TargetOperations::atEnd)->setClearColor({-1, -1, -1, -1});
     }
 
-    static std::string newName() { return "test" + std::to_string(++names_); }
-
     static Texture& makeTarget(std::string_view name, FORMAT format, RENDER_FLAG flag) {
-        Texture& texture = *TextureManager::getInstance()->createOrRetrieve(name);
-        texture.setWidth(texels);
-        texture.setHeight(1);
-        texture.setFormat(format);
-        texture.setRenderFlag(flag);
-        texture.setGammaCorrected(false);
-        const auto loaded = texture.load();
-        EXPECT_TRUE(loaded.has_value()) << loaded.error().message;
-        return texture;
-    }
-    static Handle<Texture> handleOf(const Texture& texture) {
-        return TextureManager::getInstance()->handleOf(texture.getName());
-    }
-    static Handle<Shader> handleOf(const Shader& shader) {
-        return ShaderManager::getInstance()->handleOf(shader.getName());
+        return EngineTest::makeTarget(name, format, flag, texels, 1);
     }
     static Handle<Buffer>
     makeBuffer(std::string_view name, std::uint32_t elementByteSize, std::uint32_t elementCount) {
@@ -98,25 +78,9 @@ protected:
     static const Mesh& fullMesh() {
         return makeMesh("full", {{-1, 3, 0.5F}, {3, -1, 0.5F}, {-1, -1, 0.5F}});
     }
-    static void addEntity(RenderQueue& queue, const Shader& shader, const Mesh& mesh = fullMesh()) {
-        EntityRenderInfo info;
-        info.mesh = MeshManager::getInstance()->handleOf(&mesh);
-        info.shader = handleOf(shader);
-        queue.addEntity()->setRenderInfo(info);
-    }
-    /// Draws the mesh in a queue of its own after what is there.
-    static RenderScenePass&
-    addDraw(TargetOperations& operations, const Shader& shader, const Mesh& mesh) {
-        const std::string name = newName();
-        RenderQueue& queue = *RenderQueueManager::getInstance()->createOrRetrieve(name);
-        queue.getRenderStrategy().setFrustumCull(false);
-        addEntity(queue, shader, mesh);
-        RenderScenePass& pass = *operations.addRenderScenePass(TargetOperations::atEnd);
-        pass.setRenderQueue(RenderQueueManager::getInstance()->handleOf(name));
-        return pass;
-    }
+    using EngineTest::addDraw;
     RenderScenePass& addDraw(const Shader& shader) {
-        return addDraw(*operations_, shader, fullMesh());
+        return addDraw(*operations_, fullMesh(), shader);
     }
     static ComputePass& addDispatch(TargetOperations& operations, const Shader& shader) {
         ComputePass& pass = *operations.addComputePass(TargetOperations::atEnd);
@@ -134,12 +98,6 @@ protected:
             std::memcpy(numbers.data(), picture->view().row(0), sizeof numbers[0] * texels);
         return numbers;
     }
-    std::size_t logged(std::string_view text) const {
-        std::size_t count = 0;
-        for (const std::string& line : log_)
-            count += line.find(text) != std::string::npos ? 1U : 0U;
-        return count;
-    }
     static const Renderer::Counts& counts() {
         return System::getInstance()->getRenderer().getCounts();
     }
@@ -149,9 +107,6 @@ protected:
     CompositorNode* node_ = nullptr;
     TargetOperations* operations_ = nullptr;
     Texture* target_ = nullptr;
-
-private:
-    static inline int names_ = 0;
 };
 
 } // namespace vlGraphics

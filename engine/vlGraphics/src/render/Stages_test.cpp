@@ -60,7 +60,7 @@ void main(point float4 p[1] : POSITION, inout TriangleStream<Out> stream)
 
 TEST_F(Stages, PointsBecomeTriangles) {
     const Mesh& mesh = makeMeshOf(PRIMITIVE_TOPOLOGY::POINT_LIST, {middle(4), middle(9)});
-    addDraw(*operations_, makeGeometry(quads), mesh);
+    addDraw(*operations_, mesh, makeGeometry(quads));
     const Numbers numbers = drawNumbers();
     for (const std::uint32_t texel : {4U, 9U})
         EXPECT_EQ(numbers[texel][0], 3);
@@ -70,7 +70,7 @@ TEST_F(Stages, PointsBecomeTriangles) {
 
 TEST_F(Stages, GeometryThatTakesOtherPrimitivesIsALineAndNoPicture) {
     const Mesh& mesh = makeMeshOf(PRIMITIVE_TOPOLOGY::LINE_LIST, {middle(4), middle(9)});
-    addDraw(*operations_, makeGeometry(quads), mesh);
+    addDraw(*operations_, mesh, makeGeometry(quads));
     for (int frame = 0; frame < 2; ++frame)
         EXPECT_EQ(drawNumbers()[4][0], -1);
     EXPECT_EQ(logged("other primitives"), 1U);
@@ -93,7 +93,7 @@ void main(lineadj float4 p[4] : POSITION, inout TriangleStream<Out> stream)
         stream.Append(o);
     }
 })");
-    addDraw(*operations_, shader, mesh);
+    addDraw(*operations_, mesh, shader);
     const Numbers numbers = drawNumbers();
     EXPECT_EQ(numbers[0][0], 1.5F);
     EXPECT_EQ(numbers[14][0], 1.5F);
@@ -168,7 +168,7 @@ TEST_F(Stages, PatchesOfAMeshsTrianglesFaceAsTheTrianglesDo) {
     const Mesh& mesh = makeMeshOf(PRIMITIVE_TOPOLOGY::TRIANGLE_LIST,
                                   {{-1, 1, 0.5F}, {0, 1, 0.5F}, {-1, -1, 0.5F}, {1, 1, 0.5F}},
                                   {0, 1, 2, 3, 1, 2});
-    addDraw(*operations_, shader, mesh);
+    addDraw(*operations_, mesh, shader);
     const Numbers numbers = drawNumbers();
     EXPECT_EQ(numbers[2][0], 2);
     EXPECT_EQ(numbers[7][0], 2);
@@ -190,7 +190,7 @@ TEST_F(Stages, HullStageSaysHowManyPointsMakeAPatch) {
                                   {SHADER_TYPE::PIXEL, drawing}});
     const Mesh& mesh = makeMeshOf(PRIMITIVE_TOPOLOGY::TRIANGLE_LIST,
                                   {{-1, 1, 0.5F}, {0, 1, 0.5F}, {-1, -1, 0.5F}, {0, -1, 0.5F}});
-    addDraw(*operations_, shader, mesh);
+    addDraw(*operations_, mesh, shader);
     const Numbers numbers = drawNumbers();
     for (std::uint32_t texel = 0; texel < texels; ++texel)
         EXPECT_EQ(numbers[texel][0], texel < 16 ? 2 : -1) << texel;
@@ -213,7 +213,7 @@ TEST_F(Stages, PatchesReachTheGeometryStage) {
                       " inout TriangleStream<Out> s, uint id : SV_PrimitiveID)"
                       "{ for (int i = 0; i < 3; ++i) { Out o = p[i]; o.v += 5; s.Append(o); } }"},
              {SHADER_TYPE::PIXEL, drawing}});
-    addDraw(*operations_, shader, fullMesh());
+    addDraw(*operations_, fullMesh(), shader);
     EXPECT_EQ(drawNumbers()[11][0], 7);
 }
 

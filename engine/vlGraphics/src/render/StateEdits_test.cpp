@@ -38,7 +38,7 @@ TEST_F(StateEdits, EachShowsInTheNextPictureAndLeavesNothingBehind) {
                                 "{ return colors.SampleLevel(how, float2(2, 2), 0); }");
     shader.addTexture(handleOf(whiteTexel()), 0, 0);
     shader.addSampler(SamplerManager::getInstance()->handleOf("edited"), 0, 0);
-    RenderScenePass& pass = addPass(*operations_, meshOf({}), shader);
+    RenderScenePass& pass = addDraw(*operations_, meshOf({}), shader);
     RasterState& raster = rasterOf(pass);
     DepthStencilState& depth = depthOf(pass);
     BlendState& blend = blendOf(pass);
@@ -142,7 +142,7 @@ TEST_F(PoorDevice, BlendsAllTargetsLikeTheFirst) {
                        place,
                        "struct Out { float4 a : SV_TARGET0; float4 b : SV_TARGET1; };"
                        "Out main() { Out o; o.a = float4(1, 0, 0, 1); o.b = 1; return o; }");
-    RenderScenePass& pass = addPass(*operations_, meshOf({}), shader);
+    RenderScenePass& pass = addDraw(*operations_, meshOf({}), shader);
     BlendState& blend = blendOf(pass);
     blend.setIndependentBlend(true);
     blend.setTarget({.src = BLEND::ZERO, .dest = BLEND::ONE, .enabled = true}, 1);
@@ -151,7 +151,7 @@ TEST_F(PoorDevice, BlendsAllTargetsLikeTheFirst) {
     EXPECT_EQ(pixelAt(color.convertToImage().value(), 8, 8), white);
     EXPECT_EQ(logged("target 0's settings count"), 1U);
     // The program writes one of the two alone.
-    addPass(*operations_, meshOf({}), makeShader(newName(), place, colored("0, 1, 0, 1")));
+    addDraw(*operations_, meshOf({}), makeShader(newName(), place, colored("0, 1, 0, 1")));
     drawFrame(*context_);
 }
 

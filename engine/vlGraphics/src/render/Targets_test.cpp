@@ -8,18 +8,7 @@ namespace {
 class Targets : public EngineTest {
 protected:
     static Texture& makeTarget(std::string_view name, FORMAT format, RENDER_FLAG flag) {
-        Texture& texture = *TextureManager::getInstance()->createOrRetrieve(name);
-        texture.setWidth(8);
-        texture.setHeight(8);
-        texture.setFormat(format);
-        texture.setRenderFlag(flag);
-        texture.setGammaCorrected(false);
-        const auto loaded = texture.load();
-        EXPECT_TRUE(loaded.has_value()) << loaded.error().message;
-        return texture;
-    }
-    static Handle<Texture> handleOf(const Texture& texture) {
-        return TextureManager::getInstance()->handleOf(texture.getName());
+        return EngineTest::makeTarget(name, format, flag, 8, 8);
     }
 };
 
