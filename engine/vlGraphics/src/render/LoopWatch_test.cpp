@@ -3,6 +3,8 @@
 #include "render/RendererGpu.h"
 #include "vulkan/Device.h"
 
+#include <vlGraphics/Buffer.h>
+
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -24,8 +26,8 @@ protected:
         EngineTest::SetUp();
         if (HasFatalFailure()) return;
         context_ = &makeContext(surface_);
-        addBackBuffer(makeCompositor(*context_), {0, 0, 1, 1})
-                .addRenderScenePass(TargetOperations::atEnd);
+        operations_ = &addBackBuffer(makeCompositor(*context_), {0, 0, 1, 1});
+        operations_->addRenderScenePass(TargetOperations::atEnd);
         makeEntity(makeMesh("full", {{-1, 3, 0}, {3, -1, 0}, {-1, -1, 0}}),
                    makeShader("test", place, red),
                    {0, 0, 0, 1});
@@ -61,6 +63,7 @@ protected:
     static constexpr std::uint32_t side = 128;
     TestSurface surface_{side, side};
     RenderContext* context_ = nullptr;
+    TargetOperations* operations_ = nullptr;
 };
 
 TEST_F(LoopWatch, LoopsThatEndDrawTheSameWatchedOrNot) {
@@ -248,6 +251,69 @@ TEST_F(LoopWatch, LoopsOfAFrameThatTakesTooLongAreStopped) {
     EXPECT_EQ(pixelAt(drawTwice(), 5, 5), (Rgba{255, 0, 0, 255}));
     EXPECT_EQ(program().getLastCompilationResult().getErrorMessage(),
               "2: the loop was stopped: its frame took too long");
+}
+
+const std::vector<vlMaths::Vector> behind{{-1, 3, 0.5F}, {3, -1, 0.5F}, {-1, -1, 0.5F}};
+
+TEST_F(LoopWatch, HiddenPixelsDoNotRun) {
+    const Shader& hidden = makeShader("hidden", place, endless);
+    addDraw(*operations_, makeMesh("behind", behind), hidden);
+    EXPECT_EQ(pixelAt(drawTwice(), 5, 5), (Rgba{255, 0, 0, 255}));
+    EXPECT_TRUE(hidden.getProgram()->getLastCompilationResult().isSuccess());
+    program().unload();
+    drawTwice();
+    EXPECT_EQ(hidden.getProgram()->getLastCompilationResult().getErrorMessage(), "3: " + stopped());
+}
+
+TEST_F(LoopWatch, HiddenPixelsThatWriteRunAllTheSame) {
+    Buffer& marks = *BufferManager::getInstance()->createOrRetrieve("marks");
+    marks.setElementByteSize(4);
+    marks.setElementCount(1);
+    ASSERT_TRUE(marks.load().has_value());
+    const auto handle = BufferManager::getInstance()->handleOf("marks");
+    ShaderManager::getInstance()->get("test")->addTexture(handle, 0, 0);
+    load("StructuredBuffer<float> marks : register(t0);"
+         "float4 main() : SV_TARGET { return float4(marks[0], 0, 0, 1); }");
+    Shader& hidden = makeShader("hidden",
+                                place,
+                                "RWStructuredBuffer<float> marks : register(u0);"
+                                "float4 main(float4 p : SV_POSITION) : SV_TARGET { float a = 1;"
+                                "for (int i = 0; i < int(p.x); ++i) a += sin(p.y + i);"
+                                "marks[0] = 1; return a; }");
+    hidden.addUavBuffer(handle, 0, 0);
+    addDraw(*operations_, makeMesh("behind", behind), hidden);
+    EXPECT_EQ(pixelAt(drawTwice(), 5, 5), (Rgba{255, 0, 0, 255}));
+}
+
+TEST_F(LoopWatch, PixelsThatLeaveTheirPlaceToOthersHideNothing) {
+    addDraw(*operations_, makeMesh("behind", behind), makeShader("behind", place, red));
+    BlendState& blend = *BlendStateManager::getInstance()->createOrRetrieve("coverage");
+    const auto handle = BlendStateManager::getInstance()->handleOf("coverage");
+    static_cast<RenderScenePass*>(operations_->getPass(1))->setBlendState(handle);
+    const std::string looping = "float a = 0; for (int i = 0; i < int(p.x); ++i) a += sin(p.y + i);"
+                                "const float kept = p.x < 64 ? a * 1e-9 : 1 + a * 1e-9;";
+    struct Case {
+        const char* outputs;
+        const char* body;
+        bool alphaToCoverage;
+    };
+    const Case cases[] = {{"float4 color : SV_TARGET;",
+                           "if (kept < 0.5) discard; o.color = float4(0, 1, 0, 1);",
+                           false},
+                          {"float4 color : SV_TARGET; float depth : SV_DEPTH;",
+                           "o.color = float4(0, 1, 0, 1); o.depth = kept < 0.5 ? 0.9 : 0.1;",
+                           false},
+                          {"float4 color : SV_TARGET;", "o.color = float4(0, 1, 0, kept);", true}};
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.body);
+        blend.setAlphaToCoverage(one.alphaToCoverage);
+        load("struct Out { " + std::string(one.outputs) +
+             " }; Out main(float4 p : SV_POSITION) { Out o;" + looping + one.body + " return o; }");
+        EXPECT_TRUE(isWatched());
+        const vlImages::Image picture = drawTwice();
+        EXPECT_EQ(pixelAt(picture, 5, 5), (Rgba{255, 0, 0, 255}));
+        EXPECT_EQ(pixelAt(picture, 100, 5), (Rgba{0, 255, 0, 255}));
+    }
 }
 
 } // namespace

@@ -114,6 +114,17 @@ takeSecondSource(PassState& state,
     return nullptr;
 }
 
+std::unique_ptr<StageModule> takeEarlyTests(const PassState& state,
+                                            const Program::Gpu& program,
+                                            std::vector<VkPipelineShaderStageCreateInfo>& stages) {
+    const bool tests = state.depthStencil.depthEnabled || state.depthStencil.stencilEnabled;
+    // Coverage comes from the alpha that the stage gives: what has none writes no depth either.
+    if (program.earlyPixel.empty() || !tests || state.alphaToCoverage) return nullptr;
+    auto module = std::make_unique<StageModule>(program.earlyPixel);
+    module->replace(stages, VK_SHADER_STAGE_FRAGMENT_BIT);
+    return module;
+}
+
 std::unique_ptr<StageModule> takePointSize(const Program::Gpu& program,
                                            const Mesh::Gpu& mesh,
                                            std::vector<VkPipelineShaderStageCreateInfo>& stages) {
@@ -207,6 +218,7 @@ Pipelines::make(const PipelineKey& key, const Program::Gpu& program, const Mesh:
     }
     auto stages = stagesOf(program);
     const auto secondSource = takeSecondSource(state, program, stages);
+    const auto early = secondSource ? nullptr : takeEarlyTests(state, program, stages);
     const auto pointSize = takePointSize(program, mesh, stages);
     const VertexInput input(program, mesh, instanceLayouts_[key.instanceLayout]);
     auto vertices = vulkan::vkInfo<VkPipelineVertexInputStateCreateInfo>(

@@ -5,6 +5,7 @@
 #include "render/Pipelines.h"
 #include "vulkan/Capabilities.h"
 #include "vulkan/Device.h"
+#include "vulkan/EarlyTests.h"
 #include "vulkan/PointSize.h"
 #include "vulkan/SecondSource.h"
 #include "vulkan/StageLimits.h"
@@ -315,6 +316,17 @@ vlCommon::Result<> makeLoopWords(Program::Gpu& gpu, const CompiledProgram& progr
     return {};
 }
 
+/// The words of watched loops are all that the pixel stage writes.
+bool writesOnlyLoopWords(const CompiledProgram& program) {
+    constexpr std::uint32_t pixel = 1U << static_cast<std::uint32_t>(SHADER_TYPE::PIXEL);
+    const auto& resources = program.reflection.resources;
+    return (program.tellingStages & pixel) != 0 &&
+           std::none_of(resources.begin(), resources.end(), [](const ReflectedResource& resource) {
+               return resource.resourceClass == RESOURCE_CLASS::UAV &&
+                      (resource.stageMask & pixel) != 0;
+           });
+}
+
 } // namespace
 
 Program::Program() = default;
@@ -368,6 +380,8 @@ makeProgramGpu(const CompiledProgram& program) {
     if ((gpu->reflection.colorTargetMask & firstTwo) == firstTwo &&
         Device::getInstance()->features().dualSrcBlend == VK_TRUE)
         gpu->secondSourcePixel = vulkan::withSecondSource(wordsOf(program, SHADER_TYPE::PIXEL));
+    if (writesOnlyLoopWords(program))
+        gpu->earlyPixel = vulkan::withEarlyTests(wordsOf(program, SHADER_TYPE::PIXEL));
     // Of points that other stages make, the device knows the size.
     if (gpu->has(SHADER_TYPE::VERTEX) && !gpu->has(SHADER_TYPE::HULL) &&
         !gpu->has(SHADER_TYPE::GEOMETRY))

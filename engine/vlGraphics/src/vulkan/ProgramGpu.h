@@ -42,6 +42,9 @@ struct Program::Gpu {
     /// The pixel stage with its second output as the second source of blending; empty where it has
     /// none or the device cannot.
     std::vector<std::uint32_t> secondSourcePixel;
+    /// The pixel stage with depth and stencil tested before it, where nothing but its watched loops
+    /// keeps the device from doing so by itself; else empty.
+    std::vector<std::uint32_t> earlyPixel;
     /// The vertex stage for lists of points; empty where it will do as it is.
     std::vector<std::uint32_t> pointVertex;
     /// Of stages whose loops are watched: what a stopped one tells by its number.
