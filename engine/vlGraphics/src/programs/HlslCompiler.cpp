@@ -1,6 +1,5 @@
 #include "programs/HlslCompiler.h"
 
-#include "programs/DeepStack.h"
 #include "programs/HlslIncluder.h"
 #include "programs/HlslMessages.h"
 #include "programs/HlslText.h"
@@ -51,9 +50,28 @@ constexpr std::array geometryStages{
 constexpr std::array computeStages{SHADER_TYPE::COMPUTE};
 constexpr std::array raytracingStages{SHADER_TYPE::RAYTRACING};
 
+void setUp(glslang::TShader& shader, EShLanguage language) {
+    shader.setEntryPoint("main");
+    shader.setSourceEntryPoint("main");
+    shader.setEnvInput(glslang::EShSourceHlsl, language, glslang::EShClientVulkan, 100);
+    shader.setEnvClient(glslang::EShClientVulkan, glslang::EShTargetVulkan_1_1);
+    shader.setEnvTarget(glslang::EShTargetSpv, glslang::EShTargetSpv_1_3);
+    shader.setHlslIoMapping(true);
+    shader.setAutoMapBindings(true);
+    shader.setAutoMapLocations(true);
+}
+
 /// The compiler's own tables, made before the first compilation and freed at exit.
 struct CompilerProcess {
-    CompilerProcess() { glslang::InitializeProcess(); }
+    CompilerProcess() {
+        glslang::InitializeProcess();
+        // The first text makes most of them.
+        glslang::TShader shader(EShLangVertex);
+        const char* const text = "void main() {}";
+        shader.setStrings(&text, 1);
+        setUp(shader, EShLangVertex);
+        shader.parse(GetDefaultResources(), 100, false, messages);
+    }
     ~CompilerProcess() { glslang::FinalizeProcess(); }
     CompilerProcess(const CompilerProcess&) = delete;
     CompilerProcess& operator=(const CompilerProcess&) = delete;
@@ -130,15 +148,7 @@ public:
         const int length = static_cast<int>(source_.size());
         shader_.setStringsWithLengths(&text, &length, 1);
         shader_.setPreamble(preamble_.c_str());
-        shader_.setEntryPoint("main");
-        shader_.setSourceEntryPoint("main");
-        shader_.setEnvInput(
-                glslang::EShSourceHlsl, languageOf(stage_), glslang::EShClientVulkan, 100);
-        shader_.setEnvClient(glslang::EShClientVulkan, glslang::EShTargetVulkan_1_1);
-        shader_.setEnvTarget(glslang::EShTargetSpv, glslang::EShTargetSpv_1_3);
-        shader_.setHlslIoMapping(true);
-        shader_.setAutoMapBindings(true);
-        shader_.setAutoMapLocations(true);
+        setUp(shader_, languageOf(stage_));
         if (!shader_.parse(GetDefaultResources(), 100, false, messages, includer_))
             return parseError();
         if (shader_.getIntermediate()->getNumEntryPoints() == 0)
@@ -216,9 +226,11 @@ using Faults = std::vector<ProgramDiagnostic>;
 using Stages = std::vector<std::unique_ptr<StageCompilation>>;
 
 /// Every stage for itself, so that one fault does not hide another stage's.
-Stages compileStages(const CompileRequest& request, IncludeFiles& files, Faults& faults) {
+Stages
+compileStages(const CompileRequest& request, IncludeFiles& files, Faults& faults, ApartNote& note) {
     Stages stages;
     for (const SHADER_TYPE stage : stagesOf(request.type)) {
+        note = static_cast<std::uint32_t>(stage);
         if (HlslText::isBlank(request.sources.getMemory(stage))) {
             if (isNeeded(request.type, stage, request.sources))
                 faults.push_back(HlslMessages::error(stage, "1: the source is empty"));
@@ -257,9 +269,12 @@ void findObstacle(CompiledProgram& program) {
 }
 
 /// The faults are those of a program that cannot be used.
-CompiledProgram compileProgram(const CompileRequest& request, IncludeFiles& files, Faults& faults) {
+CompiledProgram compileProgram(const CompileRequest& request,
+                               IncludeFiles& files,
+                               Faults& faults,
+                               ApartNote& note) {
     CompiledProgram compiled;
-    const Stages stages = compileStages(request, files, faults);
+    const Stages stages = compileStages(request, files, faults, note);
     if (!faults.empty()) return compiled;
     std::vector<LinkedStage> linked;
     for (const auto& compilation : stages)
@@ -271,6 +286,7 @@ CompiledProgram compileProgram(const CompileRequest& request, IncludeFiles& file
         return compiled;
     }
     for (const auto& compilation : stages) {
+        note = shaderTypeCount + static_cast<std::uint32_t>(compilation->stage());
         if (const std::string error = compilation->translate(request, compiled); !error.empty())
             faults.push_back(HlslMessages::error(compilation->stage(), error));
     }
@@ -286,9 +302,9 @@ CompiledProgram compileProgram(const CompileRequest& request, IncludeFiles& file
     return compiled;
 }
 
-CompileOutcome compileChecked(const CompileRequest& request, IncludeFiles& files) {
+CompileOutcome compileChecked(const CompileRequest& request, IncludeFiles& files, ApartNote& note) {
     Faults faults;
-    CompiledProgram compiled = compileProgram(request, files, faults);
+    CompiledProgram compiled = compileProgram(request, files, faults, note);
     if (faults.empty()) return compiled;
     for (ProgramDiagnostic& fault : faults)
         HlslMessages::finish(fault, files);
@@ -299,24 +315,17 @@ CompileOutcome failAt(SHADER_TYPE stage, StringView message) {
     return tl::unexpected(ProgramCompilationResult(stage, vlMemory::printable(message)));
 }
 
-CompileOutcome compileIn(const CompileRequest& request, IncludeFiles& files) {
-    static const CompilerProcess process;
+CompileOutcome compileIn(const CompileRequest& request, IncludeFiles& files, ApartNote& note) {
     if (request.type == PROGRAM_TYPE::NONE)
         return failAt(SHADER_TYPE::VERTEX, "1: the program has no type");
     if (request.type == PROGRAM_TYPE::RAYTRACING)
         return failAt(SHADER_TYPE::RAYTRACING, "1: ray tracing programs cannot be compiled here");
-    CompileOutcome outcome;
-    const auto compile = [&] {
-        try {
-            outcome = compileChecked(request, files);
-        } catch (const std::exception& error) {
-            outcome = failAt(stagesOf(request.type).front(),
-                             fmt::format("1: it cannot be compiled: {}", error.what()));
-        }
-    };
-    if (!runOnDeepStack(compile))
-        return failAt(stagesOf(request.type).front(), "1: no memory for the compiler's stack");
-    return outcome;
+    try {
+        return compileChecked(request, files, note);
+    } catch (const std::exception& error) {
+        return failAt(stagesOf(request.type).front(),
+                      fmt::format("1: it cannot be compiled: {}", error.what()));
+    }
 }
 
 } // namespace
@@ -337,21 +346,17 @@ std::span<const SHADER_TYPE> stagesOf(PROGRAM_TYPE type) {
     return {};
 }
 
-CompileReport compileHlsl(const CompileRequest& request) {
+void warmUpCompiler() {
+    static const CompilerProcess process;
+}
+
+CompileReport compileHere(const CompileRequest& request, ApartNote& note) {
+    warmUpCompiler();
     IncludeFiles files(request.workingPath, request.folder, request.filePrefix);
-    CompileReport report = compileIn(request, files);
+    CompileReport report = compileIn(request, files, note);
     report.probes = files.probes();
     report.includedFiles = files.names();
     return report;
-}
-
-CompileOutcome
-compileHlsl(PROGRAM_TYPE type, const ProgramSourcesHolder& sources, bool crossCompilerDefines) {
-    CompileRequest request;
-    request.type = type;
-    request.sources = sources;
-    request.crossCompilerDefines = crossCompilerDefines;
-    return compileHlsl(request).outcome;
 }
 
 } // namespace vlGraphics

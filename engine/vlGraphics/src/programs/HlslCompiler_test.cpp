@@ -306,6 +306,16 @@ TEST(HlslCompiler, ErrorsNameTheLineOfTheText) {
               "2:");
 }
 
+TEST(HlslCompiler, TextsThatTheCompilerBreaksDownOnAreALine) {
+    // What somebody typing leaves for a moment.
+    EXPECT_EQ(pixelError("float4 main() : SV_TARGET { return 1; }\nvoid half(float4 [\n// end\n"),
+              "2: the compiler breaks down on it");
+    EXPECT_EQ(pixelError("float4 main() : SV_TARGET\n{\n    float a = 1;\n    default:\n"
+                         "    return a;\n}\n"),
+              "4: the compiler breaks down on it");
+    EXPECT_EQ(pixelError(plainPixel), "compiled");
+}
+
 TEST(HlslCompiler, VariablesThatNoDeviceHoldsAreRefused) {
     const auto withArray = [](StringView count) {
         return fmt::format("float4 main(float4 p : SV_POSITION) : SV_TARGET {{ float4 q[{}];\n"

@@ -144,6 +144,10 @@ template <class Archive> void put(Archive& archive, CompiledProgram& program) {
            program.mostPasses);
 }
 
+template <class Archive> void put(Archive& archive, ProgramDiagnostic& diagnostic) {
+    putAll(archive, diagnostic.stage, diagnostic.file, diagnostic.line, diagnostic.text);
+}
+
 template <class Archive> void put(Archive& archive, IncludeProbe& probe) {
     bool isThere = probe.content.has_value();
     Digest content = probe.content.value_or(Digest());
@@ -160,19 +164,30 @@ requires(!Plain<T>) void put(Archive& archive, std::vector<T>& values) {
         put(archive, value);
 }
 
+template <class Archive> void put(Archive& archive, CompileOutcome& outcome) {
+    bool isProgram = outcome.has_value();
+    std::vector<ProgramDiagnostic> faults;
+    if (!isProgram) faults = outcome.error().getDiagnostics();
+    put(archive, isProgram);
+    if (isProgram) return put(archive, *outcome);
+    put(archive, faults);
+    if constexpr (Archive::isReading)
+        outcome = tl::unexpected(ProgramCompilationResult(std::move(faults)));
+}
+
 } // namespace
 
 std::vector<std::byte> toBytes(const CompileReport& report) {
     CompileReport copy = report; // writing and reading share their words, and reading changes
     Writer writer;
-    putAll(writer, *copy.outcome, copy.probes, copy.includedFiles);
+    putAll(writer, copy.outcome, copy.probes, copy.includedFiles);
     return writer.take();
 }
 
 std::optional<CompileReport> reportFrom(std::span<const std::byte> bytes) {
     CompileReport report{CompiledProgram()};
     Reader reader(bytes);
-    putAll(reader, *report.outcome, report.probes, report.includedFiles);
+    putAll(reader, report.outcome, report.probes, report.includedFiles);
     return reader.isWhole() ? std::optional(std::move(report)) : std::nullopt;
 }
 
