@@ -46,7 +46,7 @@ struct ReflectedResource {
     RESOURCE_SHAPE shape = RESOURCE_SHAPE::OTHER;
     bool isBuffer = false;      ///< a structured or byte address buffer behind a t or u register
     bool isTexelBuffer = false; ///< a typed buffer behind one: Buffer, RWBuffer
-    /// A sampler that compares, or a texture that is sampled with comparison alone: of depth.
+    /// A sampler that compares, or a texture that is sampled with comparison and so is of depth.
     bool isComparison = false;
     /// Of an append or consume buffer: the 32-bit number of its elements, which has a u register
     /// of its own.

@@ -67,7 +67,7 @@ inline constexpr CorpusSource corpus[] = {
             SamplerState plain : register(s0);
             float4 main(float4 p : SV_POSITION) : SV_TARGET {
                 return a.SampleCmp(s, p.xy, p.z) + a.Sample(plain, p.xy); })",
-         "t0.0 a 2D; s0.0 plain Sampler; s1.0 s Sampler compares; "},
+         "t0.0 a 2D depth; s0.0 plain Sampler; s1.0 s Sampler compares; "},
         {onPixel,
          R"(Texture2D a[3] : register(t2); SamplerState s[2] : register(s0); Texture2D b : register(t5);
             float4 main() : SV_TARGET {

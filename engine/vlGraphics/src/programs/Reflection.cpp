@@ -167,7 +167,10 @@ private:
             if (!overlaps) continue;
             if (!isShareable(known, found)) return sharedFault(known, found, mapped);
             known.stageMask |= found.stageMask;
-            known.isComparison = known.isComparison && found.isComparison;
+            // A texture that is compared must be of depth, however else it is read.
+            known.isComparison = found.resourceClass == RESOURCE_CLASS::TEXTURE
+                                         ? known.isComparison || found.isComparison
+                                         : known.isComparison && found.isComparison;
             if (found.byteSize > known.byteSize) {
                 known.byteSize = found.byteSize;
                 known.members = std::move(found.members);
