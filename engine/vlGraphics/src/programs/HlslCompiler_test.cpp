@@ -306,6 +306,29 @@ TEST(HlslCompiler, ErrorsNameTheLineOfTheText) {
               "2:");
 }
 
+TEST(HlslCompiler, PixelOutputsGetTheirTargets) {
+    const auto targetsOf = [](StringView pixel) {
+        const CompileOutcome outcome = compile(plainVertex, pixel);
+        return outcome ? fmt::format("{:b}", outcome->reflection.colorTargetMask)
+                       : std::string(outcome.error().getErrorMessage());
+    };
+    const std::string pair = "struct O { float4 a[2] : SV_TARGET1; float4 b";
+    const std::string made = " main() { O o; o.a[0] = o.a[1] = 1; o.b = 2; return o; }";
+    EXPECT_EQ(targetsOf(pair + " : SV_TARGET4; }; O" + made), "10110");
+    EXPECT_EQ(targetsOf(pair + " : SV_TARGET2; }; O" + made),
+              "1: SV_TARGET2: another output has that target");
+    EXPECT_EQ(targetsOf(pair + "; }; O" + made), "111");
+    EXPECT_EQ(targetsOf("float4 main() { return 1; }"), "1");
+    EXPECT_EQ(targetsOf("float4 main(out float4 a : SV_TARGET, out float4 b : GLOW) : COLOR1 {"
+                        "a = b = 1; return 1; }"),
+              "111");
+    EXPECT_EQ(targetsOf("struct O { float4 a; float4 b; };"
+                        "O main() : SV_TARGET1 { O o; o.a = o.b = 1; return o; }"),
+              "110");
+    EXPECT_EQ(targetsOf("float4 main() : SV_TARGET8 { return 1; }"),
+              "1: SV_TARGET8 is past SV_TARGET7");
+}
+
 TEST(HlslCompiler, TextsThatTheCompilerBreaksDownOnAreALine) {
     // What somebody typing leaves for a moment.
     EXPECT_EQ(pixelError("float4 main() : SV_TARGET { return 1; }\nvoid half(float4 [\n// end\n"),

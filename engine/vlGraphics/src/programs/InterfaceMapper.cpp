@@ -25,6 +25,7 @@ using glslang::TType;
 using glslang::TVarEntryInfo;
 
 constexpr std::uint32_t locationCount = 32;
+constexpr std::uint32_t targetCount = 8;
 
 struct FixedLocation {
     vlMemory::StringView semantic;
@@ -52,6 +53,13 @@ public:
         } else {
             found->locationCount = std::max(found->locationCount, count);
         }
+    }
+
+    /// False where another is there, or it lies past the last.
+    bool noteAt(const std::string& semantic, std::uint32_t location, std::uint32_t count) {
+        if (!isFree(location, count)) return false;
+        take(entries_.emplace_back(PlacedSemantic{semantic, locationCount, count}), location);
+        return true;
     }
 
     void placeAll(bool usesFixed) {
@@ -106,6 +114,7 @@ public:
     void placeAll() {
         vertexInputs_.placeAll(true);
         varyings_.placeAll(false);
+        targets_.placeAll(false);
     }
     const std::optional<ProgramDiagnostic>& failure() const { return failure_; }
     MappedInterfaces take() {
@@ -324,14 +333,16 @@ private:
                 glslang::TIntermediate::computeTypeLocationSize(type, language));
     }
 
+    /// A struct without members has nothing to place.
+    static bool isPlaced(const TVarEntryInfo& entry) {
+        const TType& type = entry.symbol->getType();
+        return !type.isBuiltIn() && !(type.isStruct() && type.getStruct()->empty());
+    }
+
     void noteVarying(EShLanguage language, const TVarEntryInfo& entry) {
-        if (entry.symbol->getType().isBuiltIn()) return;
+        if (!isPlaced(entry)) return;
         const std::string semantic = semanticOf(entry);
-        if (isPixelOutput(language, entry)) {
-            if (!semantic.starts_with("SV_TARGET") && !colorTarget(semantic))
-                fail(entry, fmt::format("'{}': a pixel output needs SV_TARGET", semantic));
-            return;
-        }
+        if (isPixelOutput(language, entry)) return noteTarget(entry);
         if (!isVertexInput(language, entry)) {
             varyings_.note(semantic, locationsOf(language, entry));
             if (entry.symbol->getQualifier().isPipeInput())
@@ -343,24 +354,56 @@ private:
         vertexInputs_.note(semantic, locationsOf(language, entry));
     }
 
-    /// The target of COLOR and COLOR1 to COLOR7, which older texts write instead of SV_TARGET.
-    static std::optional<int> colorTarget(const std::string& semantic) {
-        if (semantic == "COLOR") return 0;
-        const bool isIndexed = semantic.size() == 6 && semantic.starts_with("COLOR") &&
-                               semantic[5] >= '1' && semantic[5] <= '7';
-        return isIndexed ? std::optional(semantic[5] - '0') : std::nullopt;
+    void noteTarget(const TVarEntryInfo& entry) {
+        const std::string name(nameOf(entry));
+        const std::uint32_t count = locationsOf(EShLangFragment, entry);
+        const auto first = declaredTarget(entry);
+        if (!first) return targets_.note(name, count);
+        std::uint32_t target = *first;
+        // The elements of an array all say the first one's.
+        if (name.ends_with(']')) {
+            std::uint32_t& made = madeOfArrays_[{name.substr(0, name.rfind('[')), target}];
+            target += std::exchange(made, made + count);
+        }
+        if (target + count > targetCount)
+            return fail(entry,
+                        fmt::format("SV_TARGET{} is past SV_TARGET{}", target, targetCount - 1));
+        if (targets_.noteAt(name, target, count)) return;
+        // Without a semantic the compiler counts on and does not see what is there.
+        if (entry.symbol->getQualifier().semanticName == nullptr)
+            targets_.note(name, count);
+        else
+            fail(entry, fmt::format("SV_TARGET{}: another output has that target", target));
+    }
+    /// Older texts write COLOR instead of SV_TARGET, which the compiler does not know.
+    static std::optional<std::uint32_t> declaredTarget(const TVarEntryInfo& entry) {
+        const TQualifier& qualifier = entry.symbol->getQualifier();
+        if (qualifier.hasLocation()) return qualifier.layoutLocation;
+        if (qualifier.semanticName == nullptr) return std::nullopt;
+        const std::string semantic = normalisedSemantic(qualifier.semanticName);
+        constexpr vlMemory::StringView color = "COLOR";
+        if (!semantic.starts_with(color)) return std::nullopt;
+        std::uint32_t target = 0;
+        const char* const end = semantic.data() + semantic.size();
+        const auto read = std::from_chars(semantic.data() + color.size(), end, target);
+        return read.ptr == end ? std::optional(target) : std::nullopt;
     }
 
     int locationFor(EShLanguage language, const TVarEntryInfo& entry) {
-        if (entry.symbol->getType().isBuiltIn()) return -1;
+        if (!isPlaced(entry)) return -1;
+        if (isPixelOutput(language, entry)) return targetFor(entry);
         const std::string semantic = semanticOf(entry);
-        // Targets have theirs from the number of SV_TARGET.
-        if (isPixelOutput(language, entry)) return colorTarget(semantic).value_or(-1);
         const LocationTable& table = isVertexInput(language, entry) ? vertexInputs_ : varyings_;
         const auto location = table.find(semantic);
         if (location) return static_cast<int>(*location);
         fail(entry,
              fmt::format("'{}': more than {} vectors between stages", semantic, locationCount));
+        return -1;
+    }
+    int targetFor(const TVarEntryInfo& entry) {
+        const auto target = targets_.find(std::string(nameOf(entry)));
+        if (target && *target < targetCount) return static_cast<int>(*target);
+        fail(entry, fmt::format("more than {} targets are written", targetCount));
         return -1;
     }
 
@@ -371,6 +414,9 @@ private:
     LocationTable vertexInputs_;
     std::set<std::string> vertexInputsSeen_;
     LocationTable varyings_;
+    LocationTable targets_; ///< of the pixel stage, by name
+    /// Locations of elements, by the array and its target.
+    std::map<std::pair<std::string, std::uint32_t>, std::uint32_t> madeOfArrays_;
     MappedInterfaces mapped_;
     std::optional<ProgramDiagnostic> failure_;
 };

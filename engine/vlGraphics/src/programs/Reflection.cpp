@@ -69,12 +69,12 @@ public:
                 if (auto fault = addResource(kind, resource)) return fault;
         varyings_.stage = stage_;
         for (const spvc_reflected_resource& output : list(SPVC_RESOURCE_TYPE_STAGE_OUTPUT))
-            varyings_.outputs.push_back(varying(output, false));
+            if (!isEmpty(output)) varyings_.outputs.push_back(varying(output, false));
         if (stage_ == SHADER_TYPE::VERTEX) {
             addInputs();
         } else {
             for (const spvc_reflected_resource& input : list(SPVC_RESOURCE_TYPE_STAGE_INPUT))
-                varyings_.inputs.push_back(varying(input, true));
+                if (!isEmpty(input)) varyings_.inputs.push_back(varying(input, true));
         }
         if (stage_ == SHADER_TYPE::PIXEL) countTargets();
         if (stage_ == SHADER_TYPE::COMPUTE) readGroupSize();
@@ -197,6 +197,13 @@ private:
         return fault;
     }
 
+    /// A struct without members.
+    bool isEmpty(const spvc_reflected_resource& resource) const {
+        const spvc_type type = spvc_compiler_get_type_handle(compiler_, resource.type_id);
+        return spvc_type_get_basetype(type) == SPVC_BASETYPE_STRUCT &&
+               spvc_type_get_num_member_types(type) == 0;
+    }
+
     Varying varying(const spvc_reflected_resource& resource, bool isInput) const {
         Varying made;
         const spvc_type type = spvc_compiler_get_type_handle(compiler_, resource.type_id);
@@ -236,6 +243,7 @@ private:
 
     void countTargets() {
         for (const spvc_reflected_resource& output : list(SPVC_RESOURCE_TYPE_STAGE_OUTPUT)) {
+            if (isEmpty(output)) continue;
             const std::uint32_t location = decoration(output, SpvDecorationLocation);
             into_.colorTargetCount = std::max(into_.colorTargetCount, location + 1);
             if (location < 32) into_.colorTargetMask |= 1U << location;
