@@ -9,6 +9,7 @@
 #include "programs/ModuleFault.h"
 #include "programs/ModuleMender.h"
 #include "programs/Reflection.h"
+#include "programs/ResourceVariables.h"
 #include "programs/SourceBounds.h"
 #include "programs/VariableSize.h"
 
@@ -175,6 +176,8 @@ public:
             if (request.boundLoops) boundLoops(*intermediate, request, into);
             options.disableOptimizer = false;
             glslang::SpirvToolsTransform(*intermediate, spirv, &logger, &options);
+            if (const std::string fault = replaceResourceVariables(spirv); !fault.empty())
+                return "1: " + fault;
         }
         if (const std::uint64_t bytes = variableBytes(spirv); bytes > maxVariableBytes)
             return fmt::format("1: the variables have {} bytes, more than the {} possible",

@@ -1,5 +1,6 @@
 #include "programs/DefaultResources.h"
 #include "programs/HlslCompiler.h"
+#include "vulkan/SpirvWords.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -327,6 +328,27 @@ TEST(HlslCompiler, PixelOutputsGetTheirTargets) {
               "110");
     EXPECT_EQ(targetsOf("float4 main() : SV_TARGET8 { return 1; }"),
               "1: SV_TARGET8 is past SV_TARGET7");
+}
+
+TEST(HlslCompiler, ResourcesThatFunctionsGetAreNotCopied) {
+    const std::string arrays = "Texture2D a[2] : register(t0); Texture2D b[2] : register(t2);"
+                               "SamplerState s : register(s0);\n";
+    const CompileOutcome outcome = compile(
+            plainVertex,
+            arrays + "float4 at(Texture2D t[2], int i) { return t[i].Sample(s, float2(0, 0)); }"
+                     "float4 main(float4 p : SV_POSITION) : SV_TARGET {"
+                     "int i = int(p.x) % 2; return at(a, i) + at(b, i); }");
+    ASSERT_TRUE(outcome) << outcome.error().getErrorMessage();
+    constexpr std::uint32_t opVariable = 59, ofFunction = 7;
+    const auto& words = outcome->spirv[static_cast<std::size_t>(SHADER_TYPE::PIXEL)];
+    vulkan::eachInstruction(words, [&](std::uint32_t opcode, std::size_t at, std::size_t) {
+        EXPECT_FALSE(opcode == opVariable && words[at + 3] == ofFunction);
+    });
+    EXPECT_EQ(pixelError(arrays + "float4 main(float4 p : SV_POSITION) : SV_TARGET {"
+                                  "Texture2D t[2] = a; if (p.x > 2) t = b;"
+                                  "return t[int(p.y)].Sample(s, p.xy); }"),
+              "1: a texture, a buffer or a sampler is in a variable of which the compiler cannot "
+              "say what it stands for");
 }
 
 TEST(HlslCompiler, TextsThatTheCompilerBreaksDownOnAreALine) {
