@@ -266,6 +266,11 @@ inline constexpr CorpusSource corpus[] = {
                 uint old; InterlockedCompareExchange(b[0], 1, 2, old);
                 InterlockedOr(a[uint2(0, 0)], 4, old); b[1] = old; })",
          "u0.0 a 2D f42!; u1.0 b Structured /4; "},
+        {onGroup,
+         R"(RWTexture2D<float3> a : register(u0); RWBuffer<int3> b : register(u1);
+            [numthreads(1, 1, 1)] void main(uint3 i : SV_DispatchThreadID) {
+                a[i.xy] = float3(1, 2, 3); b[i.x] = int3(i); })",
+         "u0.0 a 2D f2!; u1.0 b Texel f4!; "},
 
         // What is refused.
         {onPixel,

@@ -15,8 +15,11 @@ using Words = std::vector<std::uint32_t>;
 // Numbers of SPIR-V.
 enum Operation : std::uint32_t {
     typeInt = 21,
+    typeVector = 23,
     typePointer = 32,
     decorate = 71,
+    vectorShuffle = 79,
+    imageWrite = 99,
     bitcast = 124,
     atomicExchange = 229,
     atomicCompareExchange = 230,
@@ -40,7 +43,10 @@ public:
           mended_(from.begin(), from.begin() + vulkan::spirvHeaderWords) {}
 
     Words run() {
+        findVectors();
         vulkan::eachInstruction(from_, [&](std::uint32_t op, std::size_t at, std::size_t count) {
+            if (count >= 3 && threes_.contains(from_[at + 1]))
+                types_[from_[at + 2]] = from_[at + 1];
             if (count >= 3 &&
                 (integers_.contains(from_[at + 1]) || targets_.contains(from_[at + 1])))
                 types_[from_[at + 2]] = from_[at + 1];
@@ -53,6 +59,14 @@ public:
     }
 
 private:
+    void findVectors() {
+        vulkan::eachInstruction(from_, [&](std::uint32_t op, std::size_t at, std::size_t) {
+            if (op != typeVector) return;
+            if (from_[at + 3] == 3) threes_[from_[at + 1]] = from_[at + 2];
+            if (from_[at + 3] == 4) fours_[from_[at + 2]] = from_[at + 1];
+        });
+    }
+
     void copy(std::uint32_t op, std::size_t at, std::size_t count) {
         const bool isArithmetic = op >= firstAtomicArithmetic && op <= lastAtomicArithmetic;
         const bool compares = op == atomicCompareExchange;
@@ -60,11 +74,40 @@ private:
                           from_.begin() + static_cast<std::ptrdiff_t>(at + count));
         if (isArithmetic || compares || op == atomicExchange)
             adapt(instruction, compares);
+        else if (op == imageWrite)
+            widenTexel(instruction);
         else
             append(instruction);
+        if (op == typeVector && instruction[3] == 3) addFour(instruction[2]);
         const bool isLane = op == decorate && count == 4 && instruction[2] == builtIn &&
                             (instruction[3] == subgroupSize || instruction[3] == subgroupLane);
         if (isLane && isPixel_) append({head(decorate, 3), instruction[1], flat});
+    }
+
+    /// A type has one declaration.
+    void addFour(std::uint32_t number) {
+        if (fours_.contains(number)) return;
+        fours_[number] = mended_[boundWord]++;
+        append({head(typeVector, 4), fours_[number], number, 4});
+    }
+
+    /// No format has three numbers; what has four is to be given four.
+    void widenTexel(Words& instruction) {
+        const auto type = types_.find(instruction[3]);
+        const auto three = type == types_.end() ? threes_.end() : threes_.find(type->second);
+        if (three != threes_.end()) {
+            const std::uint32_t texel = std::exchange(instruction[3], mended_[boundWord]++);
+            append({head(vectorShuffle, 9),
+                    fours_[three->second],
+                    instruction[3],
+                    texel,
+                    texel,
+                    0,
+                    1,
+                    2,
+                    0});
+        }
+        append(instruction);
     }
 
     /// Makes all numbers of an atomic operation those that its pointer points to.
@@ -97,15 +140,18 @@ private:
     const Words& from_;
     bool isPixel_;
     Words mended_;
-    std::unordered_set<std::uint32_t> integers_;               ///< types
+    std::unordered_set<std::uint32_t> integers_;              ///< types
+    std::unordered_map<std::uint32_t, std::uint32_t> threes_; ///< types of three, to their number's
+    std::unordered_map<std::uint32_t, std::uint32_t> fours_;  ///< of four, by their number's
     std::unordered_map<std::uint32_t, std::uint32_t> targets_; ///< of pointers to them, by type
-    std::unordered_map<std::uint32_t, std::uint32_t> types_;   ///< of integers and such pointers
+    /// Of integers, of pointers to them, and of vectors of three.
+    std::unordered_map<std::uint32_t, std::uint32_t> types_;
 };
 
 bool mayNeedMending(const Words& spirv) {
     bool may = false;
     vulkan::eachInstruction(spirv, [&](std::uint32_t op, std::size_t at, std::size_t count) {
-        may = may || (op >= atomicExchange && op <= lastAtomicArithmetic) ||
+        may = may || (op >= atomicExchange && op <= lastAtomicArithmetic) || op == imageWrite ||
               (op == decorate && count == 4 && spirv[at + 2] == builtIn &&
                (spirv[at + 3] == subgroupSize || spirv[at + 3] == subgroupLane));
     });
