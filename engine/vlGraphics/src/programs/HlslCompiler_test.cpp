@@ -330,6 +330,13 @@ TEST(HlslCompiler, PixelOutputsGetTheirTargets) {
               "1: SV_TARGET8 is past SV_TARGET7");
 }
 
+TEST(HlslCompiler, NothingFeedsTheComputeStage) {
+    const CompileOutcome outcome = compileCompute("[numthreads(1, 1, 1)] void main(uint i : WHICH)"
+                                                  "{}");
+    ASSERT_FALSE(outcome);
+    EXPECT_EQ(outcome.error().getErrorMessage(), "1: 'WHICH': nothing feeds the compute stage");
+}
+
 TEST(HlslCompiler, ResourcesThatFunctionsGetAreNotCopied) {
     const std::string arrays = "Texture2D a[2] : register(t0); Texture2D b[2] : register(t2);"
                                "SamplerState s : register(s0);\n";
