@@ -69,6 +69,12 @@ inline constexpr CorpusSource corpus[] = {
                 return a.SampleCmp(s, p.xy, p.z) + a.Sample(plain, p.xy); })",
          "t0.0 a 2D depth; s0.0 plain Sampler; s1.0 s Sampler compares; "},
         {onPixel,
+         R"(Texture2D a : register(t1); SamplerComparisonState s : register(s1);
+            float lit(Texture2D map, SamplerComparisonState how, float3 at) {
+                return map.SampleCmp(how, at.xy, at.z); }
+            float4 main(float4 p : SV_POSITION) : SV_TARGET { return lit(a, s, p.xyz); })",
+         "t1.0 a 2D depth; s1.0 s Sampler compares; "},
+        {onPixel,
          R"(Texture2D a[3] : register(t2); SamplerState s[2] : register(s0); Texture2D b : register(t5);
             float4 main() : SV_TARGET {
                 return a[2].Sample(s[1], float2(0, 0)) + a[0].Sample(s[0], float2(0, 0)) +
@@ -87,6 +93,10 @@ inline constexpr CorpusSource corpus[] = {
          R"([[vk::input_attachment_index(0)]] SubpassInput a : register(t0);
             float4 main() : SV_TARGET { return a.SubpassLoad(); })",
          "t0.0 a Other; 'a': a subpass input cannot be bound"},
+        {onPixel,
+         R"([[vk::input_attachment_index(0)]] SubpassInput a : register(t0);
+            float4 main() : SV_TARGET { return 1; })",
+         "a subpass input cannot be bound"},
         {onPixel,
          R"(Texture2D a : register(t0); Texture2D b : register(t0); SamplerState s : register(s0);
             float4 main() : SV_TARGET {

@@ -1,8 +1,10 @@
 #include "programs/Reflection.h"
 
 #include "programs/BindingModel.h"
+#include "programs/ComparedTextures.h"
 #include "programs/ResourceTypes.h"
 #include "programs/StageVaryings.h"
+#include "vulkan/SpirvWords.h"
 
 #include <fmt/format.h>
 #include <spirv_cross/spirv_cross_c.h>
@@ -13,6 +15,7 @@
 #include <span>
 #include <string>
 #include <tuple>
+#include <unordered_set>
 #include <utility>
 
 namespace vlGraphics {
@@ -64,9 +67,12 @@ public:
         if (!parsed)
             return diagnostic(fmt::format("it cannot be reflected: {}",
                                           spvc_context_get_last_error_string(made)));
+        compared_ = findComparedTextures(spirv);
         for (const spvc_resource_type kind : resourceKinds)
             for (const spvc_reflected_resource& resource : list(kind))
                 if (auto fault = addResource(kind, resource)) return fault;
+        // What is declared and not used stands in the way, too.
+        if (hasSubpassInputs(spirv)) setObstacle("a subpass input cannot be bound");
         varyings_.stage = stage_;
         for (const spvc_reflected_resource& output : list(SPVC_RESOURCE_TYPE_STAGE_OUTPUT))
             if (!isEmpty(output)) varyings_.outputs.push_back(varying(output, false));
@@ -82,6 +88,15 @@ public:
     }
 
 private:
+    static bool hasSubpassInputs(std::span<const std::uint32_t> spirv) {
+        constexpr std::uint32_t opCapability = 17;
+        bool has = false;
+        vulkan::eachInstruction(spirv, [&](std::uint32_t opcode, std::size_t at, std::size_t) {
+            has = has || (opcode == opCapability && spirv[at + 1] == SpvCapabilityInputAttachment);
+        });
+        return has;
+    }
+
     ProgramDiagnostic diagnostic(std::string text) const {
         return {stage_, {}, 1, std::move(text)};
     }
@@ -120,6 +135,8 @@ private:
             mapped = mappedAt(found.space, binding);
         }
         std::string obstacle = ResourceTypes::describe(compiler_, kind, resource, found);
+        if (found.resourceClass == RESOURCE_CLASS::TEXTURE && compared_.contains(resource.id))
+            found.isComparison = true;
         if (mapped != nullptr) {
             if (mapped->isByteAddress && found.isBuffer)
                 found.shape = RESOURCE_SHAPE::BYTE_ADDRESS_BUFFER;
@@ -273,6 +290,7 @@ private:
     const MappedInterfaces& interfaces_;
     ProgramReflection& into_;
     StageVaryings& varyings_;
+    std::unordered_set<std::uint32_t> compared_; ///< textures' variables
     spvc_compiler compiler_ = nullptr;
     spvc_resources resources_ = nullptr;
 };
