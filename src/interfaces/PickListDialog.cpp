@@ -69,13 +69,16 @@ PickListDialog* PickListDialog::find(vlMemory::StringView name) {
 bool PickListDialog::open(vlMemory::StringView name,
                           const vlWinUi::Component& anchor,
                           Chosen chosen,
-                          vlMemory::StringView selected) {
+                          vlMemory::StringView selected,
+                          Offers offers) {
     PickListDialog* dialog = find(name);
     if (dialog == nullptr) {
         EditorLogger::getInstance().log("There is no list '" + std::string(name) + "'.", "Editor");
         return false;
     }
-    dialog->show(anchor, std::move(chosen), selected);
+    dialog->chosen_ = std::move(chosen);
+    dialog->offers_ = std::move(offers);
+    dialog->show(anchor, selected);
     return true;
 }
 
@@ -120,12 +123,9 @@ void PickListDialog::createWindow() {
     window.setLayout(std::move(layout));
 }
 
-void PickListDialog::show(const vlWinUi::Component& anchor,
-                          Chosen chosen,
-                          vlMemory::StringView selected) {
+void PickListDialog::show(const vlWinUi::Component& anchor, vlMemory::StringView selected) {
     auto& window = *ComponentManager::get<Window>(name_);
     ListBox& entries = listBoxOf(name_);
-    chosen_ = std::move(chosen);
     setFilter({});
     entries.select(std::nullopt);
     entries.selectByLabel(selected);
@@ -195,8 +195,9 @@ void PickListDialog::refresh() {
     const PickList* list = PickLists::getInstance().find(name_);
     if (list == nullptr || ComponentManager::get(name_) == nullptr) return;
     std::vector<vlWinUi::ListEntry> shown;
+    const auto isOffered = [this](const std::string& entry) { return !offers_ || offers_(entry); };
     for (const std::string& entry : list->getEntries())
-        if (contains(entry, filter_)) shown.push_back({entry, {}});
+        if (contains(entry, filter_) && isOffered(entry)) shown.push_back({entry, {}});
     ListBox& entries = listBoxOf(name_);
     entries.setPlaceHolder(filter_.empty() ? "There is nothing to choose from."
                                            : "No entry contains this.");

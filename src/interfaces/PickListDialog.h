@@ -17,6 +17,8 @@ namespace vlEditor {
 class PickListDialog final : public PickListListener {
 public:
     using Chosen = std::function<void(const std::string& entry)>;
+    /// Whether an entry is among those that a person may take; empty: all are.
+    using Offers = std::function<bool(const std::string& entry)>;
 
     /// One for each of PickLists that has none yet.
     static void createAll();
@@ -28,7 +30,8 @@ public:
     static bool open(vlMemory::StringView name,
                      const vlWinUi::Component& anchor,
                      Chosen chosen,
-                     vlMemory::StringView selected = {});
+                     vlMemory::StringView selected = {},
+                     Offers offers = {});
 
     explicit PickListDialog(PickList& list);
     ~PickListDialog();
@@ -43,7 +46,7 @@ public:
 
 private:
     void createWindow();
-    void show(const vlWinUi::Component& anchor, Chosen chosen, vlMemory::StringView selected);
+    void show(const vlWinUi::Component& anchor, vlMemory::StringView selected);
     /// Shows the list as it is now.
     void refresh();
     void refreshIfDue();
@@ -57,6 +60,7 @@ private:
     std::string label_;
     std::string filter_;
     Chosen chosen_;
+    Offers offers_;
     bool refreshDue_ = false;
     bool refreshQueued_ = false;
     /// Lets a queued call see that the dialog is gone.
