@@ -17,6 +17,7 @@
 #include "interfaces/history/History.h"
 #include "scene/GraphElementUiDataTracker.h"
 #include "scene/GraphManager.h"
+#include "scene/TextureReplacements.h"
 #include "viewport/EngineSurfaceTable.h"
 #include "viewport/EngineWindowEngineDataTracker.h"
 #include "viewport/EngineWindowUiDataTracker.h"
@@ -37,6 +38,7 @@ void endEngine() {
     ViewedCamera::connect(nullptr);
     // The contexts go while their windows still exist.
     EngineWindowEngineDataTracker::destroyInstance();
+    TextureReplacements::destroyInstance();
     GraphManager::destroyInstance();
     vlKestrion::System::shutdown();
     vlInputs::System::shutdown();

@@ -1,5 +1,7 @@
 #include "viewport/EngineWindowEngineData.h"
 
+#include "scene/TextureReplacements.h"
+
 #include <vlGraphics/Camera.h>
 #include <vlGraphics/Compositor.h>
 #include <vlGraphics/RenderContext.h>
@@ -42,6 +44,8 @@ EngineWindowEngineData::EngineWindowEngineData(std::shared_ptr<EngineSurfaceStat
 }
 
 EngineWindowEngineData::~EngineWindowEngineData() {
+    // Another context may come to lie where this one was.
+    if (TextureReplacements::hasInstance()) TextureReplacements::getInstance().forget(context_);
     vlGraphics::RenderContextManager::getInstance()->eraseFor(*surface_);
     vlGraphics::CameraManager::getInstance()->erase(cameraName(getName()));
     vlGraphics::CompositorManager::getInstance()->erase(compositorName(getName()));

@@ -1,5 +1,6 @@
 #include "core/EngineHandler.h"
 #include "core/MessageOrchestrator.h"
+#include "scene/TextureReplacements.h"
 #include "viewport/BasicCompositor.h"
 #include "viewport/EngineSurfaceTable.h"
 #include "viewport/EngineWindowEngineDataTracker.h"
@@ -7,6 +8,7 @@
 #include "viewport/EngineWindowResizeMessage.h"
 #include "viewport/EngineWindowShutdownMessage.h"
 
+#include <vlGraphics/DefaultNames.h>
 #include <vlGraphics/RenderContext.h>
 #include <vlGraphics/System.h>
 
@@ -90,6 +92,20 @@ TEST_F(EngineWindowResizeTest, TheOneThatActsResizesEveryViewport) {
     MessageOrchestrator::getInstance().drainGraphics();
     EXPECT_EQ(contextSize(*first), (Size{70, 30}));
     EXPECT_EQ(contextSize(*second), (Size{90, 20}));
+}
+
+TEST_F(EngineWindowResizeTest, AClosedWindowReplacesNoTextures) {
+    const auto* context =
+            vlGraphics::RenderContextManager::getInstance()->getRenderContextOf(*first);
+    ASSERT_NE(context, nullptr);
+    const auto texture =
+            vlGraphics::TextureManager::getInstance()->handleOf(vlGraphics::DefaultNames::texture);
+    auto& replacements = TextureReplacements::getInstance();
+    replacements.set(*context, texture, texture);
+    EXPECT_EQ(replacements.find(*context, texture), texture);
+    EngineWindowShutdownMessage("FIRST").runOnGraphicsThread();
+    EXPECT_EQ(replacements.getCount(), 0U);
+    TextureReplacements::destroyInstance();
 }
 
 } // namespace

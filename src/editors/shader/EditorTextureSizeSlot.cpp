@@ -1,6 +1,6 @@
 #include "editors/shader/EditorTextureSizeSlot.h"
 
-#include "editors/shader/TextureReplacements.h"
+#include "scene/TextureReplacements.h"
 
 #include <vlGraphics/DefaultNames.h>
 #include <vlGraphics/System.h>

@@ -6,10 +6,12 @@
 #include "editors/shader/ShaderBindingEdits.h"
 #include "editors/shader/ShaderSlotEdits.h"
 #include "editors/shader/ShaderWanted.h"
-#include "editors/shader/TextureReplacements.h"
+#include "interfaces/HeadlessSurface.h"
 #include "interfaces/ReservedNames.h"
+#include "scene/TextureReplacements.h"
 
 #include <vlGraphics/DefaultNames.h>
+#include <vlGraphics/RenderContext.h>
 #include <vlGraphics/RenderQueue.h>
 #include <vlWinUi/Automation.h>
 #include <vlWinUi/ComboBox.h>
@@ -381,6 +383,28 @@ TEST_P(ShaderEditor, WhatTheProgramWantsIsBoundByAClick) {
     EXPECT_TRUE(textures->isEntryMarked(textures->getEntry(0).label));
     EXPECT_EQ(History::getInstance().getDepth(), depth);
     expectInStep();
+}
+
+TEST_P(ShaderEditor, ATextureIsReplacedInItsContextAsLongAsBothAreThere) {
+    auto& textures = *vlGraphics::TextureManager::getInstance();
+    const auto wood = textures.handleOf(&makeTexture("wood", 8, 4));
+    const auto bark = textures.handleOf(&makeTexture("bark", 2, 16));
+    HeadlessSurface surface({32, 32});
+    auto& contexts = *vlGraphics::RenderContextManager::getInstance();
+    const auto context = contexts.createRenderContext(vlGraphics::RenderContextDescriptor(surface));
+    ASSERT_TRUE(context) << context.error().message;
+    auto& replacements = TextureReplacements::getInstance();
+    replacements.set(**context, wood, bark);
+    EXPECT_EQ(replacements.find(**context, wood), bark);
+    EXPECT_EQ(replacements.find(**context, bark), std::nullopt);
+    textures.erase("bark");
+    EXPECT_EQ(replacements.find(**context, wood), std::nullopt);
+    makeTexture("bark", 2, 16);
+    EXPECT_EQ(replacements.find(**context, wood), bark) << "as after an undo";
+    replacements.forget(**context);
+    EXPECT_EQ(replacements.find(**context, wood), std::nullopt);
+    contexts.eraseFor(surface);
+    TextureReplacements::destroyInstance();
 }
 
 TEST_P(ShaderEditor, NamesFollowWhatTheyNameWhileTheEditorRuns) {
