@@ -228,7 +228,7 @@ for _, prefix in ipairs {"_CBUF", "_TEX", "_SAMPLERS"} do
         same(#ui.items(wanted), count - 1, "what " .. prefix .. " still wants")
     end
 end
-for _, wanted in ipairs(record("d").wanted) do assert(wanted.bound, wanted.name) end
+for _, wanted in ipairs(record("d").wanted) do assert(#wanted.unboundSlots == 0, wanted.name) end
 for _, theme in ipairs {"dark", "light"} do
     for _, size in ipairs {{1280, 720}, {1920, 1080}} do
         ui.resize("VL_EDITOR_MAIN_WIN", size[1], size[2])

@@ -5,8 +5,6 @@
 #include "editors/shader/ShaderWanted.h"
 #include "interfaces/kinds/KindEntry.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 
 namespace vlEditor {
@@ -14,24 +12,6 @@ namespace vlEditor {
 tl::unexpected<vlCommon::Error> refuseShader(const vlGraphics::Shader& shader,
                                              const std::string& reason) {
     return vlCommon::fail(thingNamed(ShaderKind::texts, shader.getName()) + ": " + reason);
-}
-
-std::string addressText(std::string_view letter, std::uint32_t slot, std::uint32_t space) {
-    return space == 0 ? fmt::format("{}{}", letter, slot)
-                      : fmt::format("{}{} of space {}", letter, slot, space);
-}
-
-vlCommon::Result<> checkAddress(const vlGraphics::Shader& shader,
-                                std::string_view letter,
-                                std::uint32_t slot,
-                                std::uint32_t space) {
-    using vlGraphics::Shader;
-    if (slot <= Shader::lastSlot && space <= Shader::lastSpace) return {};
-    return refuseShader(shader,
-                        fmt::format("{} is out of reach: slots end at {}, spaces at {}",
-                                    addressText(letter, slot, space),
-                                    Shader::lastSlot,
-                                    Shader::lastSpace));
 }
 
 std::string ShaderKind::savePath(std::string chosen) {

@@ -1,6 +1,7 @@
 #pragma once
 // Textures, samplers and UAV buffers are bound alike: each family says once how the engine is told,
 // and the edits are written once over that.
+#include "editors/shader/ShaderAddress.h"
 #include "editors/shader/ShaderKind.h"
 
 namespace vlEditor {
@@ -45,6 +46,17 @@ struct ShaderUavs {
     static constexpr auto set = &vlGraphics::Shader::setUavBuffer;
     static vlCommon::Result<Resource> resolve(const vlGraphics::Shader& shader,
                                               const std::string& source);
+};
+
+/// What moving and removing need: a constant buffer has no resource of its own.
+struct ShaderBuffers {
+    static constexpr std::string_view letter = "b";
+    static constexpr auto list = &ShaderUiData::constantBuffers;
+    static constexpr auto at =
+            static_cast<const vlGraphics::ConstantBuffer* (vlGraphics::Shader::*)(std::uint32_t)
+                                const>(&vlGraphics::Shader::getConstantBufferPerIndex);
+    static constexpr auto forget = &vlGraphics::Shader::deleteConstantBuffer;
+    static constexpr auto move = &vlGraphics::Shader::changeConstantBufferAddress;
 };
 
 namespace detail {
@@ -115,14 +127,9 @@ template <class Family> struct AddNamedBinding {
     void readFrom(const ShaderUiData&) {}
 };
 
-template <class Family> struct DelBinding {
+template <class Family> struct DelBinding : ShaderAddress {
     using Kind = ShaderKind;
-    std::uint32_t slot = 0;
-    std::uint32_t space = 0;
 
-    static constexpr auto members() {
-        return std::tuple{Member{"slot", &DelBinding::slot}, Member{"space", &DelBinding::space}};
-    }
     void applyTo(vlGraphics::Shader& shader) const { (shader.*Family::forget)(slot, space); }
     void readFrom(const ShaderUiData&) {}
 };
@@ -188,14 +195,9 @@ struct ChangeShaderUavSource : ChangeBindingSource<ShaderUavs> {};
 
 /** With the address that the texture had when its source was chosen: one that has moved since in
  *  the list is found by it. */
-struct ChangeShaderTextureSource : ChangeBindingSource<ShaderTextures> {
-    std::uint32_t slot = 0;
-    std::uint32_t space = 0;
-
+struct ChangeShaderTextureSource : ChangeBindingSource<ShaderTextures>, ShaderAddress {
     static constexpr auto members() {
-        return std::tuple_cat(ChangeBindingSource::members(),
-                              std::tuple{Member{"slot", &ChangeShaderTextureSource::slot},
-                                         Member{"space", &ChangeShaderTextureSource::space}});
+        return std::tuple_cat(ChangeBindingSource::members(), ShaderAddress::members());
     }
     vlCommon::Result<> applyTo(vlGraphics::Shader& shader) const;
 };

@@ -81,12 +81,5 @@ public:
 /// "shader 'a': ..."
 tl::unexpected<vlCommon::Error> refuseShader(const vlGraphics::Shader& shader,
                                              const std::string& reason);
-/// "t3", or "t3 of space 1".
-std::string addressText(std::string_view letter, std::uint32_t slot, std::uint32_t space);
-/// Whether a program can reach the address; an error that names it where it cannot.
-vlCommon::Result<> checkAddress(const vlGraphics::Shader& shader,
-                                std::string_view letter,
-                                std::uint32_t slot,
-                                std::uint32_t space);
 
 } // namespace vlEditor

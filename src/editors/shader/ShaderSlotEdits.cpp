@@ -1,6 +1,5 @@
 #include "editors/shader/ShaderSlotEdits.h"
 
-#include "editors/shader/ShaderBindingEdits.h"
 #include "interfaces/ReservedNames.h"
 
 #include <fmt/format.h>
@@ -12,7 +11,6 @@ namespace {
 
 using vlGraphics::Shader;
 
-constexpr std::string_view bufferLetter = "b";
 /// Whose index is one more or less; that before the first is past the last.
 constexpr std::uint32_t besides(std::uint32_t index, int by) {
     return index + static_cast<std::uint32_t>(by);
@@ -38,31 +36,16 @@ findBuffer(const Shader& shader, std::uint32_t slot, std::uint32_t space) {
 }
 
 std::string noBufferText(std::uint32_t slot, std::uint32_t space) {
-    return "there is no constant buffer at " + addressText(bufferLetter, slot, space);
+    return "there is no constant buffer at " + addressText(ShaderBuffers::letter, slot, space);
 }
 
 } // namespace
 
 vlCommon::Result<> ChangeShaderAddConstantBuffer::applyTo(Shader& shader) const {
-    using At = const vlGraphics::ConstantBuffer* (Shader::*)(std::uint32_t) const;
-    const std::uint32_t slot =
-            lowestFreeSlot(shader, static_cast<At>(&Shader::getConstantBufferPerIndex));
-    if (auto good = checkAddress(shader, bufferLetter, slot, 0); !good) return good;
+    const std::uint32_t slot = lowestFreeSlot(shader, ShaderBuffers::at);
+    if (auto good = checkAddress(shader, ShaderBuffers::letter, slot, 0); !good) return good;
     shader.addConstantBuffer(slot, 0);
     return {};
-}
-
-vlCommon::Result<> ChangeShaderConstantBufferBindings::applyTo(Shader& shader) const {
-    if (std::as_const(shader).getConstantBufferPerIndex(index) == nullptr) return {};
-    if (auto good = checkAddress(shader, bufferLetter, newSlot, newSpace); !good) return good;
-    if (shader.changeConstantBufferAddress(index, newSlot, newSpace)) return {};
-    return refuseShader(shader, addressText(bufferLetter, newSlot, newSpace) + " is taken");
-}
-
-void ChangeShaderConstantBufferBindings::readFrom(const ShaderUiData& record) {
-    if (index >= record.constantBuffers.size()) return;
-    newSlot = record.constantBuffers[index].slot;
-    newSpace = record.constantBuffers[index].space;
 }
 
 void ChangeShaderConstantBufferBindings::applyTo(ShaderUiData& shown, const ShaderUiData&) const {
@@ -93,7 +76,7 @@ vlCommon::Result<vlGraphics::ShaderPassMemorySlot*> PassSlotPlace::find(Shader& 
     if (slotIndex >= buffer->getPassMemorySlotCount()) {
         return refuseShader(shader,
                             fmt::format("the constant buffer at {} has no slot {}",
-                                        addressText(bufferLetter, slot, space),
+                                        addressText(ShaderBuffers::letter, slot, space),
                                         slotIndex));
     }
     return shader.getConstantBuffer(slot, space)->getPassMemorySlot(slotIndex);

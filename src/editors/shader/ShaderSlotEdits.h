@@ -1,6 +1,6 @@
 #pragma once
 #include "editors/shader/PassSlotTypes.h"
-#include "editors/shader/ShaderKind.h"
+#include "editors/shader/ShaderBindingEdits.h"
 
 namespace vlEditor {
 
@@ -13,47 +13,22 @@ struct ChangeShaderAddConstantBuffer {
     void readFrom(const ShaderUiData&) {}
 };
 
-struct ChangeShaderDelConstantBuffer {
-    using Kind = ShaderKind;
-    std::uint32_t slot = 0;
-    std::uint32_t space = 0;
+struct ChangeShaderDelConstantBuffer : DelBinding<ShaderBuffers> {};
 
-    static constexpr auto members() {
-        return std::tuple{Member{"slot", &ChangeShaderDelConstantBuffer::slot},
-                          Member{"space", &ChangeShaderDelConstantBuffer::space}};
-    }
-    void applyTo(vlGraphics::Shader& shader) const { shader.deleteConstantBuffer(slot, space); }
-    void readFrom(const ShaderUiData&) {}
-};
-
-struct ChangeShaderConstantBufferBindings {
-    using Kind = ShaderKind;
-    std::uint32_t index = 0;
-    std::uint32_t newSpace = 0;
-    std::uint32_t newSlot = 0;
-
-    static constexpr auto members() {
-        return std::tuple{Member{"index", &ChangeShaderConstantBufferBindings::index},
-                          Member{"newSpace", &ChangeShaderConstantBufferBindings::newSpace},
-                          Member{"newSlot", &ChangeShaderConstantBufferBindings::newSlot}};
-    }
-    vlCommon::Result<> applyTo(vlGraphics::Shader& shader) const;
-    void readFrom(const ShaderUiData& record);
+struct ChangeShaderConstantBufferBindings : ChangeBindingAddress<ShaderBuffers> {
+    using ChangeBindingAddress::applyTo;
     void applyTo(ShaderUiData& shown, const ShaderUiData& fresh) const;
 };
 
 /** A slot of the constant buffer at an address. Where there is no such slot an edit changes
  * nothing, with an error. */
-struct PassSlotPlace {
+struct PassSlotPlace : ShaderAddress {
     using Kind = ShaderKind;
-    std::uint32_t space = 0;
-    std::uint32_t slot = 0;
     std::uint32_t slotIndex = 0;
 
     static constexpr auto members() {
-        return std::tuple{Member{"space", &PassSlotPlace::space},
-                          Member{"slot", &PassSlotPlace::slot},
-                          Member{"slotIndex", &PassSlotPlace::slotIndex}};
+        return std::tuple_cat(ShaderAddress::members(),
+                              std::tuple{Member{"slotIndex", &PassSlotPlace::slotIndex}});
     }
     /// Null where there is none.
     const ShaderPassSlotUiData* find(const ShaderUiData& record) const;
@@ -66,15 +41,9 @@ struct PassSlotPlace {
     void readFrom(const ShaderUiData&) {}
 };
 
-struct ChangeShaderAddPassSlot {
+struct ChangeShaderAddPassSlot : ShaderAddress {
     using Kind = ShaderKind;
-    std::uint32_t space = 0;
-    std::uint32_t slot = 0;
 
-    static constexpr auto members() {
-        return std::tuple{Member{"space", &ChangeShaderAddPassSlot::space},
-                          Member{"slot", &ChangeShaderAddPassSlot::slot}};
-    }
     vlCommon::Result<> applyTo(vlGraphics::Shader& shader) const;
     void readFrom(const ShaderUiData&) {}
     void applyTo(ShaderUiData& shown, const ShaderUiData& fresh) const;

@@ -1,6 +1,7 @@
 #include "editors/shader/ShaderSnapshot.h"
 
 #include "editors/shader/PassSlotTypes.h"
+#include "editors/shader/ShaderWanted.h"
 
 #include <vlGraphics/RenderQueue.h>
 
@@ -91,30 +92,6 @@ std::string shapeText(const ReflectedResource& resource) {
     return resource.arrayCount == 1 ? text : text + "[" + std::to_string(resource.arrayCount) + "]";
 }
 
-bool isBound(const Shader& shader, const ReflectedResource& resource) {
-    const auto isAt = [&](const auto* binding) {
-        return binding->slot == resource.slot && binding->space == resource.space;
-    };
-    const auto isAmong = [&](auto at) {
-        for (std::uint32_t i = 0; const auto* binding = (shader.*at)(i); ++i)
-            if (isAt(binding)) return true;
-        return false;
-    };
-    switch (resource.resourceClass) {
-    case RESOURCE_CLASS::TEXTURE:
-        return isAmong(&Shader::getTexturePerIndex);
-    case RESOURCE_CLASS::SAMPLER:
-        return isAmong(&Shader::getSamplerPerIndex);
-    case RESOURCE_CLASS::UAV:
-        return isAmong(&Shader::getUavBufferPerIndex);
-    case RESOURCE_CLASS::CONSTANT_BUFFER:
-        break;
-    }
-    for (std::uint32_t i = 0; const auto* buffer = shader.getConstantBufferPerIndex(i); ++i)
-        if (buffer->getSlot() == resource.slot && buffer->getSpace() == resource.space) return true;
-    return false;
-}
-
 } // namespace
 
 std::string programName(const Shader& shader) {
@@ -176,7 +153,7 @@ std::vector<ShaderWantedUiData> wanted(const Shader& shader) {
                        .shape = shapeText(resource),
                        .needsBuffer = resource.isBuffer || resource.isTexelBuffer ||
                                       resource.resourceClass == RESOURCE_CLASS::UAV,
-                       .bound = isBound(shader, resource)});
+                       .unboundSlots = unboundSlots(shader, resource)});
     }
     return all;
 }

@@ -86,10 +86,10 @@ struct ShaderWantedUiData {
     std::string name;
     std::uint32_t slot = 0;
     std::uint32_t space = 0;
-    std::uint32_t count = 1;  ///< of registers, from the slot on
-    std::string shape;        ///< as HLSL writes it: "Texture2D"
-    bool needsBuffer = false; ///< nothing but a buffer can be bound there
-    bool bound = false;
+    std::uint32_t count = 1;                 ///< of registers, from the slot on
+    std::string shape;                       ///< as HLSL writes it: "Texture2D"
+    bool needsBuffer = false;                ///< nothing but a buffer can be bound there
+    std::vector<std::uint32_t> unboundSlots; ///< those of its registers that nothing is bound to
 
     static constexpr auto members() {
         return std::tuple{Member{"letter", &ShaderWantedUiData::letter},
@@ -99,7 +99,7 @@ struct ShaderWantedUiData {
                           Member{"count", &ShaderWantedUiData::count},
                           Member{"shape", &ShaderWantedUiData::shape},
                           Member{"needsBuffer", &ShaderWantedUiData::needsBuffer},
-                          Member{"bound", &ShaderWantedUiData::bound}};
+                          Member{"unboundSlots", &ShaderWantedUiData::unboundSlots}};
     }
     friend bool operator==(const ShaderWantedUiData&, const ShaderWantedUiData&) = default;
 };

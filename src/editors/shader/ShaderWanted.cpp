@@ -58,17 +58,58 @@ const ReflectedResource* find(const vlGraphics::Shader& shader,
     return found == all.end() ? nullptr : &*found;
 }
 
-vlCommon::Result<> addBuffer(vlGraphics::Shader& shader, const ReflectedResource& wanted) {
-    if (auto good = checkAddress(shader, "b", wanted.slot, wanted.space); !good) return good;
-    vlGraphics::ConstantBuffer* buffer = shader.addConstantBuffer(wanted.slot, wanted.space);
+vlCommon::Result<>
+addBuffer(vlGraphics::Shader& shader, const ReflectedResource& wanted, std::uint32_t slot) {
+    vlGraphics::ConstantBuffer* buffer = shader.addConstantBuffer(slot, wanted.space);
     if (buffer == nullptr)
-        return refuseShader(shader, addressText("b", wanted.slot, wanted.space) + " is taken");
+        return refuseShader(shader,
+                            addressText(ShaderBuffers::letter, slot, wanted.space) + " is taken");
     for (const std::uint32_t type : guessSlots(wanted))
         PassSlotTypes::become(type, *buffer->addPassMemorySlot());
     return {};
 }
 
+template <class Family>
+std::vector<std::uint32_t> slotsOf(const vlGraphics::Shader& shader, std::uint32_t space) {
+    std::vector<std::uint32_t> slots;
+    for (std::uint32_t i = 0; const auto* entry = (shader.*Family::at)(i); ++i)
+        if (detail::spaceOf(*entry) == space) slots.push_back(detail::slotOf(*entry));
+    return slots;
+}
+
+std::vector<std::uint32_t> boundSlots(const vlGraphics::Shader& shader,
+                                      const ReflectedResource& resource) {
+    using vlGraphics::RESOURCE_CLASS;
+    switch (resource.resourceClass) {
+    case RESOURCE_CLASS::TEXTURE:
+        return slotsOf<ShaderTextures>(shader, resource.space);
+    case RESOURCE_CLASS::SAMPLER:
+        return slotsOf<ShaderSamplers>(shader, resource.space);
+    case RESOURCE_CLASS::UAV:
+        return slotsOf<ShaderUavs>(shader, resource.space);
+    case RESOURCE_CLASS::CONSTANT_BUFFER:
+        break;
+    }
+    return slotsOf<ShaderBuffers>(shader, resource.space);
+}
+
 } // namespace
+
+std::vector<std::uint32_t> unboundSlots(const vlGraphics::Shader& shader,
+                                        const ReflectedResource& resource) {
+    constexpr std::uint32_t end = vlGraphics::Shader::lastSlot + 1;
+    const std::vector<std::uint32_t> bound = boundSlots(shader, resource);
+    const bool isEndless = resource.arrayCount == 0;
+    const auto isItsOwn = [&](std::uint32_t slot) { return slot >= resource.slot; };
+    if (isEndless && std::ranges::any_of(bound, isItsOwn)) return {};
+    std::vector<std::uint32_t> slots;
+    for (std::uint32_t i = 0; i < std::max(resource.arrayCount, 1U); ++i) {
+        const std::uint32_t slot = resource.slot + i;
+        if (slot >= end) break;
+        if (std::ranges::find(bound, slot) == bound.end()) slots.push_back(slot);
+    }
+    return slots;
+}
 
 std::vector<std::uint32_t> guessSlots(const ReflectedResource& buffer) {
     std::vector<std::uint32_t> slots;
@@ -96,12 +137,20 @@ vlCommon::Result<> ChangeShaderBindWanted::applyTo(vlGraphics::Shader& shader) c
     if (wanted == nullptr)
         return refuseShader(shader,
                             "its program wants nothing at " + addressText(letter, slot, space));
-    if (letter == "b") return addBuffer(shader, *wanted);
-    if (letter == ShaderTextures::letter)
-        return addBinding<ShaderTextures>(shader, value, slot, space);
-    if (letter == ShaderSamplers::letter)
-        return addBinding<ShaderSamplers>(shader, value, slot, space);
-    return addBinding<ShaderUavs>(shader, value, slot, space);
+    if (auto good = checkAddress(shader, letter, slot, space); !good) return good;
+    const std::vector<std::uint32_t> slots = unboundSlots(shader, *wanted);
+    if (slots.empty()) return refuseShader(shader, addressText(letter, slot, space) + " is taken");
+    const auto bind = [&](std::uint32_t at) {
+        if (letter == ShaderBuffers::letter) return addBuffer(shader, *wanted, at);
+        if (letter == ShaderTextures::letter)
+            return addBinding<ShaderTextures>(shader, value, at, space);
+        if (letter == ShaderSamplers::letter)
+            return addBinding<ShaderSamplers>(shader, value, at, space);
+        return addBinding<ShaderUavs>(shader, value, at, space);
+    };
+    for (const std::uint32_t at : slots)
+        if (auto bound = bind(at); !bound) return bound;
+    return {};
 }
 
 } // namespace vlEditor

@@ -1,5 +1,6 @@
 #include "editors/shader/ShaderWantedList.h"
 
+#include "editors/shader/ShaderBindingEdits.h"
 #include "editors/shader/ShaderWanted.h"
 
 #include <vlWinUi/ComponentManager.h>
@@ -20,15 +21,19 @@ constexpr std::uint32_t enterKey = 13;
 Wanted unbound(const ShaderUiData& shader, const std::string& letter) {
     Wanted all;
     for (const ShaderWantedUiData& wanted : shader.wanted)
-        if (!wanted.bound && wanted.letter == letter) all.push_back(wanted);
+        if (!wanted.unboundSlots.empty() && wanted.letter == letter) all.push_back(wanted);
     return all;
 }
 
+/// "t1 albedo - Texture2D"
 std::string labelOf(const ShaderWantedUiData& wanted) {
-    return fmt::format("{} {} - {}",
-                       addressText(wanted.letter, wanted.slot, wanted.space),
-                       wanted.name,
-                       wanted.shape);
+    std::string label = fmt::format("{} {} - {}",
+                                    addressText(wanted.letter, wanted.slot, wanted.space),
+                                    wanted.name,
+                                    wanted.shape);
+    const std::size_t missing = wanted.unboundSlots.size();
+    if (missing < wanted.count) label += fmt::format(", {} of {} unbound", missing, wanted.count);
+    return label;
 }
 
 std::string placeHolderOf(const ShaderUiData* shader) {
@@ -39,7 +44,7 @@ std::string placeHolderOf(const ShaderUiData* shader) {
 void bindTo(Rows& rows, const ShaderWantedUiData& wanted, const std::string& source) {
     rows.followNew();
     rows.postToResource(ChangeShaderBindWanted{}, [&](ChangeShaderBindWanted& each) {
-        each = {wanted.letter, wanted.slot, wanted.space, source};
+        each = {{wanted.slot, wanted.space}, wanted.letter, source};
     });
 }
 
@@ -55,7 +60,14 @@ void bindOrAsk(Rows& rows,
         const ShaderUiData* now = rows.getRecord();
         if (now != nullptr && now->name == of) bindTo(rows, wanted, entry);
     };
-    PickListDialog::open(pickList, anchor, rows.guarded(chosen));
+    // Of the list for t registers only the buffers; that for u registers has nothing else.
+    const auto isBuffer = [](const std::string& entry) { return entry.starts_with("B. "); };
+    const bool isMixed = wanted.letter == ShaderTextures::letter;
+    PickListDialog::open(pickList,
+                         anchor,
+                         rows.guarded(chosen),
+                         {},
+                         isMixed ? PickListDialog::Offers(isBuffer) : nullptr);
 }
 
 } // namespace

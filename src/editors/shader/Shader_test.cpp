@@ -106,6 +106,7 @@ protected:
     /// Makes the program of that text and links the shader to it.
     static void link(const std::string& vertex, const std::string& pixel) {
         auto* program = vlGraphics::ProgramManager::getInstance()->createOrRetrieve("p");
+        ASSERT_NE(program, nullptr);
         compile(vertex, pixel);
         ASSERT_TRUE(program->isUsable()) << program->getLastCompilationResult().getErrorMessage();
         post(ChangeShaderProgram{"p"});
@@ -216,6 +217,11 @@ TEST_P(ShaderEditor, TypesAreListedAndResetByTheNumberingOfTheList) {
     EXPECT_EQ(moduloIn(slot().value), 1000U);
     EXPECT_EQ(slot().resourceName, "eye") << "this type clears no name";
     EXPECT_EQ(slot().engine.resourceName, "");
+    const auto& slots = *ComponentManager::get<vlWinUi::ListBox>(base() + "_CBUF_SLOT_LIST");
+    EXPECT_TRUE(slots.isEntryMarked("0. Time")) << "the engine has another camera";
+    post(ChangeShaderUpdateCameraSlot{{}, std::string(ReservedNames::contextCamera)});
+    EXPECT_FALSE(slots.isEntryMarked("0. Time"));
+    post(ChangeShaderUpdateCameraSlot{{}, "eye"});
 
     setType(PassSlotTypes::vector);
     post(ChangeShaderUpdateVectorSlot{{}, {1, 2, 3, 4}});
@@ -226,7 +232,10 @@ TEST_P(ShaderEditor, TypesAreListedAndResetByTheNumberingOfTheList) {
     EXPECT_EQ(engineSlot().getTimeModuloMs(), 1000U);
     post(ChangeShaderAddPassSlot{});
     EXPECT_EQ(slot().value[0], 1.0F) << "an edit of something else leaves it so";
+    EXPECT_TRUE(slots.isEntryMarked("0. UNKNOWN"));
+    EXPECT_FALSE(slots.isEntryMarked("1. Vector4"));
     post(ChangeShaderUpdateTimeModSlot{{}, 1000});
+    EXPECT_FALSE(slots.isEntryMarked("0. UNKNOWN"));
     EXPECT_EQ(moduloIn(slot().value), 1000U);
 
     setType(PassSlotTypes::textureSize);
@@ -287,7 +296,7 @@ TEST_P(ShaderEditor, SlotsMoveWithinTheirListAndNoFurther) {
     EXPECT_EQ(declaration("a"), before);
     post(ChangeShaderDelPassSlot{{0, 0, 3}});
     EXPECT_THAT(lines().back(), HasSubstr("the constant buffer at b0 has no slot 3"));
-    post(ChangeShaderDelPassSlot{{2, 5, 0}});
+    post(ChangeShaderDelPassSlot{{{5, 2}, 0}});
     EXPECT_THAT(lines().back(), HasSubstr("there is no constant buffer at b5 of space 2"));
     EXPECT_EQ(declaration("a"), before);
     // The deletion leaves the selection to what comes in its place.
@@ -370,7 +379,7 @@ TEST_P(ShaderEditor, WhatTheProgramWantsIsBoundByAClick) {
     const auto* textures = ComponentManager::get<vlWinUi::ListBox>(base() + "_TEX_LIST");
     EXPECT_FALSE(textures->isEntryMarked(textures->getEntry(0).label));
     EXPECT_TRUE(textures->isEntryMarked(textures->getEntry(1).label));
-    post(ChangeShaderBindWanted{"t", 9, 0, ""});
+    post(ChangeShaderBindWanted{{9, 0}, "t", ""});
     EXPECT_THAT(lines().back(), HasSubstr("shader 'a': its program wants nothing at t9"));
 
     // Another result of compilation is heard of without an edit.
@@ -383,6 +392,83 @@ TEST_P(ShaderEditor, WhatTheProgramWantsIsBoundByAClick) {
     EXPECT_TRUE(textures->isEntryMarked(textures->getEntry(0).label));
     EXPECT_EQ(History::getInstance().getDepth(), depth);
     expectInStep();
+}
+
+TEST_P(ShaderEditor, EachRegisterOfAnArrayIsBoundByOneClick) {
+    link(plainVertex,
+         "Texture2D maps[3] : register(t2); Texture2D other : register(t0);"
+         "cbuffer Choice : register(b0) { uint index; };"
+         "float4 main() : SV_TARGET { return maps[index % 3].Load(0) + other.Load(0); }");
+    front(textureTab);
+    const std::string list = base() + "_TEX_WANTED_LIST";
+    post(ChangeShaderAddTexture{});
+    post(ChangeShaderAddTexture{});
+    post(ChangeShaderTextureBindings{{1, 0, 3}});
+    EXPECT_THAT(items(list), ElementsAre("t2 maps - Texture2D[3], 2 of 3 unbound"));
+    click(list, items(list).at(0));
+    EXPECT_THAT(items(list), IsEmpty());
+    const auto bound = items(base() + "_TEX_LIST");
+    ASSERT_EQ(bound.size(), 4U);
+    EXPECT_THAT(bound.at(0), testing::StartsWith("t0 other : "));
+    EXPECT_THAT(bound.at(1), testing::StartsWith("t3 maps[1] : "));
+    undo();
+    EXPECT_EQ(record().textures.size(), 2U);
+    post(ChangeShaderDelTexture{{3, 0}});
+    EXPECT_THAT(items(list), ElementsAre("t2 maps - Texture2D[3]"));
+    post(ChangeShaderBindWanted{{2, 0}, "t", ""});
+    post(ChangeShaderBindWanted{{2, 0}, "t", ""});
+    EXPECT_THAT(lines().back(), HasSubstr("shader 'a': t2 is taken"));
+    expectInStep();
+}
+
+TEST_P(ShaderEditor, WhereOnlyABufferWillDoOnlyBuffersAreOffered) {
+    findKind("Buffer")->commands().create("heap");
+    link(plainVertex,
+         "StructuredBuffer<float4> points : register(t0);"
+         "float4 main() : SV_TARGET { return points[0]; }");
+    front(textureTab);
+    const std::string list = base() + "_TEX_WANTED_LIST";
+    const std::string dialog = "TEXTURE_BUFFER_POP_UP_LIST";
+    ASSERT_EQ(items(list).size(), 1U);
+    click(list, items(list).at(0));
+    EXPECT_THAT(items(dialog + "LISTBOX"), ElementsAre("B. heap"));
+    click(dialog + "LISTBOX", "B. heap");
+    click(dialog + "OK_BUTTON");
+    ASSERT_EQ(record().textures.size(), 1U);
+    EXPECT_EQ(record().textures.at(0).resource, "heap");
+    click(base() + "_TEX_SRC_BUTTON");
+    EXPECT_THAT(items(dialog + "LISTBOX"), testing::Not(testing::Each("B. heap")));
+    click(dialog + "CANCEL_BUTTON");
+
+    // One that a person thought better of does not lead the selection elsewhere later.
+    front("UAV");
+    post(ChangeShaderAddUav{{"heap"}});
+    click(base() + "_UAV_ADD");
+    click("UAV_POP_UP_LISTCANCEL_BUTTON");
+    post(ChangeShaderAddUav{{"heap"}});
+    const auto* uavs = ComponentManager::get<vlWinUi::ListBox>(base() + "_UAV_LIST");
+    EXPECT_THAT(uavs->getText(), testing::StartsWith("u0 "));
+    click(base() + "_UAV_ADD");
+    click("UAV_POP_UP_LISTLISTBOX", "heap");
+    click("UAV_POP_UP_LISTOK_BUTTON");
+    EXPECT_THAT(uavs->getText(), testing::StartsWith("u2 "));
+    findKind("Buffer")->commands().erase("heap");
+    settle();
+}
+
+TEST_P(ShaderEditor, AScriptCreatesWhatTheEditorDoesNotKnow) {
+    postToGraphics(CreateShaderScriptMessage("b"));
+    settle();
+    EXPECT_EQ(lines().back(), "[Editor] Shader created : b");
+    const std::size_t count = lines().size();
+    postToGraphics(CreateShaderScriptMessage("b"));
+    settle();
+    EXPECT_EQ(lines().size(), count) << "the engine has it";
+    vlGraphics::ShaderManager::getInstance()->erase("b");
+    postToGraphics(CreateShaderScriptMessage("b"));
+    settle();
+    EXPECT_EQ(lines().back(), "[Editor] Shader already existant : b");
+    EXPECT_NE(vlGraphics::ShaderManager::getInstance()->get("b"), nullptr);
 }
 
 TEST_P(ShaderEditor, ATextureIsReplacedInItsContextAsLongAsBothAreThere) {

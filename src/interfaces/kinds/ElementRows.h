@@ -50,15 +50,15 @@ public:
 
     /// A button that adds an element, which is selected when it comes.
     template <ResourceEdit Edit> void adds(const std::string& suffix, Edit edit) {
-        addsBy(suffix, [this, edit] { postToResource(edit, [](Edit&) {}); });
+        addsBy(suffix, [this, edit] {
+            list_.followNew();
+            postToResource(edit, [](Edit&) {});
+        });
     }
-    /// The same where something has to be asked for first.
+    /// The same where more is to be done for it: `add` calls followNew() when it posts.
     void addsBy(const std::string& suffix, std::function<void()> add) {
         const std::string component = window_.getBase() + suffix;
-        bindButton(component, [this, add = std::move(add)] {
-            list_.followNew();
-            add();
-        });
+        bindButton(component, std::move(add));
         able(component, [this] { return whyNoResource(); });
     }
     /// A button, and the Delete key, that do away with the selected element.
