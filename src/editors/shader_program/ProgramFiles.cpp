@@ -6,8 +6,10 @@
 #include <vlResources/ResourceManager.h>
 
 #include <fmt/format.h>
+#include <sys/stat.h>
 
 #include <algorithm>
+#include <ctime>
 #include <utility>
 
 namespace vlEditor {
@@ -19,6 +21,17 @@ std::string absoluteOf(const std::string& path) {
     return vlResources::ResourceManager::getInstance().getAbsoluteFromWorkingDir(path);
 }
 
+/// Since about when a file may have been read that is only watched from now on: compiling takes its
+/// time, too.
+constexpr std::int64_t justNowSeconds = 60;
+
+bool hasJustChanged(const std::string& absolutePath) {
+    struct stat found {};
+    // Also of a file that was renamed to this.
+    return ::stat(absolutePath.c_str(), &found) == 0 &&
+           std::time(nullptr) - found.st_ctim.tv_sec < justNowSeconds;
+}
+
 /// Where a program of files has that stage; empty for what it has in none.
 std::string pathOf(const ShaderProgramRecord& record, std::uint32_t stage) {
     const auto type = static_cast<SHADER_TYPE>(stage);
@@ -26,7 +39,9 @@ std::string pathOf(const ShaderProgramRecord& record, std::uint32_t stage) {
     const bool isInFile = !record.folder.empty() && !record.sources[stage].empty() &&
                           type != SHADER_TYPE::RAYTRACING;
     if (!isInFile) return {};
-    return fmt::format("{}/{}", record.folder, vlGraphics::ContentLoader::getStageFile(type));
+    return fmt::format("{}/{}",
+                       fromWorkingDirectory(record.folder),
+                       vlGraphics::ContentLoader::getStageFile(type));
 }
 
 } // namespace
@@ -118,6 +133,10 @@ void ProgramFiles::onResourcesCleared() {
 void ProgramFiles::onFileChanged(const std::string& absolutePath) {
     // What a person has typed is compared with the file, too.
     PendingEdit::flushAll();
+    tellChanged(absolutePath);
+}
+
+void ProgramFiles::tellChanged(const std::string& absolutePath) const {
     for (const auto& [name, files] : programs_) {
         for (const auto& [stage, file] : files) {
             if (absoluteOf(file.path) != absolutePath) continue;
@@ -155,6 +174,13 @@ void ProgramFiles::watch() {
             paths.insert(absoluteOf(file));
     }
     watcher_.setPaths({paths.begin(), paths.end()});
+    // What was written after it was read and before it was watched.
+    std::vector<std::string> missed;
+    for (const std::string& path : paths)
+        if (!watched_.contains(path) && hasJustChanged(path)) missed.push_back(path);
+    watched_ = std::move(paths);
+    for (const std::string& path : missed)
+        tellChanged(path);
 }
 
 } // namespace vlEditor

@@ -51,12 +51,14 @@ private:
     using Files = std::map<std::uint32_t, StageFile>; ///< by stage
 
     void onFileChanged(const std::string& absolutePath);
+    void tellChanged(const std::string& absolutePath) const;
     void watchLater();
     void watch();
 
     std::map<std::string, Files, std::less<>> programs_;
     std::map<std::string, std::vector<std::string>, std::less<>> includes_; ///< by program
     bool isToWatch_ = false;
+    std::set<std::string> watched_; ///< absolute paths
     vlWinUi::FileWatcher watcher_;
     std::shared_ptr<const bool> alive_ = std::make_shared<bool>(true);
 };

@@ -45,7 +45,7 @@ void ShaderProgramFileMessage::runOnGraphicsThread() {
             program->getMemory().getMemory(static_cast<vlGraphics::SHADER_TYPE>(stage));
     ShaderProgramFileMessage outcome = *this;
     outcome.text = *read;
-    outcome.isKept = held != *read && held != base;
+    outcome.isKept = held != *read && held != base && *read != base;
     if (held == base && held != *read) {
         outcome.change.before = mementoOf<ShaderProgramKind>(*program);
         changeResource<ShaderProgramKind>(*program,

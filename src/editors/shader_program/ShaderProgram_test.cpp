@@ -44,9 +44,12 @@ protected:
         return *vlGraphics::ProgramManager::getInstance();
     }
     static void compile() {
+        // One that ends may bring to light that a file has changed meanwhile.
         settle();
-        programs().waitForAll();
-        settle();
+        do {
+            programs().waitForAll();
+            settle();
+        } while (programs().isAnyCompiling());
         expectInStep();
     }
     static const ShaderProgramRecord& record(const std::string& name = "p") {
@@ -303,6 +306,23 @@ TEST_P(ShaderProgramEditor, WhatIsTypedIncludesWhatLiesBesideTheSavedSources) {
     compile();
     for (const char* name : {"p", "p_2"})
         EXPECT_FALSE(record(name).failed) << name << ": " << record(name).failure;
+}
+
+TEST_P(ShaderProgramEditor, AFileThatChangesBeforeItIsWatchedIsReadAgain) {
+    writeElsewhere("red.hlsl", "float4 main() : SV_TARGET { return float4(1, 0, 0, 1); }");
+    postToGraphics(LoadShaderProgramSourcesMessage("p", {4, path("red.hlsl")}));
+    MessageOrchestrator::getInstance().drainGraphics();
+    const std::string green = "float4 main() : SV_TARGET { return float4(0, 0.5, 0, 1); }";
+    writeElsewhere("red.hlsl", green);
+    EXPECT_TRUE(eventually([&] { return source(SHADER_TYPE::PIXEL) == green; }));
+
+    // One that comes back to what it was has not changed.
+    write("Pixel", "// Mine.\n" + green);
+    writeElsewhere("red.hlsl", "// Other.\n" + green);
+    EXPECT_TRUE(eventually([&] { return ProgramFiles::getInstance().find("p", 4)->isAhead; }));
+    writeElsewhere("red.hlsl", green);
+    EXPECT_TRUE(eventually([&] { return !ProgramFiles::getInstance().find("p", 4)->isAhead; }));
+    EXPECT_EQ(source(SHADER_TYPE::PIXEL), "// Mine.\n" + green);
 }
 
 TEST_P(ShaderProgramEditor, ARayTracingSourceIsSavedAndLoaded) {
