@@ -1,5 +1,8 @@
 #include "editors/shader_program/ShaderProgramWindow.h"
 
+#include "editors/shader_program/IncludeLines.h"
+#include "editors/shader_program/IncludedFileView.h"
+
 #include <vlGraphics/StructToString.h>
 #include <vlResources/ResourceManager.h>
 #include <vlWinUi/Button.h>
@@ -13,6 +16,8 @@
 #include <vlWinUi/TabWindow.h>
 
 #include <fmt/format.h>
+
+#include <algorithm>
 
 namespace vlEditor {
 namespace {
@@ -58,6 +63,14 @@ std::string placeOf(const ShaderProgramDiagnostic& problem) {
                                 : fmt::format("{}, {}:{}", stage, problem.file, problem.line);
 }
 
+/// Where a problem is to be seen in its stage's own source: one in an included file at the line
+/// that includes it.
+std::uint32_t stageLineOf(const ShaderProgramDiagnostic& problem,
+                          const ShaderProgramRecord& record) {
+    return problem.file.empty() ? problem.line
+                                : lineLeadingTo(problem.file, record.sources.at(problem.stage));
+}
+
 /// "b0  PassBuffer  128 bytes"
 std::string lineOf(const ShaderProgramResource& resource) {
     std::string line = fmt::format("{}{}", resource.letter, resource.slot);
@@ -65,6 +78,12 @@ std::string lineOf(const ShaderProgramResource& resource) {
     line += "  " + resource.name;
     if (resource.byteSize != 0) line += fmt::format("  ({} bytes)", resource.byteSize);
     return line;
+}
+
+bool includes(const std::string& program, const std::string& file) {
+    const auto* record = ShaderProgramUiDataTracker::getInstance().get(program);
+    return record != nullptr &&
+           std::ranges::find(record->includedFiles, file) != record->includedFiles.end();
 }
 
 std::string quoted(const Names& names) {
@@ -105,6 +124,8 @@ ShaderProgramWindow::Report ShaderProgramWindow::reportOf(const ShaderProgramRec
     report.isUsable = record.isUsable;
     report.log = logOf(record);
     report.diagnostics = record.diagnostics;
+    for (const ShaderProgramDiagnostic& each : record.diagnostics)
+        report.stageLines.push_back(stageLineOf(each, record));
     report.resources = record.resources;
     report.macros = record.macros;
     return report;
@@ -197,6 +218,7 @@ void ShaderProgramWindow::bindButtons() {
         if (!window) return;
         window->jumpTo(problem);
         window->widget<CodeEdit>("_SOURCES_EDIT").focusWindow();
+        window->openIncluded(problem);
     });
     widget<ListBox>("_RESOURCES_LIST").setPlaceHolder("None that is used");
 }
@@ -229,6 +251,7 @@ void ShaderProgramWindow::show(const Report* report) {
     showOutcome();
     showProblems();
     showMarks();
+    showIncluded();
     showFile();
     std::vector<vlWinUi::ListEntry> lines;
     for (const ShaderProgramResource& resource : report_.resources)
@@ -291,9 +314,13 @@ void ShaderProgramWindow::showProblems() {
 /// What the source of the stage is marked with, and what it may name.
 void ShaderProgramWindow::showMarks() {
     std::vector<vlWinUi::CodeProblem> marks;
-    for (const ShaderProgramDiagnostic& problem : report_.diagnostics) {
-        if (problem.stage == stage_ && problem.file.empty())
-            marks.push_back({.line = problem.line, .message = problem.text});
+    for (std::size_t i = 0; i < report_.diagnostics.size(); ++i) {
+        const ShaderProgramDiagnostic& problem = report_.diagnostics[i];
+        if (problem.stage != stage_ || report_.stageLines[i] == 0) continue;
+        std::string message = problem.text;
+        if (!problem.file.empty())
+            message = fmt::format("{}:{}: {}", problem.file, problem.line, message);
+        marks.push_back({.line = report_.stageLines[i], .message = std::move(message)});
     }
     std::vector<std::string> words;
     for (const ShaderProgramResource& resource : report_.resources) {
@@ -307,23 +334,44 @@ void ShaderProgramWindow::showMarks() {
     edit.setCompletions(std::move(words));
 }
 
+/// What is wrong with the included file that is open to be read.
+void ShaderProgramWindow::showIncluded() {
+    const std::string path = IncludedFileView::getPath();
+    if (path.empty() || !includes(report_.name, path)) return;
+    std::vector<vlWinUi::CodeProblem> marks;
+    for (const ShaderProgramDiagnostic& problem : report_.diagnostics)
+        if (problem.file == path) marks.push_back({.line = problem.line, .message = problem.text});
+    IncludedFileView::update(std::move(marks));
+}
+
 void ShaderProgramWindow::showFile() {
     const StageFile& file = report_.files[stage_];
+    const std::string ahead = file.isAhead ? " has changed on disk, too" : "";
     auto& label = widget<vlWinUi::Static>("_FILE_LABEL");
-    const std::string text = file.isAhead ? file.path + " has changed on disk, too" : file.path;
-    label.setText(text);
-    label.setToolTip(text);
+    label.setText(file.path + ahead);
+    const auto& files = vlResources::ResourceManager::getInstance();
+    label.setToolTip(file.path.empty() ? "" : files.getAbsoluteFromWorkingDir(file.path) + ahead);
     widget<Button>("_FILE_RELOAD")
             .setEnabled(!file.path.empty(), "This source was not read from a file.");
 }
 
 void ShaderProgramWindow::jumpTo(std::size_t problem) {
     if (problem >= report_.diagnostics.size()) return;
-    const ShaderProgramDiagnostic place = report_.diagnostics[problem];
-    widget<TabWindow>("_STAGES_TABS").select(place.stage);
-    showStage(place.stage);
+    const std::uint32_t stage = report_.diagnostics[problem].stage;
+    const std::uint32_t line = report_.stageLines[problem];
+    widget<TabWindow>("_STAGES_TABS").select(stage);
+    showStage(stage);
     widget<ListBox>("_PROBLEMS_LIST").select(problem);
-    if (place.file.empty()) widget<CodeEdit>("_SOURCES_EDIT").goToLine(place.line);
+    if (line != 0) widget<CodeEdit>("_SOURCES_EDIT").goToLine(line);
+}
+
+/// One in an included file is to be read there.
+void ShaderProgramWindow::openIncluded(std::size_t problem) {
+    if (problem >= report_.diagnostics.size()) return;
+    const ShaderProgramDiagnostic place = report_.diagnostics[problem];
+    if (place.file.empty()) return;
+    IncludedFileView::open(place.file, place.line, widget<ListBox>("_PROBLEMS_LIST"));
+    showIncluded();
 }
 
 } // namespace vlEditor

@@ -26,6 +26,7 @@ private:
         bool isUsable = false;
         std::string log;
         std::vector<ShaderProgramDiagnostic> diagnostics;
+        std::vector<std::uint32_t> stageLines; ///< of each, in the stage's own source
         std::vector<ShaderProgramResource> resources;
         PerStage<ShaderProgramMacroList> macros;
         friend bool operator==(const Report&, const Report&) = default;
@@ -45,7 +46,9 @@ private:
     void askForType(std::uint32_t type, vlWinUi::Component& anchor);
     void openFile();
     void reloadFile();
+    void showIncluded();
     void jumpTo(std::size_t problem);
+    void openIncluded(std::size_t problem);
     template <class Widget> Widget& widget(std::string_view suffix) const;
 
     Bindings<ShaderProgramKind>& bindings_;

@@ -1,4 +1,5 @@
 #include "editors/KindTest.h"
+#include "editors/shader_program/IncludedFileView.h"
 #include "editors/shader_program/ProgramFiles.h"
 #include "editors/shader_program/ShaderProgramMessages.h"
 
@@ -306,6 +307,35 @@ TEST_P(ShaderProgramEditor, WhatIsTypedIncludesWhatLiesBesideTheSavedSources) {
     compile();
     for (const char* name : {"p", "p_2"})
         EXPECT_FALSE(record(name).failed) << name << ": " << record(name).failure;
+}
+
+TEST_P(ShaderProgramEditor, AProblemInAnIncludedFileIsShownWhereItIsIncluded) {
+    save("p.vlpr");
+    writeElsewhere("p_src/grey.hlsl", "// Grey.\nfloat grey() { return nothing; }\n");
+    write("Pixel",
+          "// Includes.\n#include \"grey.hlsl\"\nfloat4 main() : SV_TARGET { return grey(); }");
+    const std::string list = base() + "_PROBLEMS_LIST";
+    ASSERT_FALSE(items(list).empty());
+    EXPECT_THAT(items(list).front(), testing::StartsWith("Pixel, p_src/grey.hlsl:2: "));
+    stage("Vertex");
+    click(list, items(list).front());
+    const auto* edit = ComponentManager::get<vlWinUi::CodeEdit>(base() + "_SOURCES_EDIT");
+    EXPECT_EQ(edit->getLine(), 2U);
+    EXPECT_THAT(edit->getText(), testing::StartsWith("// Includes."));
+    EXPECT_EQ(IncludedFileView::getPath(), "");
+
+    key(list, 13);
+    EXPECT_EQ(IncludedFileView::getPath(), "p_src/grey.hlsl");
+    const std::string shown = "EDITOR_SHADER_PROGRAM_INCLUDED_FILE_EDIT";
+    const auto* file = ComponentManager::get<vlWinUi::CodeEdit>(shown);
+    EXPECT_EQ(file->getText(), text("p_src/grey.hlsl"));
+    EXPECT_EQ(file->getLine(), 2U);
+    // It follows the file.
+    writeElsewhere("p_src/grey.hlsl", "float grey() { return 0.5; }\n");
+    EXPECT_TRUE(eventually([] { return !record().failed; }));
+    EXPECT_EQ(file->getText(), text("p_src/grey.hlsl"));
+    key(shown, 27);
+    EXPECT_EQ(IncludedFileView::getPath(), "");
 }
 
 TEST_P(ShaderProgramEditor, AFileThatChangesBeforeItIsWatchedIsReadAgain) {
