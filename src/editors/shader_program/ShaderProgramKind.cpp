@@ -2,12 +2,15 @@
 
 #include "core/EditorLogger.h"
 #include "editors/shader_program/DefaultSources.h"
+#include "interfaces/kinds/EngineSide.h"
 
 #include <vlGraphics/StructToString.h>
 #include <vlResources/FileBatch.h>
 #include <vlResources/ResourceManager.h>
 
 #include <fmt/format.h>
+
+#include <filesystem>
 
 namespace vlEditor {
 namespace {
@@ -36,10 +39,26 @@ vlCommon::Result<std::string> sourcesFolder(const Program& program, const std::s
     return slash == std::string::npos ? name : path.substr(0, slash + 1) + name;
 }
 
-vlResources::FileBatch sourceFiles(const ProgramSourcesHolder& sources, const std::string& folder) {
-    const std::string absolute =
-            vlResources::ResourceManager::getInstance().getAbsoluteFromWorkingDir(folder);
-    vlResources::FileBatch files;
+constexpr std::size_t mostIncludedBytes = std::size_t{4} << 20U; ///< that the compiler reads
+
+/// What the sources include from the folder in which they have looked so far would not be found
+/// beside them in another one. What stands there already stays.
+void addIncluded(const Program& program, const std::string& absolute, vlResources::FileBatch& to) {
+    const auto& files = vlResources::ResourceManager::getInstance();
+    const std::string start = program.getIncludeFolder() + "/";
+    for (const std::string& path : program.getIncludedFiles()) {
+        if (!path.starts_with(start)) continue;
+        const std::string copy = fmt::format("{}/{}", absolute, path.substr(start.size()));
+        std::error_code error;
+        if (std::filesystem::exists(copy, error)) continue;
+        if (const auto bytes = files.readFile(path, mostIncludedBytes)) to.add(copy, *bytes);
+    }
+}
+
+/// The later of two files with one path counts.
+void addSources(const ProgramSourcesHolder& sources,
+                const std::string& absolute,
+                vlResources::FileBatch& to) {
     for (std::uint32_t i = 0; i < programStageCount; ++i) {
         const auto stage = static_cast<SHADER_TYPE>(i);
         if (sources.getMemory(stage).empty()) continue;
@@ -48,16 +67,8 @@ vlResources::FileBatch sourceFiles(const ProgramSourcesHolder& sources, const st
         const auto written = isRaytracing ? SHADER_TYPE::COMPUTE : stage;
         const vlMemory::String& text = sources.getMemory(written);
         if (isRaytracing && text.empty()) continue;
-        files.add(fmt::format("{}/{}", absolute, ContentLoader::getStageFile(stage)), text);
+        to.add(fmt::format("{}/{}", absolute, ContentLoader::getStageFile(stage)), text);
     }
-    return files;
-}
-
-/// Whether a declaration at that path can refer to files of the folder.
-bool isBeside(const std::string& folder, const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    return slash == std::string::npos ? !folder.starts_with('/')
-                                      : folder.starts_with(path.substr(0, slash + 1));
 }
 
 constexpr std::array<const char*, 4> registerLetters{"b", "t", "s", "u"};
@@ -131,15 +142,28 @@ void ShaderProgramKind::separate(vlExport::Node& declaration) {
 vlCommon::Result<> ShaderProgramKind::save(Program& program, const std::string& path) {
     const auto folder = sourcesFolder(program, path);
     if (!folder) return tl::unexpected(folder.error());
+    const std::string absolute =
+            vlResources::ResourceManager::getInstance().getAbsoluteFromWorkingDir(*folder);
+    vlResources::FileBatch files;
+    addSources(program.getMemory(), absolute, files);
+    if (files.size() == 0 || program.getFolder() == *folder)
+        return ContentLoader::saveObjectDeclaration(program, path, files);
     const std::string before = program.getFolder();
     const std::string included = program.getIncludeFolder();
-    const auto files = sourceFiles(program.getMemory(), *folder);
-    const bool belongs = !before.empty() && isBeside(before, path);
-    if (files.size() != 0 && !belongs) program.setFromFiles(*folder);
+    const bool looksElsewhere = !included.empty() && included != *folder;
+    if (looksElsewhere) {
+        files = {};
+        addIncluded(program, absolute, files);
+        addSources(program.getMemory(), absolute, files);
+    }
+    program.setFromFiles(*folder);
     auto saved = ContentLoader::saveObjectDeclaration(program, path, files);
     if (!saved) {
         program.setFromFiles(before);
         program.setIncludeFolder(included);
+    } else if (looksElsewhere && !program.getIncludedFiles().empty()) {
+        // From now on with the files beside the sources, which are the ones to follow.
+        logFailure(program.load());
     }
     return saved;
 }

@@ -104,7 +104,9 @@ struct ShaderProgramKind {
 
     /// What a new program begins with.
     static void makeFresh(Engine& program);
-    /// The declaration, and each stage's source in a folder beside it.
+    /// The declaration, and each stage's source in a folder beside it that is called as the
+    /// program; the sources belong there from then on, and what they include from another such
+    /// folder comes along. What that one holds stays as it is.
     static vlCommon::Result<> save(Engine& program, const std::string& path);
     /// With the kind's extension, and a line in the log.
     static std::string savePath(std::string chosen);

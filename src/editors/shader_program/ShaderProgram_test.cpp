@@ -338,6 +338,37 @@ TEST_P(ShaderProgramEditor, AProblemInAnIncludedFileIsShownWhereItIsIncluded) {
     EXPECT_EQ(IncludedFileView::getPath(), "");
 }
 
+TEST_P(ShaderProgramEditor, ARenamedProgramIsSavedIntoAFolderOfItsNewName) {
+    save("p.vlpr");
+    std::filesystem::create_directory(path("p_src/lib"));
+    writeElsewhere("p_src/lib/grey.hlsl", "#include \"half.hlsl\"\n#define GREY HALF\n");
+    writeElsewhere("p_src/lib/half.hlsl", "#define HALF 0.5\n");
+    write("Pixel", "#include \"lib/grey.hlsl\"\nfloat4 main() : SV_TARGET { return GREY; }");
+    save("p.vlpr");
+    const std::string old = text("p_src/pixelShader.hlsl");
+    rename("p", "q");
+    kind().commands().save("q", path("q.vlpr"));
+    compile();
+    EXPECT_EQ(record("q").folder, "q_src");
+    EXPECT_FALSE(record("q").failed) << record("q").failure;
+    EXPECT_THAT(record("q").includedFiles,
+                ElementsAre("q_src/lib/grey.hlsl", "q_src/lib/half.hlsl"));
+    stage("Vertex");
+    EXPECT_EQ(shownIn("_FILE_LABEL"), "q_src/vertexShader.hlsl");
+    EXPECT_EQ(ComponentManager::get(base() + "_FILE_LABEL")->getToolTip(),
+              path("q_src/vertexShader.hlsl"));
+    EXPECT_EQ(text("p_src/pixelShader.hlsl"), old) << "nobody asked for that to go";
+    EXPECT_THAT(text("q.vlpr"), testing::Not(HasSubstr("p_src")));
+
+    // From its file it is what it was, and what stands in the new folder is its own.
+    writeElsewhere("q_src/lib/half.hlsl", "#define HALF 0.25 // Mine.\n");
+    kind().commands().save("q", path("q.vlpr"));
+    kind().commands().load(path("q.vlpr"));
+    compile();
+    EXPECT_FALSE(record("q").failed) << record("q").failure;
+    EXPECT_EQ(text("q_src/lib/half.hlsl"), "#define HALF 0.25 // Mine.\n");
+}
+
 TEST_P(ShaderProgramEditor, AFileThatChangesBeforeItIsWatchedIsReadAgain) {
     writeElsewhere("red.hlsl", "float4 main() : SV_TARGET { return float4(1, 0, 0, 1); }");
     postToGraphics(LoadShaderProgramSourcesMessage("p", {4, path("red.hlsl")}));
