@@ -2,6 +2,7 @@
 
 #include "editors/AllKinds.h"
 #include "editors/shader_program/DefaultSources.h"
+#include "editors/shader_program/IncludeLines.h"
 #include "editors/shader_program/ProgramFiles.h"
 #include "editors/shader_program/ShaderProgramMessages.h"
 #include "editors/shader_program/ShaderProgramWindow.h"
@@ -46,6 +47,24 @@ vlCommon::Result<> checkStage(const Program& program, std::uint32_t stage) {
     return vlCommon::fail(fmt::format("{}: there is no stage {}",
                                       thingNamed(ShaderProgramKind::texts, program.getName()),
                                       stage));
+}
+
+/// A file's source includes what lies beside it. A program has one folder for that: another stage
+/// that includes something keeps its own.
+void lookBeside(const std::string& path, std::uint32_t stage, Program& program) {
+    const auto includesAny = [&](std::uint32_t each) {
+        const auto& source = program.getMemory().getMemory(static_cast<SHADER_TYPE>(each));
+        return !includeLines(source).empty();
+    };
+    // The same text as before leaves it one of its files.
+    if (program.isFromFile()) return;
+    if (!program.getIncludeFolder().empty() && !includesAny(stage)) return;
+    for (std::uint32_t other = 0; other < programStageCount; ++other)
+        if (other != stage && includesAny(other)) return;
+    const std::string file = fromWorkingDirectory(path);
+    const std::size_t slash = file.rfind('/');
+    const std::string folder = slash == std::string::npos ? "" : file.substr(0, slash);
+    if (folder != program.getIncludeFolder()) program.setIncludeFolder(folder);
 }
 
 } // namespace
@@ -128,6 +147,7 @@ vlCommon::Result<> LoadShaderProgramSources::applyTo(Program& program) const {
     const auto text = readStageFile(path);
     if (!text) return tl::unexpected(text.error());
     setStageSource(program, stage, *text);
+    lookBeside(path, stage, program);
     return {};
 }
 

@@ -369,6 +369,24 @@ TEST_P(ShaderProgramEditor, ARenamedProgramIsSavedIntoAFolderOfItsNewName) {
     EXPECT_EQ(text("q_src/lib/half.hlsl"), "#define HALF 0.25 // Mine.\n");
 }
 
+TEST_P(ShaderProgramEditor, AnOpenedFileIncludesWhatLiesBesideIt) {
+    std::filesystem::create_directory(path("there"));
+    writeElsewhere("there/grey.hlsl", "#define GREY 0.5\n");
+    writeElsewhere("there/flat.hlsl",
+                   "#include \"grey.hlsl\"\nfloat4 main() : SV_TARGET { return GREY; }");
+    stage("Pixel");
+    openFile("there/flat.hlsl");
+    EXPECT_EQ(shownIn("_FILE_LABEL"), "there/flat.hlsl");
+    EXPECT_FALSE(record().failed) << record().failure;
+    EXPECT_THAT(record().includedFiles, ElementsAre("there/grey.hlsl"));
+    save("p.vlpr");
+    compile();
+    EXPECT_FALSE(record().failed) << record().failure;
+    EXPECT_THAT(record().includedFiles, ElementsAre("p_src/grey.hlsl"));
+    undo();
+    EXPECT_THAT(source(SHADER_TYPE::PIXEL), testing::Not(HasSubstr("#include")));
+}
+
 TEST_P(ShaderProgramEditor, AFileThatChangesBeforeItIsWatchedIsReadAgain) {
     writeElsewhere("red.hlsl", "float4 main() : SV_TARGET { return float4(1, 0, 0, 1); }");
     postToGraphics(LoadShaderProgramSourcesMessage("p", {4, path("red.hlsl")}));
