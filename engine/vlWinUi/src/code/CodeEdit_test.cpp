@@ -194,6 +194,20 @@ TEST_F(CodeEditTest, TheBarFindsReplacesAndGoesToLines) {
     EXPECT_FALSE(bar.isVisible());
 }
 
+TEST_F(CodeEditTest, ProblemsOutliveATextThatIsCleared) {
+    for (int i = 0; i < 20; ++i) {
+        code->setText("a\nb\nc\n{}");
+        code->setProblems({{2, "one"}, {3, "two"}, {4, "three"}});
+        // Under the sanitizers this shows who still knows cursors that have gone.
+        code->setText("");
+        EXPECT_NE(view().problemIn(0), nullptr);
+        code->setText("d\ne");
+        code->goToLine(2);
+    }
+    code->setProblems({});
+    EXPECT_EQ(view().extraSelections().size(), 1) << "the line of the cursor";
+}
+
 TEST_F(CodeEditTest, ProblemsMoveWithTheirLines) {
     code->setText("a\nb\nc");
     code->setProblems({{2, "unknown 'b'"}, {9, "no end"}, {2, "unused", Emphasis::Warning}});

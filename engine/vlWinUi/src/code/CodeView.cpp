@@ -95,7 +95,10 @@ void CodeView::setText(const QString& text) {
     if (before == text) return;
     completion_.close();
     if (before.isEmpty() || text.isEmpty()) {
+        isClearing_ = true;
         setPlainText(text);
+        isClearing_ = false;
+        problems_.empty() ? updateSelections() : indexProblems();
         return;
     }
     const Difference changed = differenceOf(before, text);
@@ -217,6 +220,9 @@ void CodeView::colorVisible() {
 }
 
 void CodeView::updateSelections() {
+    // A document that is being cleared forgets its cursors and remembers them again afterwards,
+    // also those that have gone meanwhile.
+    if (isClearing_) return;
     QList<QTextEdit::ExtraSelection> selections;
     QTextEdit::ExtraSelection line;
     line.format.setBackground(shades().bar);

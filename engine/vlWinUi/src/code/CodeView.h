@@ -90,6 +90,7 @@ private:
     std::vector<Problem> problems_;
     std::map<int, Problem> problemsByLine_;
     double ownFontSize_ = 0; ///< points
+    bool isClearing_ = false;
 };
 
 } // namespace vlWinUi
