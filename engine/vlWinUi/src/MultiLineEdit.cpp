@@ -70,6 +70,11 @@ void MultiLineEdit::setReadOnly(bool readOnly) {
     widgetAs<QPlainTextEdit>(*this).setReadOnly(readOnly);
 }
 
+void MultiLineEdit::setWrapping(bool wrapping) {
+    widgetAs<QPlainTextEdit>(*this).setLineWrapMode(wrapping ? QPlainTextEdit::WidgetWidth
+                                                             : QPlainTextEdit::NoWrap);
+}
+
 void MultiLineEdit::goToLine(std::size_t line) {
     auto& edit = widgetAs<QPlainTextEdit>(*this);
     const QTextBlock block = edit.document()->findBlockByNumber(static_cast<int>(line) - 1);

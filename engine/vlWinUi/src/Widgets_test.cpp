@@ -22,6 +22,7 @@
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QWheelEvent>
 
@@ -244,6 +245,26 @@ TEST_F(MultiLineEditTest, TheSameTextSetAnewLeavesTheCursorWhereItIs) {
         text->goToLine(outside);
     text->setText("one\ntwo\nthree");
     EXPECT_EQ(edit.textCursor().blockNumber(), 2);
+}
+
+TEST_F(MultiLineEditTest, LongLinesAreBrokenIfWantedAndStayOneLine) {
+    const std::string line(4000, 'x');
+    const auto& edit = widgetAs<QPlainTextEdit>(*text);
+    const auto scrolls = [&] {
+        System::processEvents();
+        return edit.horizontalScrollBar()->maximum() > 0;
+    };
+    Window& window = make<Window>("WINDOW");
+    window.setRectangle({0, 0, 300, 200});
+    GridLayout layout(1, 1);
+    layout.addComponent(*text, 0, 0);
+    window.setLayout(std::move(layout));
+    window.load();
+    text->setText(line);
+    EXPECT_TRUE(scrolls());
+    text->setWrapping(true);
+    EXPECT_FALSE(scrolls());
+    EXPECT_EQ(text->getText(), line);
 }
 
 TEST_F(MultiLineEditTest, AKeyMayEraseTheField) {

@@ -16,6 +16,9 @@ public:
     std::string getText() const override;
     void setPlaceHolder(vlMemory::StringView text);
     void setReadOnly(bool readOnly);
+    /// Breaks lines that are too long to be seen whole, at words where there are any; false unless
+    /// set.
+    void setWrapping(bool wrapping);
     /// Lines count from 1; a line outside is ignored.
     void goToLine(std::size_t line);
 
