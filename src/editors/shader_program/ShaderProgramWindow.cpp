@@ -57,10 +57,21 @@ std::string logOf(const ShaderProgramRecord& record) {
     return record.isUsable ? "Compilation went fine." : "";
 }
 
+/// The end of a long path: what is wrong there is to be seen beside it.
+std::string shortened(const std::string& path) {
+    constexpr std::size_t longest = 32;
+    if (path.size() <= longest) return path;
+    const std::size_t name = path.rfind('/');
+    const std::size_t folder =
+            name == 0 || name == std::string::npos ? name : path.rfind('/', name - 1);
+    return folder == std::string::npos ? path : "..." + path.substr(folder);
+}
+
 std::string placeOf(const ShaderProgramDiagnostic& problem) {
     const std::string stage(stageLabel(problem.stage));
-    return problem.file.empty() ? fmt::format("{}, line {}", stage, problem.line)
-                                : fmt::format("{}, {}:{}", stage, problem.file, problem.line);
+    return problem.file.empty()
+                   ? fmt::format("{}, line {}", stage, problem.line)
+                   : fmt::format("{}, {}:{}", stage, shortened(problem.file), problem.line);
 }
 
 /// Where a problem is to be seen in its stage's own source: one in an included file at the line
@@ -195,7 +206,9 @@ void ShaderProgramWindow::bindStages() {
 
 void ShaderProgramWindow::bindButtons() {
     const auto self = weak_from_this();
-    widget<vlWinUi::MultiLineEdit>("_LOG_EDIT").setReadOnly(true);
+    auto& log = widget<vlWinUi::MultiLineEdit>("_LOG_EDIT");
+    log.setReadOnly(true);
+    log.setWrapping(true);
     bindings_.button("_COMPILE", [](const Names& names) {
         for (const std::string& name : names)
             postByUser(CompileShaderProgramSourcesMessage(name, {}));

@@ -338,6 +338,17 @@ TEST_P(ShaderProgramEditor, AProblemInAnIncludedFileIsShownWhereItIsIncluded) {
     EXPECT_EQ(IncludedFileView::getPath(), "");
 }
 
+TEST_P(ShaderProgramEditor, ALongPathLeavesRoomForWhatIsWrong) {
+    std::filesystem::create_directories(path("a_long_way/to_another_place"));
+    save("a_long_way/to_another_place/p.vlpr");
+    writeElsewhere("a_long_way/to_another_place/p_src/grey.hlsl", "nonsense\n");
+    write("Pixel", "#include \"grey.hlsl\"\nfloat4 main() : SV_TARGET { return 1; }");
+    ASSERT_FALSE(items(base() + "_PROBLEMS_LIST").empty());
+    EXPECT_THAT(items(base() + "_PROBLEMS_LIST").front(),
+                testing::StartsWith("Pixel, .../p_src/grey.hlsl:"));
+    EXPECT_THAT(shownIn("_LOG_EDIT"), HasSubstr("a_long_way/to_another_place/p_src/grey.hlsl:"));
+}
+
 TEST_P(ShaderProgramEditor, ARenamedProgramIsSavedIntoAFolderOfItsNewName) {
     save("p.vlpr");
     std::filesystem::create_directory(path("p_src/lib"));
