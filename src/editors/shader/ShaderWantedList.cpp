@@ -8,6 +8,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 namespace vlEditor {
 namespace {
 
@@ -36,9 +38,12 @@ std::string labelOf(const ShaderWantedUiData& wanted) {
     return label;
 }
 
-std::string placeHolderOf(const ShaderUiData* shader) {
+std::string placeHolderOf(const ShaderUiData* shader, const std::string& letter) {
     if (shader == nullptr || shader->programName.empty()) return "No program";
-    return shader->reflected ? "All is bound" : "The program is not compiled";
+    if (!shader->reflected) return "The program is not compiled";
+    const bool usesAny = std::ranges::find(shader->wanted, letter, &ShaderWantedUiData::letter) !=
+                         shader->wanted.end();
+    return usesAny ? "All is bound" : "The program uses none";
 }
 
 void bindTo(Rows& rows, const ShaderWantedUiData& wanted, const std::string& source) {
@@ -94,7 +99,7 @@ void bindWanted(Bindings<ShaderKind>& window,
     window.eachTime([list, letter, shown, &rows](auto) {
         const ShaderUiData* shader = rows.getRecord();
         Wanted wanted = shader == nullptr ? Wanted() : unbound(*shader, letter);
-        list->setPlaceHolder(placeHolderOf(shader));
+        list->setPlaceHolder(placeHolderOf(shader, letter));
         if (wanted == shown->wanted) return;
         shown->wanted = std::move(wanted);
         std::vector<vlWinUi::ListEntry> entries;
