@@ -36,6 +36,11 @@ void ElidedLabel::setAlignment(Qt::Alignment alignment) {
     update();
 }
 
+void ElidedLabel::setElision(Qt::TextElideMode elision) {
+    elision_ = elision;
+    update();
+}
+
 QSize ElidedLabel::sizeHint() const {
     return fontMetrics().size(0, text_) + QSize(4, 2);
 }
@@ -55,7 +60,7 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
     painter.setFont(fitting);
     const QString shown = text_.contains('\n') || fitting != font()
                                   ? text_
-                                  : fontMetrics().elidedText(text_, Qt::ElideRight, area.width());
+                                  : fontMetrics().elidedText(text_, elision_, area.width());
     style()->drawItemText(&painter,
                           area,
                           static_cast<int>(alignment_),

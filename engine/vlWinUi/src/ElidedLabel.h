@@ -4,7 +4,7 @@
 namespace vlWinUi {
 
 /** A line of text that gives way: what does not quite fit is set narrower, and what does not fit
- *  then either ends in an ellipsis. Several lines are shown whole. */
+ *  then either is cut with an ellipsis. Several lines are shown whole. */
 class ElidedLabel final : public QWidget {
 public:
     ElidedLabel();
@@ -12,6 +12,8 @@ public:
     void setText(const QString& text);
     const QString& text() const { return text_; }
     void setAlignment(Qt::Alignment alignment);
+    /// Where what does not fit is left out: at the right unless set.
+    void setElision(Qt::TextElideMode elision);
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -25,6 +27,7 @@ private:
     bool fits() const;
 
     QString text_;
+    Qt::TextElideMode elision_ = Qt::ElideRight;
     Qt::Alignment alignment_ = Qt::AlignLeft | Qt::AlignVCenter;
 };
 

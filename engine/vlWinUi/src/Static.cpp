@@ -32,6 +32,10 @@ void Static::setAlignment(Alignment alignment) {
     widgetAs<ElidedLabel>(*this).setAlignment(alignmentOf(alignment));
 }
 
+void Static::setPath(bool isPath) {
+    widgetAs<ElidedLabel>(*this).setElision(isPath ? Qt::ElideMiddle : Qt::ElideRight);
+}
+
 void Static::setEmphasised(bool emphasised) {
     QFont font;
     font.setWeight(emphasised ? QFont::DemiBold : QFont::Normal);

@@ -10,6 +10,7 @@
 #include <vlWinUi/MultiLineEdit.h>
 #include <vlWinUi/Notificator.h>
 #include <vlWinUi/Slider.h>
+#include <vlWinUi/Static.h>
 #include <vlWinUi/Surface.h>
 #include <vlWinUi/ToolBar.h>
 #include <vlWinUi/Window.h>
@@ -205,6 +206,21 @@ TEST_F(ClipboardTest, WhatIsSetIsThereToPaste) {
     EXPECT_EQ(Clipboard::getText(), "über\nzwei");
     Clipboard::setText({});
     EXPECT_EQ(Clipboard::getText(), "");
+}
+
+using StaticTest = test::WinUiTest;
+
+TEST_F(StaticTest, OfAPathTheEndCanBeSeen) {
+    auto& label = make<Static>("LABEL");
+    QWidget& widget = *label.native().widget;
+    widget.resize(120, 20);
+    const auto picture = [&](char last) {
+        label.setText(std::string(60, 'a') + last);
+        return widget.grab().toImage();
+    };
+    EXPECT_EQ(picture('X'), picture('O'));
+    label.setPath(true);
+    EXPECT_NE(picture('X'), picture('O'));
 }
 
 struct MultiLineEditTest : test::WinUiTest {

@@ -25,6 +25,9 @@ public:
     std::string getText() const override;
     /// Left unless set.
     void setAlignment(Alignment alignment);
+    /// The text is a file's path, whose end counts most: what does not fit is left out of its
+    /// middle. False unless set.
+    void setPath(bool isPath);
     /// Drawn stronger, as a title.
     void setEmphasised(bool emphasised);
     /// The tab key and clicks give it the keyboard focus; false unless set.
