@@ -219,6 +219,7 @@ void ShaderProgramWindow::bindButtons() {
     bindings_.button("_FILE_RELOAD", [self](const Names&) {
         if (const auto window = self.lock()) window->reloadFile();
     });
+    widget<vlWinUi::Static>("_FILE_LABEL").setPath(true);
     auto& problems = widget<ListBox>("_PROBLEMS_LIST");
     problems.setPlaceHolder("No problems");
     // The arrow keys lead from problem to problem.
