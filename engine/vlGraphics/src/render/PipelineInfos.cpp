@@ -107,6 +107,23 @@ std::vector<VkPipelineColorBlendAttachmentState> blendInfos(const PassState& sta
     return infos;
 }
 
+VkPipelineDynamicStateCreateInfo dynamicInfo(const TargetFormats& formats) {
+    static constexpr std::array dynamics{VK_DYNAMIC_STATE_VIEWPORT,
+                                         VK_DYNAMIC_STATE_SCISSOR,
+                                         VK_DYNAMIC_STATE_DEPTH_BIAS,
+                                         VK_DYNAMIC_STATE_STENCIL_REFERENCE,
+                                         VK_DYNAMIC_STATE_STENCIL_COMPARE_MASK,
+                                         VK_DYNAMIC_STATE_STENCIL_WRITE_MASK};
+    constexpr std::uint32_t ofStencil = 3;
+    auto info = vulkan::vkInfo<VkPipelineDynamicStateCreateInfo>(
+            VK_STRUCTURE_TYPE_PIPELINE_DYNAMIC_STATE_CREATE_INFO);
+    const bool hasStencil = formats.stencil != VK_FORMAT_UNDEFINED;
+    info.dynamicStateCount =
+            static_cast<std::uint32_t>(dynamics.size()) - (hasStencil ? 0 : ofStencil);
+    info.pDynamicStates = dynamics.data();
+    return info;
+}
+
 VkPipelineRenderingCreateInfo renderingInfo(const TargetFormats& formats) {
     auto info = vulkan::vkInfo<VkPipelineRenderingCreateInfo>(
             VK_STRUCTURE_TYPE_PIPELINE_RENDERING_CREATE_INFO);

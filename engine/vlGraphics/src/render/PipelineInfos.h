@@ -14,6 +14,8 @@ VkPipelineRasterizationLineStateCreateInfoEXT smoothLineInfo();
 VkPipelineDepthStencilStateCreateInfo depthInfo(const PassState& state);
 std::vector<VkPipelineColorBlendAttachmentState> blendInfos(const PassState& state,
                                                             const Program::Gpu& program);
+/// What is set while recording.
+VkPipelineDynamicStateCreateInfo dynamicInfo(const TargetFormats& formats);
 /// Points into the formats.
 VkPipelineRenderingCreateInfo renderingInfo(const TargetFormats& formats);
 

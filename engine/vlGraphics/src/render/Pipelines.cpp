@@ -255,19 +255,7 @@ Pipelines::make(const PipelineKey& key, const Program::Gpu& program, const Mesh:
     blend.attachmentCount = static_cast<std::uint32_t>(attachments.size());
     blend.pAttachments = attachments.data();
     std::fill_n(blend.blendConstants, 4, 1.0F);
-    constexpr std::array dynamics{VK_DYNAMIC_STATE_VIEWPORT,
-                                  VK_DYNAMIC_STATE_SCISSOR,
-                                  VK_DYNAMIC_STATE_DEPTH_BIAS,
-                                  VK_DYNAMIC_STATE_STENCIL_REFERENCE,
-                                  VK_DYNAMIC_STATE_STENCIL_COMPARE_MASK,
-                                  VK_DYNAMIC_STATE_STENCIL_WRITE_MASK};
-    constexpr std::uint32_t ofStencil = 3;
-    auto dynamic = vulkan::vkInfo<VkPipelineDynamicStateCreateInfo>(
-            VK_STRUCTURE_TYPE_PIPELINE_DYNAMIC_STATE_CREATE_INFO);
-    const bool hasStencil = state.formats.stencil != VK_FORMAT_UNDEFINED;
-    dynamic.dynamicStateCount =
-            static_cast<std::uint32_t>(dynamics.size()) - (hasStencil ? 0 : ofStencil);
-    dynamic.pDynamicStates = dynamics.data();
+    const auto dynamic = dynamicInfo(state.formats);
     const auto rendering = renderingInfo(state.formats);
 
     auto info = vulkan::vkInfo<VkGraphicsPipelineCreateInfo>(
