@@ -1,7 +1,6 @@
 #pragma once
 #include "render/EngineTest.h"
 
-
 #include <algorithm>
 #include <string>
 #include <string_view>
