@@ -142,10 +142,10 @@ TEST_P(ShaderEditor, NewEntriesTakeTheLowestFreeSlotOfSpace0) {
     EXPECT_EQ(record().textures.at(1).resource, vlGraphics::DefaultNames::texture);
     for (std::uint32_t i = 1; i <= Shader::lastSlot; ++i)
         post(ChangeShaderAddTexture{});
-    EXPECT_EQ(record().textures.size(), 33U);
+    EXPECT_EQ(record().textures.size(), Shader::lastSlot + 2U);
     post(ChangeShaderAddTexture{});
-    EXPECT_EQ(record().textures.size(), 33U);
-    EXPECT_THAT(lines().back(), HasSubstr("shader 'a': t32 is out of reach"));
+    EXPECT_EQ(record().textures.size(), Shader::lastSlot + 2U);
+    EXPECT_THAT(lines().back(), HasSubstr("shader 'a': t128 is out of reach"));
     expectInStep();
 }
 

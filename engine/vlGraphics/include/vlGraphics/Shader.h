@@ -38,7 +38,7 @@ class Shader final : public Resource {
 public:
     static constexpr vlMemory::StringView kindName = "shader";
     static constexpr std::uint32_t startMaxInstances = 1024;
-    static constexpr std::uint32_t lastSlot = 31;
+    static constexpr std::uint32_t lastSlot = 127;
     static constexpr std::uint32_t lastSpace = 7;
 
     Shader();

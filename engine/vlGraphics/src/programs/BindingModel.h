@@ -8,7 +8,7 @@ namespace vlGraphics::BindingModel {
 // An HLSL address (register of a class, space) is a descriptor (binding, set): the set is the
 // space, and each class has a range of bindings of its own.
 
-inline constexpr std::uint32_t registersPerClass = 32;
+inline constexpr std::uint32_t registersPerClass = 128;
 inline constexpr std::uint32_t spaceCount = 8;
 
 constexpr std::uint32_t baseOf(RESOURCE_CLASS resourceClass) {
@@ -29,7 +29,7 @@ constexpr char letterOf(RESOURCE_CLASS resourceClass) {
     return "btsu"[static_cast<std::uint32_t>(resourceClass)];
 }
 
-static_assert(baseOf(RESOURCE_CLASS::TEXTURE) == 32 && baseOf(RESOURCE_CLASS::SAMPLER) == 64 &&
-              baseOf(RESOURCE_CLASS::UAV) == 96);
+static_assert(baseOf(RESOURCE_CLASS::TEXTURE) == 128 && baseOf(RESOURCE_CLASS::SAMPLER) == 256 &&
+              baseOf(RESOURCE_CLASS::UAV) == 384);
 
 } // namespace vlGraphics::BindingModel

@@ -163,15 +163,15 @@ TEST(HlslCompiler, RegistersOfAllClassesAndSpacesStayApart) {
 }
 
 TEST(HlslCompiler, RefusesWhatCannotBeBound) {
-    EXPECT_EQ(pixelError("Texture2D far : register(t32); SamplerState s : register(s0);\n"
+    EXPECT_EQ(pixelError("Texture2D far : register(t128); SamplerState s : register(s0);\n"
                          "float4 main() : SV_TARGET { return far.Sample(s, float2(0, 0)); }"),
-              "2: 'far': register t32 is past t31");
+              "2: 'far': register t128 is past t127");
     EXPECT_EQ(pixelError("cbuffer Far : register(b0, space8) { float4 a; };\n"
                          "float4 main() : SV_TARGET { return a; }"),
               "2: 'Far': space8 is past space7");
-    EXPECT_EQ(pixelError("SamplerState s : register(s0);\nTexture2D many[4] : register(t30);\n"
+    EXPECT_EQ(pixelError("SamplerState s : register(s0);\nTexture2D many[4] : register(t126);\n"
                          "float4 main() : SV_TARGET { return many[1].Sample(s, float2(0, 0)); }"),
-              "3: 'many': register t33 is past t31");
+              "3: 'many': register t129 is past t127");
     const auto shared = [](StringView one, StringView two) {
         return pixelError(fmt::format("SamplerState s : register(s0);\n{} : register(t0);\n"
                                       "{};\nfloat4 main() : SV_TARGET {{ return "

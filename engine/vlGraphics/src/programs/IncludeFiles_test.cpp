@@ -86,9 +86,9 @@ TEST_F(IncludeTest, ErrorsNameTheFileAndItsLineAndLinesAfterItStayRight) {
     EXPECT_EQ(toldOf("#include \"lib/deep.hlsl\""),
               "lib/deep.hlsl:2: brackets nested deeper than 256");
     write("lib/resource.hlsl",
-          "\n\nTexture2D far : register(t40); float value() { return far[uint2(0, 0)].x; }");
+          "\n\nTexture2D far : register(t140); float value() { return far[uint2(0, 0)].x; }");
     EXPECT_EQ(toldOf("#include \"lib/resource.hlsl\""),
-              "lib/resource.hlsl:3: 'far': register t40 is past t31");
+              "lib/resource.hlsl:3: 'far': register t140 is past t127");
 }
 
 TEST_F(IncludeTest, RefusesWhatIsNotAReadableTextInside) {

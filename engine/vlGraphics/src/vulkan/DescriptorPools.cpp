@@ -12,7 +12,7 @@ constexpr std::uint32_t startSets = 32;
 constexpr std::uint32_t mostSets = 4096;
 /// One set may use every register of a class in one space, and two classes and the loop buffer have
 /// one type, so a pool holds that at least; what few programs use, it holds no more of.
-constexpr std::uint32_t registersPerClass = 32;
+constexpr std::uint32_t registersPerClass = 128;
 
 } // namespace
 

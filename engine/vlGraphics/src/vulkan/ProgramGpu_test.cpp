@@ -19,9 +19,9 @@ protected:
 };
 
 TEST_F(ProgramAddresses, LastRegisterAndSpaceFitAndTheNextAreNamed) {
-    EXPECT_EQ(errorFor(RESOURCE_CLASS::TEXTURE, 31, 7), "");
-    EXPECT_EQ(errorFor(RESOURCE_CLASS::TEXTURE, 32, 0),
-              "'thing': register t32 lies beyond the last, t31");
+    EXPECT_EQ(errorFor(RESOURCE_CLASS::TEXTURE, 127, 7), "");
+    EXPECT_EQ(errorFor(RESOURCE_CLASS::TEXTURE, 128, 0),
+              "'thing': register t128 lies beyond the last, t127");
     EXPECT_EQ(errorFor(RESOURCE_CLASS::SAMPLER, 0, 8),
               "'thing': space8 lies beyond the last, space7");
 }
