@@ -261,6 +261,15 @@ void nameFiles(LoopPlaces& places, const IncludeFiles& files) {
     }
 }
 
+/// The compiler forgets where inputs and outputs stand; what a fault begins with is a semantic
+/// then.
+ProgramDiagnostic placed(ProgramDiagnostic fault, const CompileRequest& request) {
+    if (fault.line > 1 || !fault.file.empty() || !fault.text.starts_with('\'')) return fault;
+    const StringView semantic = StringView(fault.text).substr(1, fault.text.find('\'', 1) - 1);
+    fault.line = HlslText::lineOfSemantic(request.sources.getMemory(fault.stage), semantic);
+    return fault;
+}
+
 /// An invalid module stands in the way of using the program.
 void findObstacle(CompiledProgram& program) {
     for (std::uint32_t index = 0; index < shaderTypeCount; ++index) {
@@ -285,7 +294,7 @@ CompiledProgram compileProgram(const CompileRequest& request,
                 {compilation->stage(), &compilation->program(), languageOf(compilation->stage())});
     MappedInterfaces interfaces;
     if (auto fault = mapInterfaces(linked, interfaces)) {
-        faults.push_back(*std::move(fault));
+        faults.push_back(placed(*std::move(fault), request));
         return compiled;
     }
     for (const auto& compilation : stages) {
@@ -297,7 +306,7 @@ CompiledProgram compileProgram(const CompileRequest& request,
     nameFiles(compiled.loops, files);
     auto reflection = reflect(compiled, interfaces);
     if (!reflection) {
-        faults.push_back(std::move(reflection.error()));
+        faults.push_back(placed(std::move(reflection.error()), request));
         return compiled;
     }
     compiled.reflection = *std::move(reflection);

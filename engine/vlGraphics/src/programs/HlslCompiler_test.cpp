@@ -234,13 +234,13 @@ TEST(HlslCompiler, WhatAStageReadsTheOneBeforeMustWrite) {
     EXPECT_EQ(reading("nointerpolation uint2 a : ID,\nfloat2 b : TEXCOORD0", "float4(a, b)"),
               "compiled");
     EXPECT_EQ(reading("float2 a : TEXCOORD,\nfloat4 b : COLOR1", "b"),
-              "4:1: 'COLOR1' is read, but the vertex stage does not write it\n");
+              "4:3: 'COLOR1' is read, but the vertex stage does not write it\n");
     EXPECT_EQ(reading("float2 a : TEXCOORD,\nfloat4 b : COLOR1", "a.xyxy"), "compiled")
             << "an input that is not read may come from nowhere";
     EXPECT_EQ(reading("float4 a : TEXCOORD", "a"),
-              "4:1: 'TEXCOORD' is read as float4, but the vertex stage writes float2\n");
+              "4:2: 'TEXCOORD' is read as float4, but the vertex stage writes float2\n");
     EXPECT_EQ(reading("float4 a : ID", "a"),
-              "4:1: 'ID' is read as float4, but the vertex stage writes uint4\n");
+              "4:2: 'ID' is read as float4, but the vertex stage writes uint4\n");
 }
 
 TEST(HlslCompiler, VaryingsMeetBySemanticWhateverTheOrder) {
@@ -574,7 +574,7 @@ TEST(HlslCompiler, AllStagesOfAPipelineMeet) {
     const CompileOutcome without = compileHlsl(PROGRAM_TYPE::PIPELINE, sources, true);
     ASSERT_FALSE(without);
     EXPECT_EQ(without.error().getErrorMessage(),
-              "1: 'NUMBER' is read, but the domain stage does not write it");
+              "2: 'NUMBER' is read, but the domain stage does not write it");
 }
 
 TEST(HlslCompiler, ComputeReflectsItsGroupAndBuffer) {

@@ -2,6 +2,8 @@
 
 #include "Assets.h"
 #include "programs/HlslCompiler.h"
+#include "programs/InterfaceMapper.h"
+#include "programs/SourceLines.h"
 
 #include <vlMemory/Utf8.h>
 
@@ -65,6 +67,21 @@ std::optional<std::string> findFault(const std::vector<DefineMacro>& macros) {
     }
     if (bytes > maxSourceBytes) return "1: the macros are too long";
     return std::nullopt;
+}
+
+std::uint32_t lineOfSemantic(StringView text, StringView semantic) {
+    const std::string wanted = normalisedSemantic(semantic);
+    LineReader reader(text);
+    std::vector<StringView> tokens;
+    StringView last; // a colon may end the line before
+    while (reader.next(tokens)) {
+        for (const StringView token : tokens) {
+            if (last == ":" && normalisedSemantic(token) == wanted)
+                return static_cast<std::uint32_t>(reader.line());
+            last = token;
+        }
+    }
+    return 1;
 }
 
 bool isBlank(StringView text) {

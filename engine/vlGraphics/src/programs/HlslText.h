@@ -1,6 +1,7 @@
 #pragma once
 #include <vlGraphics/ProgramSourcesHolder.h>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -10,6 +11,8 @@ namespace vlGraphics::HlslText {
 std::optional<std::string> findFault(vlMemory::StringView text);
 /// What is wrong with the macros: names are identifiers, values a line without control characters.
 std::optional<std::string> findFault(const std::vector<DefineMacro>& macros);
+/// Where the text first has the word behind a colon, whatever its case; 1 where it has not.
+std::uint32_t lineOfSemantic(vlMemory::StringView text, vlMemory::StringView semantic);
 bool isBlank(vlMemory::StringView text);
 /// Whether a text may have an #include; rather yes than no.
 bool mayInclude(vlMemory::StringView text);
