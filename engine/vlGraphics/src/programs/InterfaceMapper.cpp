@@ -314,10 +314,6 @@ private:
         std::from_chars(semantic.data() + digits, semantic.data() + semantic.size(), first);
         return normalisedSemantic(fmt::format("{}{}", semantic.substr(0, digits), first + index));
     }
-    /// What has no semantic goes by its name.
-    static vlMemory::StringView withoutMark(vlMemory::StringView semantic) {
-        return semantic.substr(semantic.starts_with('@') ? 1 : 0);
-    }
     static bool isVertexInput(EShLanguage language, const TVarEntryInfo& entry) {
         return language == EShLangVertex && entry.symbol->getQualifier().isPipeInput();
     }
@@ -347,9 +343,6 @@ private:
         if (!isPlaced(entry)) return;
         const std::string semantic = semanticOf(entry);
         if (isPixelOutput(language, entry)) return noteTarget(entry);
-        if (language == EShLangCompute)
-            fail(entry,
-                 fmt::format("'{}': nothing feeds the compute stage", withoutMark(semantic)));
         if (!isVertexInput(language, entry)) {
             varyings_.note(semantic, locationsOf(language, entry));
             if (entry.symbol->getQualifier().isPipeInput())

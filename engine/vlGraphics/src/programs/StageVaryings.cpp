@@ -23,7 +23,10 @@ bool fits(const Varying& output, const Varying& input) {
            output.columns == input.columns && output.elements >= input.elements;
 }
 
-std::string faultOf(const Varying& input, const StageVaryings& before) {
+/// Before the compute stage there is none.
+std::string faultOf(const Varying& input, const StageVaryings* stageBefore) {
+    if (stageBefore == nullptr) return "is read, but nothing feeds the compute stage";
+    const StageVaryings& before = *stageBefore;
     const auto output =
             std::find_if(before.outputs.begin(), before.outputs.end(), [&](const Varying& one) {
                 return one.location == input.location && one.isPatch == input.isPatch;
@@ -41,9 +44,9 @@ std::string faultOf(const Varying& input, const StageVaryings& before) {
 
 std::optional<ProgramDiagnostic> findMismatch(const std::vector<StageVaryings>& stages,
                                               const MappedInterfaces& interfaces) {
-    for (std::size_t i = 1; i < stages.size(); ++i) {
+    for (std::size_t i = 0; i < stages.size(); ++i) {
         for (const Varying& input : stages[i].inputs) {
-            const std::string fault = faultOf(input, stages[i - 1]);
+            const std::string fault = faultOf(input, i == 0 ? nullptr : &stages[i - 1]);
             if (fault.empty()) continue;
             ProgramDiagnostic found;
             found.stage = stages[i].stage;
