@@ -61,7 +61,13 @@ TEST(LoopGuard, LeavesLoopsAloneThatEvidentlyEndSoon) {
                              "for (int i = 0; 4 > i && a < limit; i++) a += i;",
                              "static const int m = 8; for (int i = -m; i < m; ++i) a += i;",
                              "[unroll] for (int i = 0; i < 4; ++i) a += sin(a);",
-                             "for (int y = 0; y < 99; ++y) for (int x = 0; x < 99; ++x) a += x;"})
+                             "for (int y = 0; y < 99; ++y) for (int x = 0; x < 99; ++x) a += x;",
+                             "int i = 0; while (i < 9) { a += sin(a); ++i; }",
+                             "int i = 9; while (i > 0) { i -= 3; if (a > i) continue; a += i; }",
+                             "int i = 0; while (i < 9) { ++i; switch (n) { case 1: continue; "
+                             "case 2: a += 1; break; default: a *= 2; } a += i; }",
+                             "int y = 0; while (y < 9) { int x = 0; while (x < 9) { a += x; x++; } "
+                             "y++; }"})
         EXPECT_FALSE(isWatched(body)) << body;
 }
 
@@ -76,6 +82,13 @@ TEST(LoopGuard, WatchesLoopsWhoseEndDependsOnValuesOrLiesFarAway) {
                              "for (int i = 0; i < 16; --i) { a += i; if (a > limit) break; }",
                              "for (float t = 0; t < 1; t += 0.00000001) a += t;",
                              "int i = 0; if (a > limit) i = n; for (; i < 4; ++i) a += i;",
+                             "int i = 0; while (i < 9) { a += 1; if (a > limit) continue; ++i; }",
+                             "int i = 0; while (i < 9) { a += 1; if (a > limit) ++i; }",
+                             "int i = 0; while (i != 9) { for (int k = 0; k < 2; ++k) ++i; }",
+                             "int i = 0; while (i < 9) { ++i; if (a > limit) --i; a += 1; }",
+                             "for (float t = 0; t < 1e-39; t += 1e-40) a += t;",
+                             "for (float t = 16777200; t < 16777300; t += 1) a += t;",
+                             "for (min16float t = 0; t < 2; t += 0.0002) a += t;",
                              "for (int y = 0; y < 999; ++y) for (int x = 0; x < 99; ++x) a += x;"})
         EXPECT_TRUE(isWatched(body)) << body;
 }

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
+#include <limits>
 #include <optional>
 #include <unordered_map>
 #include <unordered_set>
@@ -27,6 +29,7 @@ enum Operation : std::uint32_t {
     variable = 59,
     load = 61,
     store = 62,
+    decorate = 71,
     addInt = 128,
     addFloat = 129,
     subtractInt = 130,
@@ -40,11 +43,13 @@ enum Operation : std::uint32_t {
     blockLabel = 248,
     branch = 249,
     branchConditional = 250,
+    branchSwitch = 251,
     firstTerminator = 249,
     lastTerminator = 255
 };
 
-constexpr std::uint32_t ownOfFunction = 7; ///< a storage class
+constexpr std::uint32_t ownOfFunction = 7;    ///< a storage class
+constexpr std::uint32_t relaxedPrecision = 0; ///< a decoration
 
 enum class Kind : std::uint8_t { other, signedInt, unsignedInt, real };
 
@@ -102,6 +107,17 @@ std::uint32_t step(std::uint32_t operation, std::uint32_t value, std::uint32_t b
     }
 }
 
+/// Devices may take such a number for 0.
+bool isTiny(std::uint32_t bits) {
+    return std::abs(asFloat(bits)) < 2 * std::numeric_limits<float>::min() && asFloat(bits) != 0;
+}
+
+/// Whether the number moves in a step however the device rounds.
+bool moves(std::uint32_t value, std::uint32_t by) {
+    return !isTiny(value) && !isTiny(by) && asFloat(value) + asFloat(by) / 2 != asFloat(value) &&
+           asFloat(value) - asFloat(by) / 2 != asFloat(value);
+}
+
 /** Reads a module's loops and how often they pass. */
 class LoopReader {
 public:
@@ -121,6 +137,7 @@ public:
 
 private:
     static constexpr std::size_t none = ~std::size_t{0};
+    using BlockGraph = std::unordered_map<std::uint32_t, std::vector<std::uint32_t>>;
 
     struct Loop {
         ShaderLoop found;
@@ -165,6 +182,8 @@ private:
             if (op == typeFloat && spirv_[at + 2] == 32) types[spirv_[at + 1]] = Kind::real;
             if (op == constant && words == 4)
                 constants_[spirv_[at + 2]] = {types[spirv_[at + 1]], spirv_[at + 3]};
+            if (op == decorate && words == 3 && spirv_[at + 2] == relaxedPrecision)
+                isCoarse_.insert(spirv_[at + 1]);
             if (op == blockLabel) labels_[spirv_[at + 1]] = at;
             if (op == variable && spirv_[at + 3] == ownOfFunction) locals_.insert(spirv_[at + 2]);
         });
@@ -296,6 +315,11 @@ private:
         if (!start || next == none) return std::nullopt;
         const auto by = constants_.find(spirv_[next + 4]);
         if (by == constants_.end() || by->second.kind != counter.limit.kind) return std::nullopt;
+        // Devices may count in fewer bits then, which end sooner or take no small step.
+        if (isCoarse_.contains(counter.variable) || isCoarse_.contains(spirv_[next + 2]))
+            return std::nullopt;
+        const bool isReal = counter.limit.kind == Kind::real;
+        if (isReal && isTiny(counter.limit.bits)) return std::nullopt;
         std::uint32_t value = *start;
         for (std::uint64_t trips = 0; trips <= mostUnwatchedPasses; ++trips) {
             const auto goesOn = counter.isLeft
@@ -303,6 +327,7 @@ private:
                                         : compare(counter.comparison, counter.limit.bits, value);
             if (!goesOn) return std::nullopt;
             if (!*goesOn) return trips;
+            if (isReal && !moves(value, by->second.bits)) return std::nullopt;
             value = step(opcode(next), value, by->second.bits);
         }
         return std::nullopt;
@@ -324,27 +349,70 @@ private:
         return leadsHere ? start : std::nullopt;
     }
 
-    /// The addition of a constant that the continue block stores; none when the loop uses the
-    /// variable in any way other than to read it.
+    /// The addition of a constant that every pass stores once; none when the loop uses the variable
+    /// in any way other than that and to read it.
     std::size_t stepOf(const Loop& loop, std::uint32_t variable) const {
-        const auto label = labels_.find(loop.continueBlock);
-        if (label == labels_.end() || label->second >= loop.found.end) return none;
-        std::size_t loaded = none, added = none, stored = none;
-        std::size_t at = after(label->second);
-        for (; opcode(at) < firstTerminator || opcode(at) > lastTerminator; at = after(at)) {
+        std::size_t block = none, stored = none;
+        for (std::size_t at = loop.found.label; at < loop.found.end; at = after(at)) {
+            if (opcode(at) == blockLabel && stored == none) block = at;
+            if (opcode(at) == load || !mentions(at, variable)) continue;
+            if (opcode(at) != store || spirv_[at + 1] != variable || stored != none) return none;
+            stored = at;
+        }
+        if (stored == none || !isOncePerPass(loop, spirv_[block + 1])) return none;
+        std::size_t loaded = none, added = none;
+        for (std::size_t at = after(block); at < stored; at = after(at)) {
             const std::uint32_t op = opcode(at);
             if (op == load && spirv_[at + 3] == variable) loaded = at;
             if (op >= addInt && op <= subtractFloat && loaded != none &&
                 spirv_[at + 3] == spirv_[loaded + 2])
                 added = at;
-            if (op == store && spirv_[at + 1] == variable && added != none &&
-                spirv_[at + 2] == spirv_[added + 2])
-                stored = at;
         }
-        if (stored == none || opcode(at) != branch || spirv_[at + 1] != loop.header) return none;
-        for (at = loop.found.label; at < loop.found.end; at = after(at))
-            if (at != stored && opcode(at) != load && mentions(at, variable)) return none;
-        return added;
+        const bool isStored = added != none && spirv_[stored + 2] == spirv_[added + 2];
+        return isStored ? added : none;
+    }
+
+    /// No pass leaves the block out, and none goes through it again.
+    bool isOncePerPass(const Loop& loop, std::uint32_t block) const {
+        const BlockGraph blocks = blocksOf(loop);
+        return !isReachable(blocks, loop.header, loop.header, block) &&
+               !isReachable(blocks, block, block, loop.header);
+    }
+
+    /// The blocks that follow each block of a loop.
+    BlockGraph blocksOf(const Loop& loop) const {
+        BlockGraph blocks;
+        std::vector<std::uint32_t>* next = nullptr;
+        for (std::size_t at = loop.found.label; at < loop.found.end; at = after(at)) {
+            const std::uint32_t op = opcode(at);
+            if (op == blockLabel) next = &blocks[spirv_[at + 1]];
+            if (op == branch) next->push_back(spirv_[at + 1]);
+            if (op == branchConditional) next->assign({spirv_[at + 2], spirv_[at + 3]});
+            if (op != branchSwitch) continue;
+            // The default, and then a label behind each value.
+            for (std::size_t word = at + 2; word < after(at); word += 2)
+                next->push_back(spirv_[word]);
+        }
+        return blocks;
+    }
+
+    /// By one step or more, and not through the block that is left out.
+    static bool isReachable(const BlockGraph& blocks,
+                            std::uint32_t from,
+                            std::uint32_t to,
+                            std::uint32_t without) {
+        std::unordered_set<std::uint32_t> seen{without};
+        std::vector<std::uint32_t> open{from};
+        while (!open.empty()) {
+            const auto block = blocks.find(open.back());
+            open.pop_back();
+            if (block == blocks.end()) continue;
+            for (const std::uint32_t next : block->second) {
+                if (next == to) return true;
+                if (seen.insert(next).second) open.push_back(next);
+            }
+        }
+        return false;
     }
 
     /// A number that only looks like it counts, too.
@@ -358,6 +426,7 @@ private:
     std::unordered_map<std::uint32_t, Constant> constants_;
     std::unordered_map<std::uint32_t, std::size_t> labels_;
     std::unordered_set<std::uint32_t> locals_;
+    std::unordered_set<std::uint32_t> isCoarse_; ///< whose precision is left to the device
     std::unordered_map<std::uint32_t, std::size_t> numbers_; ///< of functions by name
     std::vector<Function> functions_;
     std::vector<Loop> loops_;
