@@ -83,6 +83,8 @@ private:
 } // namespace
 
 std::string findExcess(std::span<const std::uint32_t> spirv) {
+    if (spirv.size() > maxWords)
+        return fmt::format("it compiles to {} words, more than {}", spirv.size(), maxWords);
     CallReader reader;
     reader.read(spirv);
     if (reader.loops() > maxLoops) return fmt::format("loops nested deeper than {}", maxLoops);
