@@ -380,8 +380,10 @@ TEST(HlslCompiler, VariablesThatNoDeviceHoldsAreRefused) {
                            count);
     };
     EXPECT_EQ(pixelError(withArray("1000")), "compiled");
+    EXPECT_EQ(pixelError(withArray("100000")),
+              "1: the variables have 1600000 bytes, more than the 65536 possible");
     EXPECT_EQ(pixelError(withArray("100000000")),
-              "1: the variables have 1600000000 bytes, more than the 65536 possible");
+              "1: 'q' has 1600000000 bytes or more, where 16777216 are possible");
     EXPECT_NE(pixelError(withArray("2147483647")), "compiled");
     EXPECT_NE(pixelError("float4 main() : SV_TARGET { float4 q[2147483647]; return q[1]; }"),
               "compiled");
@@ -418,6 +420,44 @@ TEST(HlslCompiler, BoundsWhatItTakes) {
               "2050: more than 4096 branches and loops");
     EXPECT_EQ(pixelError(std::string(std::size_t{5} << 20U, ' ') + "float a;"),
               "1: the source has 5242888 bytes, more than 4194304 cannot be compiled");
+}
+
+TEST(HlslCompiler, RefusesSizesBeforeTheCompilerMakesRoomForThem) {
+    const auto withStruct = [](StringView before, StringView members) {
+        return pixelError(
+                fmt::format("{}\nstruct S {{\n{} }};\nfloat4 main(float4 p : SV_POSITION) "
+                            ": SV_TARGET {{ S s = (S)0; return p; }}",
+                            before,
+                            members));
+    };
+    const std::string tooMuch = "3: 'S' has 400000000 bytes or more, where 65536 are possible";
+    EXPECT_EQ(withStruct("", "float a[100000000];"), tooMuch);
+    EXPECT_EQ(withStruct("", "float a[10000][10000];"), tooMuch);
+    EXPECT_EQ(withStruct("", "float4 b[2], a[(25 * 1000 - 1) * 1000 + 1000 - 2];"), tooMuch);
+    EXPECT_EQ(withStruct("#define N (n * 4)\nstatic const uint m = 5, n = m * 1000 << 1;",
+                         "float3x3 unused() { float a[3]; return 1; } float2 a[N * 1250u];")
+                      .substr(3),
+              tooMuch.substr(3));
+    EXPECT_EQ(withStruct("typedef float Thousand[1000];", "Thousand a[100000];"), tooMuch);
+    EXPECT_EQ(withStruct("struct T { float a, b[9]; } t;", "T a[10000000];"), tooMuch);
+    EXPECT_EQ(withStruct("static const float4 t[2] = {{1, 2, 3, 4}, {5, 6, 7, 8}};\n"
+                         "cbuffer C { float4 c[4096]; }; StructuredBuffer<float4> many[4];",
+                         "float4 a[1000]; float f(float b[9]) { float c[9]; return c[0] + b[1]; } "
+                         "float b[90], c;"),
+              "compiled");
+    std::string doubling = "struct S0 { float a; };\n";
+    for (int index = 1; index < 40; ++index)
+        doubling += fmt::format("struct S{0} {{ S{1} a; S{1} b; }};\n", index, index - 1);
+    EXPECT_EQ(pixelError(doubling + "S39 s; float4 main() : SV_TARGET { return 1; }"),
+              "16: 'S15' has 131072 bytes or more, where 65536 are possible");
+    EXPECT_EQ(pixelError("cbuffer C {\nfloat4 a[100000]; };\n"
+                         "float4 main() : SV_TARGET { float4 b[100000] = a; return b[3]; }"),
+              "2: 'C' has 1600000 bytes or more, where 1048576 are possible");
+    std::string table = "static const float t[40000] = {";
+    for (int index = 0; index < 40000; ++index)
+        table += fmt::format("0.{},\n", index);
+    EXPECT_EQ(pixelError(table + "}; float4 main() : SV_TARGET { return t[2]; }"),
+              "32768: more than 32768 numbers");
 }
 
 TEST(HlslCompiler, RefusesWhatTheCompilerWouldNotEndWith) {

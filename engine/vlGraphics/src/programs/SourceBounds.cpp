@@ -133,7 +133,26 @@ SourceBounds::expand(Macro& macro, const StringView* at, const Argument& list, s
     return at;
 }
 
+/// "0.25" and "25" come as words and marks that stand next to each other.
+void SourceBounds::countNumber(StringView token) {
+    const bool goesOn = !number_.empty() && number_.data() + number_.size() == token.data();
+    if (goesOn && token == ".") {
+        number_ = {number_.data(), number_.size() + 1};
+        return;
+    }
+    const bool isDigit = token.front() >= '0' && token.front() <= '9';
+    if (isDigit && goesOn && number_.back() == '.') {
+        number_ = {number_.data(), number_.size() + token.size()};
+        return;
+    }
+    if (!number_.empty()) numbers_.insert(number_);
+    number_ = isDigit ? token : StringView();
+    if (numbers_.size() > maxNumbers) fail(fmt::format("more than {} numbers", maxNumbers));
+}
+
 void SourceBounds::count(StringView token) {
+    countNumber(token);
+    if (const std::string excess = sizes_.take(token); !excess.empty()) fail(excess);
     const StringView last = std::exchange(last_, token);
     if (LineReader::isWordCharacter(token.front())) {
         if (isBranch(token) && ++branches_ > maxBranches)

@@ -1,4 +1,5 @@
 #pragma once
+#include "programs/DeclaredSizes.h"
 #include "programs/IncludeFiles.h"
 
 #include <vlMemory/String.h>
@@ -7,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace vlGraphics {
@@ -29,6 +31,9 @@ public:
     static constexpr std::size_t maxOperators = 1U << 16; ///< marks in one statement
     static constexpr std::size_t maxBranches = 1U << 12;  ///< words such as "if" and "for"
     static constexpr std::size_t maxExpanded = 1U << 20;  ///< words and marks made by macros
+
+    /// Different ones: the compiler looks each up among all that came before.
+    static constexpr std::size_t maxNumbers = 1U << 15U;
 
     /// What is too much. Follows #include where there is a walk to follow it with; what cannot be
     /// included is left to the compiler. Macros stay known for the texts that follow, and so all
@@ -62,6 +67,7 @@ private:
     const vlMemory::StringView*
     expand(Macro& macro, const vlMemory::StringView* at, const Argument& list, std::size_t depth);
     void count(vlMemory::StringView token);
+    void countNumber(vlMemory::StringView token);
     void fail(std::string text);
 
     std::unordered_map<vlMemory::StringView, Macro> macros_; ///< names point into the texts
@@ -74,6 +80,9 @@ private:
     std::size_t operators_ = 0;
     std::size_t branches_ = 0;
     std::size_t expanded_ = 0;
+    vlMemory::StringView number_; ///< so far: a fraction comes in several words
+    std::unordered_set<vlMemory::StringView> numbers_;
+    DeclaredSizes sizes_;
 };
 
 } // namespace vlGraphics
