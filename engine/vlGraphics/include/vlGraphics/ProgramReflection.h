@@ -65,6 +65,9 @@ struct ReflectedResource {
     bool isFormatFixed = false; ///< what is bound must have that format
     std::vector<ReflectedMember>
             members; ///< of a constant buffer, and of an element that is a struct
+    /// Where the first stage that uses it does so first, as in ProgramDiagnostic.
+    vlMemory::String file;
+    std::uint32_t line = 1;
     friend bool operator==(const ReflectedResource&, const ReflectedResource&) = default;
 };
 
@@ -88,6 +91,8 @@ struct ProgramReflection {
     /// empty where nothing stands in the way.
     vlMemory::String obstacle;
     SHADER_TYPE obstacleStage = SHADER_TYPE::VERTEX; ///< whose it is
+    vlMemory::String obstacleFile;                   ///< as in ProgramDiagnostic
+    std::uint32_t obstacleLine = 1;
     friend bool operator==(const ProgramReflection&, const ProgramReflection&) = default;
 };
 

@@ -156,8 +156,7 @@ public:
             return HlslMessages::error(stage_, "1: there is no function 'main'");
         program_ = std::make_unique<glslang::TProgram>();
         program_->addShader(&shader_);
-        if (!program_->link(messages))
-            return HlslMessages::firstError(stage_, program_->getInfoLog());
+        if (!program_->link(messages)) return linkError();
         return std::nullopt;
     }
 
@@ -193,6 +192,23 @@ private:
         ProgramDiagnostic error = HlslMessages::firstError(stage_, shader_.getInfoLog());
         if (!includer_.failure().empty() && error.text.starts_with("'#include'"))
             error.text = "#include " + includer_.failure();
+        return error;
+    }
+
+    /// Its place is that of the function that it names, if it does.
+    ProgramDiagnostic linkError() {
+        ProgramDiagnostic error = HlslMessages::firstError(stage_, program_->getInfoLog());
+        const auto* tree = shader_.getIntermediate()->getTreeRoot();
+        const auto* all = tree == nullptr ? nullptr : tree->getAsAggregate();
+        if (all == nullptr || error.line != 1) return error;
+        for (TIntermNode* node : const_cast<glslang::TIntermAggregate*>(all)->getSequence()) {
+            const glslang::TIntermAggregate* function = node->getAsAggregate();
+            if (function == nullptr || function->getOp() != glslang::EOpFunction) continue;
+            if (error.text.find(function->getName().c_str()) == std::string::npos) continue;
+            error.file = function->getLoc().getFilenameStr();
+            error.line = static_cast<std::uint32_t>(std::max(function->getLoc().line, 1));
+            break;
+        }
         return error;
     }
 
@@ -250,15 +266,21 @@ compileStages(const CompileRequest& request, IncludeFiles& files, Faults& faults
     return stages;
 }
 
-void nameFiles(LoopPlaces& places, const IncludeFiles& files) {
-    for (std::vector<LoopPlace>& ofStage : places) {
-        for (LoopPlace& place : ofStage) {
-            ProgramDiagnostic named;
-            named.file = place.file;
-            HlslMessages::finish(named, files);
-            place.file = named.file;
-        }
-    }
+/// Puts a path in the place of the compiler's name for a file.
+template <class Text> void nameFile(Text& file, const IncludeFiles& files) {
+    ProgramDiagnostic named;
+    named.file = file;
+    HlslMessages::finish(named, files);
+    file = named.file;
+}
+
+void nameFiles(CompiledProgram& program, const IncludeFiles& files) {
+    for (std::vector<LoopPlace>& ofStage : program.loops)
+        for (LoopPlace& place : ofStage)
+            nameFile(place.file, files);
+    for (ReflectedResource& resource : program.reflection.resources)
+        nameFile(resource.file, files);
+    nameFile(program.reflection.obstacleFile, files);
 }
 
 /// The compiler forgets where inputs and outputs stand; what a fault begins with is a semantic
@@ -303,13 +325,13 @@ CompiledProgram compileProgram(const CompileRequest& request,
             faults.push_back(HlslMessages::error(compilation->stage(), error));
     }
     if (!faults.empty()) return compiled;
-    nameFiles(compiled.loops, files);
     auto reflection = reflect(compiled, interfaces);
     if (!reflection) {
         faults.push_back(placed(std::move(reflection.error()), request));
         return compiled;
     }
     compiled.reflection = *std::move(reflection);
+    nameFiles(compiled, files);
     findObstacle(compiled);
     return compiled;
 }

@@ -513,6 +513,26 @@ TEST(HlslCompiler, ModulesThatNoDeviceTakesStandInTheWay) {
     }
 }
 
+TEST(HlslCompiler, WhatIsFoundLateIsToldWhereItStands) {
+    EXPECT_EQ(pixelError("float g() { return 1; }\n\nfloat f(float a) {\n return f(a); }\n"
+                         "float4 main(float4 p : SV_POSITION) : SV_TARGET { return f(p.x); }")
+                      .substr(0, 21),
+              "3: Recursion detected");
+    ProgramSourcesHolder sources;
+    sources.setVertexMemory(plainVertex);
+    sources.setPixelMemory(
+            "SamplerState s : register(s0);\nTexture2D one : register(t9);\n\n"
+            "Texture2D many[] : register(t0);\nfloat4 main(float4 p : SV_POSITION) : "
+            "SV_TARGET { return many[1].Sample(s, p.xy) + one.Sample(s, p.xy); }");
+    const CompileOutcome outcome = compileHlsl(PROGRAM_TYPE::PIPELINE, sources, true);
+    ASSERT_TRUE(outcome) << outcome.error().getErrorMessage();
+    EXPECT_EQ(outcome->reflection.obstacleLine, 5U) << outcome->reflection.obstacle;
+    std::string lines;
+    for (const ReflectedResource& resource : outcome->reflection.resources)
+        lines += fmt::format("{} {} ", resource.name, resource.line);
+    EXPECT_EQ(lines, "PassBuffer 11 many 5 one 5 s 5 ");
+}
+
 TEST(HlslCompiler, MacrosBelongToTheirStageAndAreChecked) {
     const auto withMacro = [](StringView name, StringView value) {
         ProgramSourcesHolder sources;

@@ -112,7 +112,9 @@ template <class Archive> void put(Archive& archive, ReflectedResource& resource)
            resource.stageMask,
            resource.texelFormat,
            resource.isFormatFixed,
-           resource.members);
+           resource.members,
+           resource.file,
+           resource.line);
 }
 
 template <class Archive> void put(Archive& archive, ReflectedInput& input) {
@@ -128,7 +130,9 @@ template <class Archive> void put(Archive& archive, ProgramReflection& reflectio
            reflection.writesAlpha,
            reflection.threadGroupSize,
            reflection.obstacle,
-           reflection.obstacleStage);
+           reflection.obstacleStage,
+           reflection.obstacleFile,
+           reflection.obstacleLine);
 }
 
 template <class Archive> void put(Archive& archive, LoopPlace& place) {

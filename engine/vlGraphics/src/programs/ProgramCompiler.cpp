@@ -212,7 +212,11 @@ void ProgramCompiler::adopt(const Finished& finished) {
     if (!outcome) return fail(*program, outcome.error());
     const ProgramReflection& reflection = outcome->reflection;
     if (!reflection.obstacle.empty())
-        return fail(*program, {reflection.obstacleStage, "1: " + reflection.obstacle});
+        return fail(*program,
+                    ProgramCompilationResult({{reflection.obstacleStage,
+                                               reflection.obstacleFile,
+                                               reflection.obstacleLine,
+                                               reflection.obstacle}}));
     auto gpu = makeGpu_(*outcome);
     if (!gpu) return fail(*program, ProgramCompilationResult({std::move(gpu.error())}));
     // What has not drawn yet may be no better than what comes now.

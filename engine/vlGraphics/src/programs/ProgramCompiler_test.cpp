@@ -282,7 +282,7 @@ TEST(ProgramCompiler, WhatCannotBeBoundIsToldWhenTheResultComesIntoUse) {
     manager.waitForAll();
     EXPECT_EQ(program.getLastCompilationResult().getStage(), SHADER_TYPE::COMPUTE);
     EXPECT_EQ(program.getLastCompilationResult().getErrorMessage(),
-              "1: 'many': an array without a count cannot be bound");
+              "3: 'many': an array without a count cannot be bound");
 }
 
 TEST(ProgramCompiler, RealCompilationsRunInTheBackground) {

@@ -148,15 +148,21 @@ private:
                         fmt::format("'{}': an array without a count cannot be bound", found.name);
             }
         }
-        setObstacle(obstacle);
+        if (mapped != nullptr) {
+            found.file = mapped->file;
+            found.line = mapped->line;
+        }
+        setObstacle(obstacle, found);
         if (kind == SPVC_RESOURCE_TYPE_PUSH_CONSTANT) return std::nullopt;
         return merge(std::move(found), mapped);
     }
 
-    void setObstacle(const std::string& text) {
+    void setObstacle(const std::string& text, const ReflectedResource& of = {}) {
         if (text.empty() || !into_.obstacle.empty()) return;
         into_.obstacle = text;
         into_.obstacleStage = stage_;
+        into_.obstacleFile = of.file;
+        into_.obstacleLine = of.line;
     }
 
     static std::uint32_t endOf(const ReflectedResource& resource) {

@@ -65,8 +65,8 @@ std::uint32_t writingStages();
 /// Of one thread through its loops. Fewer than after which the device's driver leaves loops itself.
 std::uint32_t mostLoopPasses();
 
-/** Makes the device side. Fails, naming the stage, when there is no device, when something stands
- * in the way of using the program, when a register or a space lies beyond what the addresses have
+/** Makes the device side. Of a program in whose way nothing stands. Fails, naming the stage, when
+ * there is no device, when a register or a space lies beyond what the addresses have
  * room for (32 registers of a class, 8 spaces), or when a stage needs what the device lacks.
  * Graphics thread only. */
 tl::expected<std::unique_ptr<Program::Gpu>, ProgramDiagnostic>

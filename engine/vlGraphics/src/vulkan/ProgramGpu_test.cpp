@@ -1,5 +1,8 @@
 #include "render/EngineTest.h"
+#include "vulkan/Device.h"
 #include "vulkan/ProgramGpu.h"
+
+#include <fmt/format.h>
 
 namespace vlGraphics {
 namespace {
@@ -24,6 +27,40 @@ TEST_F(ProgramAddresses, LastRegisterAndSpaceFitAndTheNextAreNamed) {
               "'thing': register t128 lies beyond the last, t127");
     EXPECT_EQ(errorFor(RESOURCE_CLASS::SAMPLER, 0, 8),
               "'thing': space8 lies beyond the last, space7");
+}
+
+TEST_F(ProgramAddresses, WhatLiesBeyondTheDevicesIsToldWhereItStands) {
+    CompiledProgram program;
+    ReflectedResource& resource = program.reflection.resources.emplace_back();
+    resource.name = "thing";
+    resource.slot = 40;
+    resource.stageMask = 16;
+    resource.file = "shared.hlsl";
+    resource.line = 7;
+    const auto made = makeProgramGpu(program);
+    ASSERT_FALSE(made.has_value());
+    EXPECT_EQ(made.error(),
+              (ProgramDiagnostic{SHADER_TYPE::PIXEL,
+                                 "shared.hlsl",
+                                 7,
+                                 "'thing': register b40 lies beyond the last, b31"}));
+}
+
+TEST_F(ProgramAddresses, AStageHasNoMoreResourcesThanTheDeviceTakes) {
+    const std::uint32_t most = vulkan::Device::getInstance()->limits().maxPerStageResources;
+    CompiledProgram program;
+    program.reflection.colorTargetCount = most;
+    ReflectedResource& resource = program.reflection.resources.emplace_back();
+    resource.stageMask = 17;
+    resource.byteSize = 64;
+    const auto made = makeProgramGpu(program);
+    ASSERT_FALSE(made.has_value());
+    EXPECT_EQ(made.error().stage, SHADER_TYPE::PIXEL);
+    EXPECT_EQ(made.error().text,
+              fmt::format("It has {} textures, buffers and targets in one stage, where the device "
+                          "has {} at most",
+                          std::uint64_t{most} + 1,
+                          most));
 }
 
 TEST_F(ProgramAddresses, SpacesBetweenMayBeEmpty) {
