@@ -181,7 +181,10 @@ template <> struct Declared<Program> {
         if (!outcome) return outcome.error().getDiagnostics();
         const ProgramReflection& reflection = outcome->reflection;
         if (reflection.obstacle.empty()) return {};
-        return {{reflection.obstacleStage, {}, 1, reflection.obstacle}};
+        return {{reflection.obstacleStage,
+                 reflection.obstacleFile,
+                 reflection.obstacleLine,
+                 reflection.obstacle}};
     }
     static ProgramSourcesHolder sourcesOf(const Values& values) {
         ProgramSourcesHolder sources;

@@ -13,6 +13,7 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <fstream>
 #include <mutex>
 #include <new>
 #include <optional>
@@ -69,8 +70,21 @@ bool writeAll(int to, std::span<const std::byte> bytes) {
     return true;
 }
 
+/// Memory beyond what the process had: far more than what work needs, and less than what brings a
+/// machine to its knees.
+constexpr ::rlim_t mostMemory = ::rlim_t{2} << 30U;
+
+/// Of its own, in bytes, as RLIMIT_DATA counts; 0 where the system does not tell.
+::rlim_t dataOfSelf() {
+    std::ifstream pages("/proc/self/statm");
+    ::rlim_t count = 0;
+    for (int field = 0; field < 6; ++field)
+        if (!(pages >> count)) return 0;
+    return count * static_cast<::rlim_t>(::sysconf(_SC_PAGESIZE));
+}
+
 /// The copy must not outlive the process, nor answer its own faults as the process would.
-void limitSelf(unsigned mostSeconds) {
+void limitSelf(unsigned mostSeconds, ::rlim_t data) {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     for (const int fault : {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT, SIGXCPU})
         std::signal(fault, SIG_DFL);
@@ -78,10 +92,13 @@ void limitSelf(unsigned mostSeconds) {
     ::setrlimit(RLIMIT_CORE, &noCore);
     const ::rlimit time{mostSeconds, mostSeconds + 1};
     ::setrlimit(RLIMIT_CPU, &time);
+    if (data == 0) return;
+    const ::rlimit memory{data + mostMemory, data + mostMemory};
+    ::setrlimit(RLIMIT_DATA, &memory);
 }
 
 [[noreturn]] void runCopy(const Work& work, unsigned mostSeconds, ApartNote& note, int result) {
-    limitSelf(mostSeconds);
+    limitSelf(mostSeconds, dataOfSelf());
     bool isWritten = false;
     try {
         isWritten = writeAll(result, work(note));

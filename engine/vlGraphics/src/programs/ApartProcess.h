@@ -26,7 +26,8 @@ struct ApartResult {
 /** Runs the work in a copy of this process and waits for it, so that neither a fault in it nor its
  *  having no end reaches the caller. The copy has but the calling thread: the work must not wait
  *  for another, nor need what another may hold. Changes that it makes are lost. It is stopped after
- *  that many seconds of the processor's time. Any thread. */
+ *  that many seconds of the processor's time, and gets at most 2 GiB of memory besides what the
+ *  process has. Any thread. */
 ApartResult runApart(const std::function<std::vector<std::byte>(ApartNote&)>& work,
                      unsigned mostSeconds);
 

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <functional>
+#include <memory>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -46,6 +47,14 @@ TEST(ApartProcess, TellsHowWorkFailsAndWhereItWas) {
     };
     EXPECT_EQ(endOf([] { std::abort(); }), End::BROKEN);
     EXPECT_EQ(endOf([] { throw std::runtime_error("fault"); }), End::BROKEN);
+#if !defined(VL_SANITIZE_ADDRESS) && !defined(VL_SANITIZE_THREAD) // they take theirs beforehand
+    EXPECT_EQ(endOf([] {
+                  std::vector<std::unique_ptr<char[]>> taken;
+                  for (std::size_t part = 0; part < 64; ++part)
+                      taken.push_back(std::make_unique<char[]>(std::size_t{64} << 20U));
+              }),
+              End::BROKEN);
+#endif
     EXPECT_EQ(endOf([] {
                   for (volatile int turn = 0;;)
                       turn = turn + 1;
