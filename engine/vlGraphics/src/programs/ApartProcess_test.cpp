@@ -51,7 +51,8 @@ TEST(ApartProcess, TellsHowWorkFailsAndWhereItWas) {
     EXPECT_EQ(endOf([] {
                   std::vector<std::unique_ptr<char[]>> taken;
                   for (std::size_t part = 0; part < 64; ++part)
-                      taken.push_back(std::make_unique<char[]>(std::size_t{64} << 20U));
+                      taken.push_back(
+                              std::make_unique_for_overwrite<char[]>(std::size_t{64} << 20U));
               }),
               End::BROKEN);
 #endif

@@ -3,6 +3,7 @@
 #include "vulkan/SpirvWords.h"
 
 #include <fmt/format.h>
+#include <glslang/SPIRV/spirv.hpp>
 #include <gtest/gtest.h>
 #include <spirv-tools/libspirv.hpp>
 
@@ -83,16 +84,14 @@ std::string describe(const ProgramReflection& reflection) {
 
 /// Location of a stage's variable whose name ends so; -1 when there is none.
 int locationOf(const std::vector<std::uint32_t>& spirv, StringView nameEnd) {
-    constexpr std::uint32_t opName = 5;
-    constexpr std::uint32_t opDecorate = 71;
-    constexpr std::uint32_t location = 30;
     std::uint32_t id = 0;
     for (std::size_t at = 5; at < spirv.size(); at += spirv[at] >> 16U) {
         const std::uint32_t op = spirv[at] & 0xFFFFU;
-        if (op == opName &&
+        if (op == spv::OpName &&
             StringView(reinterpret_cast<const char*>(&spirv[at + 2])).ends_with(nameEnd))
             id = spirv[at + 1];
-        if (op == opDecorate && spirv[at + 1] == id && spirv[at + 2] == location)
+        if (op == spv::OpDecorate && spirv[at + 1] == id &&
+            spirv[at + 2] == spv::DecorationLocation)
             return static_cast<int>(spirv[at + 3]);
     }
     return -1;
@@ -351,10 +350,9 @@ TEST(HlslCompiler, ResourcesThatFunctionsGetAreNotCopied) {
                      "float4 main(float4 p : SV_POSITION) : SV_TARGET {"
                      "int i = int(p.x) % 2; return at(a, i) + at(b, i); }");
     ASSERT_TRUE(outcome) << outcome.error().getErrorMessage();
-    constexpr std::uint32_t opVariable = 59, ofFunction = 7;
     const auto& words = outcome->spirv[static_cast<std::size_t>(SHADER_TYPE::PIXEL)];
     vulkan::eachInstruction(words, [&](std::uint32_t opcode, std::size_t at, std::size_t) {
-        EXPECT_FALSE(opcode == opVariable && words[at + 3] == ofFunction);
+        EXPECT_FALSE(opcode == spv::OpVariable && words[at + 3] == spv::StorageClassFunction);
     });
     EXPECT_EQ(pixelError(arrays + "float4 main(float4 p : SV_POSITION) : SV_TARGET {"
                                   "Texture2D t[2] = a; if (p.x > 2) t = b;"

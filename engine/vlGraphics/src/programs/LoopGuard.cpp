@@ -3,6 +3,8 @@
 #include "programs/BindingModel.h"
 #include "vulkan/SpirvWords.h"
 
+#include <glslang/SPIRV/spirv.hpp>
+
 #include <algorithm>
 #include <cassert>
 #include <initializer_list>
@@ -17,53 +19,6 @@ namespace {
 
 using Words = std::vector<std::uint32_t>;
 
-// Numbers of SPIR-V.
-enum Operation : std::uint32_t {
-    name = 5,
-    typeVoid = 19,
-    typeBool = 20,
-    typeInt = 21,
-    typeStruct = 30,
-    typePointer = 32,
-    typeFunction = 33,
-    lastType = 39,
-    constant = 43,
-    constantNull = 46,
-    function = 54,
-    functionParameter = 55,
-    functionEnd = 56,
-    functionCall = 57,
-    variable = 59,
-    load = 61,
-    store = 62,
-    accessChain = 65,
-    decorate = 71,
-    memberDecorate = 72,
-    addInt = 128,
-    logicalOr = 166,
-    logicalAnd = 167,
-    logicalNot = 168,
-    select = 169,
-    equalInt = 170,
-    greater = 172,
-    greaterOrEqual = 174,
-    bitOr = 197,
-    atomicLoad = 227,
-    atomicStore = 228,
-    selectionMerge = 247,
-    blockLabel = 248,
-    branch = 249,
-    branchConditional = 250,
-    returnVoid = 253,
-    returnValue = 254,
-    unreachable = 255
-};
-constexpr std::uint32_t ofStage = 6, ofBuffer = 12; ///< storage classes
-constexpr std::uint32_t block = 2, isVolatile = 21, isCoherent = 23;
-constexpr std::uint32_t bindingNumber = 33, setNumber = 34, memberOffset = 35;
-constexpr std::uint32_t device = 1, relaxed = 0; ///< of atomic operations
-constexpr std::size_t boundWord = 3;
-
 /// Of passes before the first look at the loop buffer, and between two.
 constexpr std::uint32_t passesBeforeLook = 16, passesBetweenLooks = 256;
 /// A thread with fewer does not stop when the processor asks: others took the time.
@@ -74,18 +29,13 @@ constexpr std::uint32_t mostPassesUntold = std::uint32_t{1} << 16U;
 constexpr std::uint32_t barrierWeight = 4;
 constexpr std::uint32_t stopped = 0xFFFFFFFF; ///< as the number of passes
 
-void add(Words& words, std::uint32_t opcode, std::initializer_list<std::uint32_t> operands) {
-    words.push_back(static_cast<std::uint32_t>(operands.size() + 1) << 16U | opcode);
-    words.insert(words.end(), operands);
-}
-
 /** Adds counters to one module. */
 class Guard {
 public:
     Guard(Words& spirv, SHADER_TYPE stage, const LoopBounds& bounds)
         : spirv_(spirv), stage_(static_cast<std::uint32_t>(stage)), tells_(bounds.tells),
           mostPasses_(tells_ ? bounds.mostPasses : std::min(bounds.mostPasses, mostPassesUntold)),
-          next_(spirv[boundWord]) {}
+          next_(spirv[vulkan::spirvBoundWord]) {}
 
     std::vector<std::size_t> run() {
         const std::vector<ShaderLoop> loops = findLoops(spirv_);
@@ -105,13 +55,13 @@ public:
 private:
     void readModule() {
         vulkan::eachInstruction(spirv_, [&](std::uint32_t op, std::size_t at, std::size_t count) {
-            const bool isType = op >= typeVoid && op <= lastType;
+            const bool isType = op >= spv::OpTypeVoid && op <= spv::OpTypeForwardPointer;
             if (isType && firstType_ == 0) firstType_ = at;
             if (isType)
                 types_.emplace(Words(spirv_.begin() + static_cast<std::ptrdiff_t>(at) + 2,
                                      spirv_.begin() + static_cast<std::ptrdiff_t>(at + count)),
                                std::pair(op, spirv_[at + 1]));
-            if (op == function && firstFunction_ == 0) firstFunction_ = at;
+            if (op == spv::OpFunction && firstFunction_ == 0) firstFunction_ = at;
         });
     }
 
@@ -130,18 +80,20 @@ private:
 
     std::uint32_t number(std::uint32_t value) {
         const auto [place, isNew] = numbers_.try_emplace(value, next_);
-        if (isNew) add(globals_, constant, {uint_, next_++, value});
+        if (isNew) vulkan::addInstruction(globals_, spv::OpConstant, {uint_, next_++, value});
         return place->second;
     }
 
     void addGlobals() {
-        uint_ = type(typeInt, {32, 0});
-        bool_ = type(typeBool, {});
-        lookType_ = type(typeFunction, {bool_, uint_});
-        const std::uint32_t pointer = type(typePointer, {ofStage, uint_});
+        uint_ = type(spv::OpTypeInt, {32, 0});
+        bool_ = type(spv::OpTypeBool, {});
+        lookType_ = type(spv::OpTypeFunction, {bool_, uint_});
+        const std::uint32_t pointer = type(spv::OpTypePointer, {spv::StorageClassPrivate, uint_});
         const auto counter = [&](std::uint32_t start) {
             const std::uint32_t id = next_++;
-            add(globals_, variable, {pointer, id, ofStage, number(start)});
+            vulkan::addInstruction(globals_,
+                                   spv::OpVariable,
+                                   {pointer, id, spv::StorageClassPrivate, number(start)});
             return id;
         };
         passes_ = counter(0);
@@ -151,17 +103,27 @@ private:
         look_ = next_++;
         if (!tells_) return;
         const std::uint32_t buffer = next_++;
-        add(globals_, typeStruct, {buffer, uint_});
-        add(globals_,
-            variable,
-            {type(typePointer, {ofBuffer, buffer}), words_ = next_++, ofBuffer});
-        wordPointer_ = type(typePointer, {ofBuffer, uint_});
-        add(decorations_, memberDecorate, {buffer, 0, memberOffset, stage_ * 4});
-        add(decorations_, memberDecorate, {buffer, 0, isVolatile});
-        add(decorations_, memberDecorate, {buffer, 0, isCoherent});
-        add(decorations_, decorate, {buffer, block});
-        add(decorations_, decorate, {words_, setNumber, BindingModel::loopSet});
-        add(decorations_, decorate, {words_, bindingNumber, BindingModel::loopBinding});
+        vulkan::addInstruction(globals_, spv::OpTypeStruct, {buffer, uint_});
+        vulkan::addInstruction(globals_,
+                               spv::OpVariable,
+                               {type(spv::OpTypePointer, {spv::StorageClassStorageBuffer, buffer}),
+                                words_ = next_++,
+                                spv::StorageClassStorageBuffer});
+        wordPointer_ = type(spv::OpTypePointer, {spv::StorageClassStorageBuffer, uint_});
+        vulkan::addInstruction(decorations_,
+                               spv::OpMemberDecorate,
+                               {buffer, 0, spv::DecorationOffset, stage_ * 4});
+        vulkan::addInstruction(
+                decorations_, spv::OpMemberDecorate, {buffer, 0, spv::DecorationVolatile});
+        vulkan::addInstruction(
+                decorations_, spv::OpMemberDecorate, {buffer, 0, spv::DecorationCoherent});
+        vulkan::addInstruction(decorations_, spv::OpDecorate, {buffer, spv::DecorationBlock});
+        vulkan::addInstruction(decorations_,
+                               spv::OpDecorate,
+                               {words_, spv::DecorationDescriptorSet, BindingModel::loopSet});
+        vulkan::addInstruction(decorations_,
+                               spv::OpDecorate,
+                               {words_, spv::DecorationBinding, BindingModel::loopBinding});
     }
 
     void watch(const ShaderLoop& loop, std::uint32_t loopNumber) {
@@ -173,7 +135,8 @@ private:
                                               : makeCheck(loop, check, body, loopNumber);
         // The way out of a loop that had none leads nowhere.
         const std::size_t first = loop.end + 2;
-        if ((spirv_[first] & 0xFFFFU) == unreachable) returns_.emplace(first, loop.resultType);
+        if ((spirv_[first] & 0xFFFFU) == spv::OpUnreachable)
+            returns_.emplace(first, loop.resultType);
     }
 
     /// passes >= nextLook is all that most passes need to ask.
@@ -184,20 +147,21 @@ private:
         const std::uint32_t before = next_++, nextLook = next_++, isDue = next_++, due = next_++;
         const std::uint32_t leaves = next_++, go = next_++, now = next_++, after = next_++;
         Words words;
-        add(words, blockLabel, {check});
-        add(words, load, {uint_, before, passes_});
-        add(words, load, {uint_, nextLook, nextLook_});
-        add(words, greaterOrEqual, {bool_, isDue, before, nextLook});
-        add(words, selectionMerge, {go, 0});
-        add(words, branchConditional, {isDue, due, go});
-        add(words, blockLabel, {due});
-        add(words, functionCall, {bool_, leaves, look_, number(loopNumber)});
-        add(words, branchConditional, {leaves, loop.mergeBlock, go});
-        add(words, blockLabel, {go});
-        add(words, load, {uint_, now, passes_});
-        add(words, addInt, {uint_, after, now, number(loop.weight)});
-        add(words, store, {passes_, after});
-        add(words, branch, {body});
+        vulkan::addInstruction(words, spv::OpLabel, {check});
+        vulkan::addInstruction(words, spv::OpLoad, {uint_, before, passes_});
+        vulkan::addInstruction(words, spv::OpLoad, {uint_, nextLook, nextLook_});
+        vulkan::addInstruction(words, spv::OpUGreaterThanEqual, {bool_, isDue, before, nextLook});
+        vulkan::addInstruction(words, spv::OpSelectionMerge, {go, 0});
+        vulkan::addInstruction(words, spv::OpBranchConditional, {isDue, due, go});
+        vulkan::addInstruction(words, spv::OpLabel, {due});
+        vulkan::addInstruction(
+                words, spv::OpFunctionCall, {bool_, leaves, look_, number(loopNumber)});
+        vulkan::addInstruction(words, spv::OpBranchConditional, {leaves, loop.mergeBlock, go});
+        vulkan::addInstruction(words, spv::OpLabel, {go});
+        vulkan::addInstruction(words, spv::OpLoad, {uint_, now, passes_});
+        vulkan::addInstruction(words, spv::OpIAdd, {uint_, after, now, number(loop.weight)});
+        vulkan::addInstruction(words, spv::OpStore, {passes_, after});
+        vulkan::addInstruction(words, spv::OpBranch, {body});
         return words;
     }
 
@@ -209,23 +173,31 @@ private:
         const std::uint32_t before = next_++, isOver = next_++, over = next_++, go = next_++;
         const std::uint32_t after = next_++;
         Words words;
-        add(words, blockLabel, {check});
-        add(words, load, {uint_, before, commonPasses_});
-        add(words, greater, {bool_, isOver, before, number(mostPasses_)});
-        add(words, selectionMerge, {go, 0});
-        add(words, branchConditional, {isOver, over, go});
-        add(words, blockLabel, {over});
-        add(words, store, {passes_, number(stopped)});
+        vulkan::addInstruction(words, spv::OpLabel, {check});
+        vulkan::addInstruction(words, spv::OpLoad, {uint_, before, commonPasses_});
+        vulkan::addInstruction(
+                words, spv::OpUGreaterThan, {bool_, isOver, before, number(mostPasses_)});
+        vulkan::addInstruction(words, spv::OpSelectionMerge, {go, 0});
+        vulkan::addInstruction(words, spv::OpBranchConditional, {isOver, over, go});
+        vulkan::addInstruction(words, spv::OpLabel, {over});
+        vulkan::addInstruction(words, spv::OpStore, {passes_, number(stopped)});
         if (tells_) {
             const std::uint32_t word = next_++;
-            add(words, accessChain, {wordPointer_, word, words_, number(0)});
-            add(words, atomicStore, {word, number(device), number(relaxed), number(loopNumber)});
+            vulkan::addInstruction(
+                    words, spv::OpAccessChain, {wordPointer_, word, words_, number(0)});
+            vulkan::addInstruction(words,
+                                   spv::OpAtomicStore,
+                                   {word,
+                                    number(spv::ScopeDevice),
+                                    number(spv::MemorySemanticsMaskNone),
+                                    number(loopNumber)});
         }
-        add(words, branch, {loop.mergeBlock});
-        add(words, blockLabel, {go});
-        add(words, addInt, {uint_, after, before, number(loop.weight + barrierWeight)});
-        add(words, store, {commonPasses_, after});
-        add(words, branch, {body});
+        vulkan::addInstruction(words, spv::OpBranch, {loop.mergeBlock});
+        vulkan::addInstruction(words, spv::OpLabel, {go});
+        vulkan::addInstruction(
+                words, spv::OpIAdd, {uint_, after, before, number(loop.weight + barrierWeight)});
+        vulkan::addInstruction(words, spv::OpStore, {commonPasses_, after});
+        vulkan::addInstruction(words, spv::OpBranch, {body});
         return words;
     }
 
@@ -235,27 +207,29 @@ private:
         const std::uint32_t hasStopped = next_++, ask = next_++, end = next_++, result = next_++;
         const std::uint32_t last = next_++;
         Words words;
-        add(words, function, {bool_, look_, 0, lookType_});
-        add(words, functionParameter, {uint_, loopNumber});
-        add(words, blockLabel, {start});
-        add(words, load, {uint_, passes, passes_});
-        add(words, equalInt, {bool_, hasStopped, passes, number(stopped)});
-        add(words, selectionMerge, {end, 0});
-        add(words, branchConditional, {hasStopped, end, ask});
-        add(words, blockLabel, {ask});
-        const std::uint32_t stops = tells_ ? addTelling(words, passes, loopNumber)
-                                           : addBinary(words, greater, passes, mostPasses_);
+        vulkan::addInstruction(words, spv::OpFunction, {bool_, look_, 0, lookType_});
+        vulkan::addInstruction(words, spv::OpFunctionParameter, {uint_, loopNumber});
+        vulkan::addInstruction(words, spv::OpLabel, {start});
+        vulkan::addInstruction(words, spv::OpLoad, {uint_, passes, passes_});
+        vulkan::addInstruction(words, spv::OpIEqual, {bool_, hasStopped, passes, number(stopped)});
+        vulkan::addInstruction(words, spv::OpSelectionMerge, {end, 0});
+        vulkan::addInstruction(words, spv::OpBranchConditional, {hasStopped, end, ask});
+        vulkan::addInstruction(words, spv::OpLabel, {ask});
+        const std::uint32_t stops =
+                tells_ ? addTelling(words, passes, loopNumber)
+                       : addBinary(words, spv::OpUGreaterThan, passes, mostPasses_);
         const std::uint32_t later = next_++, kept = next_++;
-        add(words, addInt, {uint_, later, passes, number(passesBetweenLooks)});
-        add(words, store, {nextLook_, later});
-        add(words, select, {uint_, kept, stops, number(stopped), passes});
-        add(words, store, {passes_, kept});
-        add(words, branch, {end});
-        add(words, blockLabel, {end});
-        add(words, load, {uint_, last, passes_});
-        add(words, equalInt, {bool_, result, last, number(stopped)});
-        add(words, returnValue, {result});
-        add(words, functionEnd, {});
+        vulkan::addInstruction(
+                words, spv::OpIAdd, {uint_, later, passes, number(passesBetweenLooks)});
+        vulkan::addInstruction(words, spv::OpStore, {nextLook_, later});
+        vulkan::addInstruction(words, spv::OpSelect, {uint_, kept, stops, number(stopped), passes});
+        vulkan::addInstruction(words, spv::OpStore, {passes_, kept});
+        vulkan::addInstruction(words, spv::OpBranch, {end});
+        vulkan::addInstruction(words, spv::OpLabel, {end});
+        vulkan::addInstruction(words, spv::OpLoad, {uint_, last, passes_});
+        vulkan::addInstruction(words, spv::OpIEqual, {bool_, result, last, number(stopped)});
+        vulkan::addInstruction(words, spv::OpReturnValue, {result});
+        vulkan::addInstruction(words, spv::OpFunctionEnd, {});
         return words;
     }
 
@@ -264,7 +238,7 @@ private:
                             std::uint32_t value,
                             std::uint32_t constantValue) {
         const std::uint32_t result = next_++;
-        add(words, opcode, {bool_, result, value, number(constantValue)});
+        vulkan::addInstruction(words, opcode, {bool_, result, value, number(constantValue)});
         return result;
     }
 
@@ -273,26 +247,36 @@ private:
         const std::uint32_t word = next_++, seen = next_++, isTimely = next_++, isFirst = next_++;
         const std::uint32_t isOwn = next_++, tells = next_++, stops = next_++, isTold = next_++;
         const std::uint32_t tell = next_++, told = next_++, late = next_++, what = next_++;
-        add(words, accessChain, {wordPointer_, word, words_, number(0)});
-        add(words, atomicLoad, {uint_, seen, word, number(device), number(relaxed)});
-        const std::uint32_t isOver = addBinary(words, greater, passes, mostPasses_);
-        const std::uint32_t isAsked = addBinary(words, equalInt, seen, LoopWords::askedToStop);
-        const std::uint32_t isMuch = addBinary(words, greater, passes, fewPasses);
-        const std::uint32_t isWell = addBinary(words, equalInt, seen, 0);
-        add(words, logicalAnd, {bool_, isTimely, isAsked, isMuch});
-        add(words, logicalOr, {bool_, isOwn, isOver, isTimely});
-        add(words, logicalOr, {bool_, isFirst, isAsked, isWell});
-        add(words, logicalNot, {bool_, isTold, isFirst});
-        add(words, logicalAnd, {bool_, tells, isOwn, isFirst});
-        add(words, logicalOr, {bool_, stops, isOwn, isTold});
-        add(words, bitOr, {uint_, late, loopNumber, number(LoopWords::tookTooLong)});
-        add(words, select, {uint_, what, isOver, loopNumber, late});
-        add(words, selectionMerge, {told, 0});
-        add(words, branchConditional, {tells, tell, told});
-        add(words, blockLabel, {tell});
-        add(words, atomicStore, {word, number(device), number(relaxed), what});
-        add(words, branch, {told});
-        add(words, blockLabel, {told});
+        vulkan::addInstruction(words, spv::OpAccessChain, {wordPointer_, word, words_, number(0)});
+        vulkan::addInstruction(words,
+                               spv::OpAtomicLoad,
+                               {uint_,
+                                seen,
+                                word,
+                                number(spv::ScopeDevice),
+                                number(spv::MemorySemanticsMaskNone)});
+        const std::uint32_t isOver = addBinary(words, spv::OpUGreaterThan, passes, mostPasses_);
+        const std::uint32_t isAsked = addBinary(words, spv::OpIEqual, seen, LoopWords::askedToStop);
+        const std::uint32_t isMuch = addBinary(words, spv::OpUGreaterThan, passes, fewPasses);
+        const std::uint32_t isWell = addBinary(words, spv::OpIEqual, seen, 0);
+        vulkan::addInstruction(words, spv::OpLogicalAnd, {bool_, isTimely, isAsked, isMuch});
+        vulkan::addInstruction(words, spv::OpLogicalOr, {bool_, isOwn, isOver, isTimely});
+        vulkan::addInstruction(words, spv::OpLogicalOr, {bool_, isFirst, isAsked, isWell});
+        vulkan::addInstruction(words, spv::OpLogicalNot, {bool_, isTold, isFirst});
+        vulkan::addInstruction(words, spv::OpLogicalAnd, {bool_, tells, isOwn, isFirst});
+        vulkan::addInstruction(words, spv::OpLogicalOr, {bool_, stops, isOwn, isTold});
+        vulkan::addInstruction(
+                words, spv::OpBitwiseOr, {uint_, late, loopNumber, number(LoopWords::tookTooLong)});
+        vulkan::addInstruction(words, spv::OpSelect, {uint_, what, isOver, loopNumber, late});
+        vulkan::addInstruction(words, spv::OpSelectionMerge, {told, 0});
+        vulkan::addInstruction(words, spv::OpBranchConditional, {tells, tell, told});
+        vulkan::addInstruction(words, spv::OpLabel, {tell});
+        vulkan::addInstruction(
+                words,
+                spv::OpAtomicStore,
+                {word, number(spv::ScopeDevice), number(spv::MemorySemanticsMaskNone), what});
+        vulkan::addInstruction(words, spv::OpBranch, {told});
+        vulkan::addInstruction(words, spv::OpLabel, {told});
         return stops;
     }
 
@@ -300,16 +284,17 @@ private:
     Words makeReturn(std::uint32_t resultType) {
         const auto [first, last] = types_.equal_range({});
         const bool isVoid = std::any_of(first, last, [&](const auto& entry) {
-            return entry.second == std::pair<std::uint32_t, std::uint32_t>(typeVoid, resultType);
+            return entry.second ==
+                   std::pair<std::uint32_t, std::uint32_t>(spv::OpTypeVoid, resultType);
         });
         Words words;
         if (isVoid) {
-            add(words, returnVoid, {});
+            vulkan::addInstruction(words, spv::OpReturn, {});
             return words;
         }
         const auto [place, isNew] = nulls_.try_emplace(resultType, next_);
-        if (isNew) add(globals_, constantNull, {resultType, next_++});
-        add(words, returnValue, {place->second});
+        if (isNew) vulkan::addInstruction(globals_, spv::OpConstantNull, {resultType, next_++});
+        vulkan::addInstruction(words, spv::OpReturnValue, {place->second});
         return words;
     }
 
@@ -334,7 +319,7 @@ private:
             if (returns_.contains(at)) ++from;
         }
         copyUpTo(spirv_.size());
-        words[boundWord] = next_;
+        words[vulkan::spirvBoundWord] = next_;
         return words;
     }
 

@@ -3,6 +3,7 @@
 #include "vulkan/SpirvWords.h"
 
 #include <fmt/format.h>
+#include <glslang/SPIRV/spirv.hpp>
 
 #include <algorithm>
 #include <unordered_map>
@@ -11,9 +12,6 @@
 namespace vlGraphics::ModuleBounds {
 
 namespace {
-
-// Numbers of SPIR-V.
-enum Operation : std::uint32_t { function = 54, functionCall = 57, loopMerge = 246, label = 248 };
 
 struct Call {
     std::uint32_t callee = 0;
@@ -37,15 +35,16 @@ public:
         std::vector<std::uint32_t> merges; // where the loops around end
         Function* current = nullptr;
         vulkan::eachInstruction(spirv, [&](std::uint32_t op, std::size_t at, std::size_t) {
-            if (op == function) {
+            if (op == spv::OpFunction) {
                 current = &functions_[spirv[at + 2]];
                 merges.clear();
             }
             if (current == nullptr) return;
             ++current->instructions;
-            if (op == label && !merges.empty() && merges.back() == spirv[at + 1]) merges.pop_back();
-            if (op == loopMerge) merges.push_back(spirv[at + 1]);
-            if (op == functionCall) current->calls.push_back({spirv[at + 3], merges.size()});
+            if (op == spv::OpLabel && !merges.empty() && merges.back() == spirv[at + 1])
+                merges.pop_back();
+            if (op == spv::OpLoopMerge) merges.push_back(spirv[at + 1]);
+            if (op == spv::OpFunctionCall) current->calls.push_back({spirv[at + 3], merges.size()});
             current->loops = std::max(current->loops, merges.size());
         });
         for (auto& [id, one] : functions_) {

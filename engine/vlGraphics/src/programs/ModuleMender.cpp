@@ -2,6 +2,8 @@
 
 #include "vulkan/SpirvWords.h"
 
+#include <glslang/SPIRV/spirv.hpp>
+
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -12,28 +14,7 @@ namespace {
 
 using Words = std::vector<std::uint32_t>;
 
-// Numbers of SPIR-V.
-enum Operation : std::uint32_t {
-    typeInt = 21,
-    typeVector = 23,
-    typePointer = 32,
-    decorate = 71,
-    vectorShuffle = 79,
-    imageWrite = 99,
-    bitcast = 124,
-    atomicExchange = 229,
-    atomicCompareExchange = 230,
-    firstAtomicArithmetic = 234,
-    lastAtomicArithmetic = 242
-};
-constexpr std::uint32_t builtIn = 11, flat = 14;              ///< decorations
-constexpr std::uint32_t subgroupSize = 36, subgroupLane = 41; ///< built-in inputs
-constexpr std::size_t boundWord = 3;
 constexpr std::size_t firstValue = 6; ///< of an exchange or an arithmetic operation
-
-std::uint32_t head(std::uint32_t opcode, std::uint32_t count) {
-    return count << 16U | opcode;
-}
 
 /** Copies a module, adding what it lacks. */
 class Mender {
@@ -50,8 +31,8 @@ public:
             if (count >= 3 &&
                 (integers_.contains(from_[at + 1]) || targets_.contains(from_[at + 1])))
                 types_[from_[at + 2]] = from_[at + 1];
-            if (op == typeInt) integers_.insert(from_[at + 1]);
-            if (op == typePointer && integers_.contains(from_[at + 3]))
+            if (op == spv::OpTypeInt) integers_.insert(from_[at + 1]);
+            if (op == spv::OpTypePointer && integers_.contains(from_[at + 3]))
                 targets_[from_[at + 1]] = from_[at + 3];
             copy(op, at, count);
         });
@@ -61,34 +42,37 @@ public:
 private:
     void findVectors() {
         vulkan::eachInstruction(from_, [&](std::uint32_t op, std::size_t at, std::size_t) {
-            if (op != typeVector) return;
+            if (op != spv::OpTypeVector) return;
             if (from_[at + 3] == 3) threes_[from_[at + 1]] = from_[at + 2];
             if (from_[at + 3] == 4) fours_[from_[at + 2]] = from_[at + 1];
         });
     }
 
     void copy(std::uint32_t op, std::size_t at, std::size_t count) {
-        const bool isArithmetic = op >= firstAtomicArithmetic && op <= lastAtomicArithmetic;
-        const bool compares = op == atomicCompareExchange;
+        const bool isArithmetic = op >= spv::OpAtomicIAdd && op <= spv::OpAtomicXor;
+        const bool compares = op == spv::OpAtomicCompareExchange;
         Words instruction(from_.begin() + static_cast<std::ptrdiff_t>(at),
                           from_.begin() + static_cast<std::ptrdiff_t>(at + count));
-        if (isArithmetic || compares || op == atomicExchange)
+        if (isArithmetic || compares || op == spv::OpAtomicExchange)
             adapt(instruction, compares);
-        else if (op == imageWrite)
+        else if (op == spv::OpImageWrite)
             widenTexel(instruction);
         else
             append(instruction);
-        if (op == typeVector && instruction[3] == 3) addFour(instruction[2]);
-        const bool isLane = op == decorate && count == 4 && instruction[2] == builtIn &&
-                            (instruction[3] == subgroupSize || instruction[3] == subgroupLane);
-        if (isLane && isPixel_) append({head(decorate, 3), instruction[1], flat});
+        if (op == spv::OpTypeVector && instruction[3] == 3) addFour(instruction[2]);
+        const bool isLane = op == spv::OpDecorate && count == 4 &&
+                            instruction[2] == spv::DecorationBuiltIn &&
+                            (instruction[3] == spv::BuiltInSubgroupSize ||
+                             instruction[3] == spv::BuiltInSubgroupLocalInvocationId);
+        if (isLane && isPixel_)
+            vulkan::addInstruction(mended_, spv::OpDecorate, {instruction[1], spv::DecorationFlat});
     }
 
     /// A type has one declaration.
     void addFour(std::uint32_t number) {
         if (fours_.contains(number)) return;
-        fours_[number] = mended_[boundWord]++;
-        append({head(typeVector, 4), fours_[number], number, 4});
+        fours_[number] = mended_[vulkan::spirvBoundWord]++;
+        vulkan::addInstruction(mended_, spv::OpTypeVector, {fours_[number], number, 4});
     }
 
     /// No format has three numbers; what has four is to be given four.
@@ -96,16 +80,12 @@ private:
         const auto type = types_.find(instruction[3]);
         const auto three = type == types_.end() ? threes_.end() : threes_.find(type->second);
         if (three != threes_.end()) {
-            const std::uint32_t texel = std::exchange(instruction[3], mended_[boundWord]++);
-            append({head(vectorShuffle, 9),
-                    fours_[three->second],
-                    instruction[3],
-                    texel,
-                    texel,
-                    0,
-                    1,
-                    2,
-                    0});
+            const std::uint32_t texel =
+                    std::exchange(instruction[3], mended_[vulkan::spirvBoundWord]++);
+            vulkan::addInstruction(
+                    mended_,
+                    spv::OpVectorShuffle,
+                    {fours_[three->second], instruction[3], texel, texel, 0, 1, 2, 0});
         }
         append(instruction);
     }
@@ -122,16 +102,17 @@ private:
         if (compares) adaptValue(instruction, firstValue + 2, wanted);
         const std::uint32_t type = std::exchange(instruction[1], wanted);
         if (type == wanted) return append(instruction);
-        const std::uint32_t result = std::exchange(instruction[2], mended_[boundWord]++);
+        const std::uint32_t result =
+                std::exchange(instruction[2], mended_[vulkan::spirvBoundWord]++);
         append(instruction);
-        append({head(bitcast, 4), type, result, instruction[2]});
+        vulkan::addInstruction(mended_, spv::OpBitcast, {type, result, instruction[2]});
     }
 
     void adaptValue(Words& instruction, std::size_t value, std::uint32_t wanted) {
         const auto type = types_.find(instruction[value]);
         if (type == types_.end() || type->second == wanted) return;
-        const std::uint32_t id = mended_[boundWord]++;
-        append({head(bitcast, 4), wanted, id, instruction[value]});
+        const std::uint32_t id = mended_[vulkan::spirvBoundWord]++;
+        vulkan::addInstruction(mended_, spv::OpBitcast, {wanted, id, instruction[value]});
         instruction[value] = id;
     }
 
@@ -151,9 +132,11 @@ private:
 bool mayNeedMending(const Words& spirv) {
     bool may = false;
     vulkan::eachInstruction(spirv, [&](std::uint32_t op, std::size_t at, std::size_t count) {
-        may = may || (op >= atomicExchange && op <= lastAtomicArithmetic) || op == imageWrite ||
-              (op == decorate && count == 4 && spirv[at + 2] == builtIn &&
-               (spirv[at + 3] == subgroupSize || spirv[at + 3] == subgroupLane));
+        may = may || (op >= spv::OpAtomicExchange && op <= spv::OpAtomicXor) ||
+              op == spv::OpImageWrite ||
+              (op == spv::OpDecorate && count == 4 && spirv[at + 2] == spv::DecorationBuiltIn &&
+               (spirv[at + 3] == spv::BuiltInSubgroupSize ||
+                spirv[at + 3] == spv::BuiltInSubgroupLocalInvocationId));
     });
     return may;
 }

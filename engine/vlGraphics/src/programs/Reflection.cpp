@@ -89,10 +89,10 @@ public:
 
 private:
     static bool hasSubpassInputs(std::span<const std::uint32_t> spirv) {
-        constexpr std::uint32_t opCapability = 17;
         bool has = false;
         vulkan::eachInstruction(spirv, [&](std::uint32_t opcode, std::size_t at, std::size_t) {
-            has = has || (opcode == opCapability && spirv[at + 1] == SpvCapabilityInputAttachment);
+            has = has ||
+                  (opcode == SpvOpCapability && spirv[at + 1] == SpvCapabilityInputAttachment);
         });
         return has;
     }

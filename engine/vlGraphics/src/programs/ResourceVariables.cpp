@@ -2,6 +2,7 @@
 
 #include "vulkan/SpirvWords.h"
 
+#include <glslang/SPIRV/spirv.hpp>
 #include <spirv-tools/optimizer.hpp>
 
 #include <unordered_set>
@@ -10,19 +11,6 @@ namespace vlGraphics {
 
 namespace {
 
-// Numbers of SPIR-V.
-enum Operation : std::uint32_t {
-    typeImage = 25,
-    typeSampler = 26,
-    typeSampledImage = 27,
-    typeArray = 28,
-    typeRuntimeArray = 29,
-    typeStruct = 30,
-    typePointer = 32,
-    variable = 59
-};
-constexpr std::uint32_t ownOfStage = 6, ownOfFunction = 7; ///< storage classes
-
 bool hasResourceVariables(const std::vector<std::uint32_t>& spirv) {
     std::unordered_set<std::uint32_t> resources; ///< types that are or hold some
     std::unordered_set<std::uint32_t> pointers;  ///< types of pointers to variables of those
@@ -30,24 +18,26 @@ bool hasResourceVariables(const std::vector<std::uint32_t>& spirv) {
     vulkan::eachInstruction(spirv, [&](std::uint32_t operation, std::size_t at, std::size_t count) {
         const auto holds = [&](std::size_t word) { return resources.contains(spirv[at + word]); };
         switch (operation) {
-        case typeImage:
-        case typeSampler:
-        case typeSampledImage:
+        case spv::OpTypeImage:
+        case spv::OpTypeSampler:
+        case spv::OpTypeSampledImage:
             resources.insert(spirv[at + 1]);
             break;
-        case typeArray:
-        case typeRuntimeArray:
+        case spv::OpTypeArray:
+        case spv::OpTypeRuntimeArray:
             if (holds(2)) resources.insert(spirv[at + 1]);
             break;
-        case typeStruct:
+        case spv::OpTypeStruct:
             for (std::size_t word = 2; word < count; ++word)
                 if (holds(word)) resources.insert(spirv[at + 1]);
             break;
-        case typePointer:
-            if ((spirv[at + 2] == ownOfStage || spirv[at + 2] == ownOfFunction) && holds(3))
+        case spv::OpTypePointer:
+            if ((spirv[at + 2] == spv::StorageClassPrivate ||
+                 spirv[at + 2] == spv::StorageClassFunction) &&
+                holds(3))
                 pointers.insert(spirv[at + 1]);
             break;
-        case variable:
+        case spv::OpVariable:
             has = has || pointers.contains(spirv[at + 1]);
             break;
         default:

@@ -2,6 +2,8 @@
 
 #include "vulkan/SpirvWords.h"
 
+#include <glslang/SPIRV/spirv.hpp>
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -15,41 +17,6 @@ namespace vlGraphics {
 namespace {
 
 using Words = std::span<const std::uint32_t>;
-
-// Numbers of SPIR-V.
-enum Operation : std::uint32_t {
-    string = 7,
-    line = 8,
-    noLine = 317,
-    typeInt = 21,
-    typeFloat = 22,
-    constant = 43,
-    function = 54,
-    functionCall = 57,
-    variable = 59,
-    load = 61,
-    store = 62,
-    decorate = 71,
-    addInt = 128,
-    addFloat = 129,
-    subtractInt = 130,
-    subtractFloat = 131,
-    logicalAnd = 167,
-    equalInt = 170,
-    unequalInt = 171,
-    lastComparison = 191,
-    controlBarrier = 224,
-    loopMerge = 246,
-    blockLabel = 248,
-    branch = 249,
-    branchConditional = 250,
-    branchSwitch = 251,
-    firstTerminator = 249,
-    lastTerminator = 255
-};
-
-constexpr std::uint32_t ownOfFunction = 7;    ///< a storage class
-constexpr std::uint32_t relaxedPrecision = 0; ///< a decoration
 
 enum class Kind : std::uint8_t { other, signedInt, unsignedInt, real };
 
@@ -81,7 +48,7 @@ template <class T> bool compare(std::uint32_t pair, T a, T b) {
 
 std::optional<bool> compare(std::uint32_t operation, std::uint32_t a, std::uint32_t b) {
     constexpr std::uint32_t firstOrder = 172, firstFloat = 180, firstFloatOrder = 184;
-    if (operation < firstOrder) return (a == b) == (operation == equalInt);
+    if (operation < firstOrder) return (a == b) == (operation == spv::OpIEqual);
     if (operation < firstFloat) {
         const std::uint32_t pair = (operation - firstOrder) / 2;
         const bool isSigned = (operation - firstOrder) % 2 == 1;
@@ -96,11 +63,11 @@ std::optional<bool> compare(std::uint32_t operation, std::uint32_t a, std::uint3
 
 std::uint32_t step(std::uint32_t operation, std::uint32_t value, std::uint32_t by) {
     switch (operation) {
-    case addInt:
+    case spv::OpIAdd:
         return value + by;
-    case subtractInt:
+    case spv::OpISub:
         return value - by;
-    case addFloat:
+    case spv::OpFAdd:
         return std::bit_cast<std::uint32_t>(asFloat(value) + asFloat(by));
     default:
         return std::bit_cast<std::uint32_t>(asFloat(value) - asFloat(by));
@@ -177,15 +144,17 @@ private:
     void readNames() {
         std::unordered_map<std::uint32_t, Kind> types;
         vulkan::eachInstruction(spirv_, [&](std::uint32_t op, std::size_t at, std::size_t words) {
-            if (op == typeInt && spirv_[at + 2] == 32)
+            if (op == spv::OpTypeInt && spirv_[at + 2] == 32)
                 types[spirv_[at + 1]] = spirv_[at + 3] == 1 ? Kind::signedInt : Kind::unsignedInt;
-            if (op == typeFloat && spirv_[at + 2] == 32) types[spirv_[at + 1]] = Kind::real;
-            if (op == constant && words == 4)
+            if (op == spv::OpTypeFloat && spirv_[at + 2] == 32) types[spirv_[at + 1]] = Kind::real;
+            if (op == spv::OpConstant && words == 4)
                 constants_[spirv_[at + 2]] = {types[spirv_[at + 1]], spirv_[at + 3]};
-            if (op == decorate && words == 3 && spirv_[at + 2] == relaxedPrecision)
+            if (op == spv::OpDecorate && words == 3 &&
+                spirv_[at + 2] == spv::DecorationRelaxedPrecision)
                 isCoarse_.insert(spirv_[at + 1]);
-            if (op == blockLabel) labels_[spirv_[at + 1]] = at;
-            if (op == variable && spirv_[at + 3] == ownOfFunction) locals_.insert(spirv_[at + 2]);
+            if (op == spv::OpLabel) labels_[spirv_[at + 1]] = at;
+            if (op == spv::OpVariable && spirv_[at + 3] == spv::StorageClassFunction)
+                locals_.insert(spirv_[at + 2]);
         });
     }
 
@@ -197,19 +166,20 @@ private:
             while (!open.empty() && loops_[open.back()].found.end <= at)
                 open.pop_back();
             const std::size_t around = open.empty() ? none : open.back();
-            if (op == function) {
+            if (op == spv::OpFunction) {
                 numbers_[spirv_[at + 2]] = functions_.size();
                 functions_.emplace_back().firstLoop = loops_.size();
                 resultType = spirv_[at + 1];
                 open.clear();
             }
-            if (op == blockLabel) {
+            if (op == spv::OpLabel) {
                 labelBefore = lastLabel;
                 lastLabel = at;
             }
-            if (op == functionCall) functions_.back().calls.push_back({spirv_[at + 3], around});
-            if (op == controlBarrier) markBarrier(functions_.back(), around);
-            if (op == loopMerge) {
+            if (op == spv::OpFunctionCall)
+                functions_.back().calls.push_back({spirv_[at + 3], around});
+            if (op == spv::OpControlBarrier) markBarrier(functions_.back(), around);
+            if (op == spv::OpLoopMerge) {
                 addLoop(at, lastLabel, labelBefore, around).found.resultType = resultType;
                 open.push_back(loops_.size() - 1);
                 functions_.back().endLoop = loops_.size();
@@ -261,7 +231,7 @@ private:
     }
 
     std::optional<std::uint64_t> tripsOf(const Loop& loop) const {
-        if (opcode(loop.found.branch) != branch) return std::nullopt;
+        if (opcode(loop.found.branch) != spv::OpBranch) return std::nullopt;
         for (const Counter& counter : countersOf(loop))
             if (const auto trips = tripsOf(loop, counter)) return trips;
         return std::nullopt;
@@ -273,10 +243,11 @@ private:
         if (test == labels_.end()) return {};
         std::unordered_map<std::uint32_t, std::size_t> made;
         std::size_t at = after(test->second);
-        for (; opcode(at) < firstTerminator || opcode(at) > lastTerminator; at = after(at))
-            if (opcode(at) != store && opcode(at) != line && count(at) > 2)
+        for (; opcode(at) < spv::OpBranch || opcode(at) > spv::OpUnreachable; at = after(at))
+            if (opcode(at) != spv::OpStore && opcode(at) != spv::OpLine && count(at) > 2)
                 made[spirv_[at + 2]] = at;
-        if (opcode(at) != branchConditional || spirv_[at + 3] != loop.found.mergeBlock) return {};
+        if (opcode(at) != spv::OpBranchConditional || spirv_[at + 3] != loop.found.mergeBlock)
+            return {};
         std::vector<Counter> counters;
         std::vector<std::uint32_t> conditions{spirv_[at + 1]};
         while (!conditions.empty()) {
@@ -284,10 +255,11 @@ private:
             conditions.pop_back();
             if (found == made.end()) continue;
             const std::size_t condition = found->second;
-            if (opcode(condition) == logicalAnd) {
+            if (opcode(condition) == spv::OpLogicalAnd) {
                 conditions.push_back(spirv_[condition + 3]);
                 conditions.push_back(spirv_[condition + 4]);
-            } else if (opcode(condition) >= equalInt && opcode(condition) <= lastComparison) {
+            } else if (opcode(condition) >= spv::OpIEqual &&
+                       opcode(condition) <= spv::OpFUnordGreaterThanEqual) {
                 addCounter(condition, made, counters);
             }
         }
@@ -301,7 +273,7 @@ private:
             const auto value = made.find(spirv_[condition + (isLeft ? 3 : 4)]);
             const auto limit = constants_.find(spirv_[condition + (isLeft ? 4 : 3)]);
             if (value == made.end() || limit == constants_.end()) continue;
-            if (opcode(value->second) != load || limit->second.kind == Kind::other) continue;
+            if (opcode(value->second) != spv::OpLoad || limit->second.kind == Kind::other) continue;
             const std::uint32_t counter = spirv_[value->second + 3];
             // Others change in functions that the loop calls, and in other threads.
             if (locals_.contains(counter))
@@ -338,10 +310,10 @@ private:
         std::optional<std::uint32_t> start;
         bool leadsHere = false;
         for (std::size_t at = after(loop.before); at < loop.found.label; at = after(at)) {
-            leadsHere = opcode(at) == branch && spirv_[at + 1] == loop.header;
-            if (!mentions(at, variable) || opcode(at) == load) continue;
+            leadsHere = opcode(at) == spv::OpBranch && spirv_[at + 1] == loop.header;
+            if (!mentions(at, variable) || opcode(at) == spv::OpLoad) continue;
             start.reset();
-            if (opcode(at) != store || spirv_[at + 1] != variable) continue;
+            if (opcode(at) != spv::OpStore || spirv_[at + 1] != variable) continue;
             const auto value = constants_.find(spirv_[at + 2]);
             if (value != constants_.end() && value->second.kind != Kind::other)
                 start = value->second.bits;
@@ -354,17 +326,18 @@ private:
     std::size_t stepOf(const Loop& loop, std::uint32_t variable) const {
         std::size_t block = none, stored = none;
         for (std::size_t at = loop.found.label; at < loop.found.end; at = after(at)) {
-            if (opcode(at) == blockLabel && stored == none) block = at;
-            if (opcode(at) == load || !mentions(at, variable)) continue;
-            if (opcode(at) != store || spirv_[at + 1] != variable || stored != none) return none;
+            if (opcode(at) == spv::OpLabel && stored == none) block = at;
+            if (opcode(at) == spv::OpLoad || !mentions(at, variable)) continue;
+            if (opcode(at) != spv::OpStore || spirv_[at + 1] != variable || stored != none)
+                return none;
             stored = at;
         }
         if (stored == none || !isOncePerPass(loop, spirv_[block + 1])) return none;
         std::size_t loaded = none, added = none;
         for (std::size_t at = after(block); at < stored; at = after(at)) {
             const std::uint32_t op = opcode(at);
-            if (op == load && spirv_[at + 3] == variable) loaded = at;
-            if (op >= addInt && op <= subtractFloat && loaded != none &&
+            if (op == spv::OpLoad && spirv_[at + 3] == variable) loaded = at;
+            if (op >= spv::OpIAdd && op <= spv::OpFSub && loaded != none &&
                 spirv_[at + 3] == spirv_[loaded + 2])
                 added = at;
         }
@@ -385,10 +358,10 @@ private:
         std::vector<std::uint32_t>* next = nullptr;
         for (std::size_t at = loop.found.label; at < loop.found.end; at = after(at)) {
             const std::uint32_t op = opcode(at);
-            if (op == blockLabel) next = &blocks[spirv_[at + 1]];
-            if (op == branch) next->push_back(spirv_[at + 1]);
-            if (op == branchConditional) next->assign({spirv_[at + 2], spirv_[at + 3]});
-            if (op != branchSwitch) continue;
+            if (op == spv::OpLabel) next = &blocks[spirv_[at + 1]];
+            if (op == spv::OpBranch) next->push_back(spirv_[at + 1]);
+            if (op == spv::OpBranchConditional) next->assign({spirv_[at + 2], spirv_[at + 3]});
+            if (op != spv::OpSwitch) continue;
             // The default, and then a label behind each value.
             for (std::size_t word = at + 2; word < after(at); word += 2)
                 next->push_back(spirv_[word]);
@@ -417,7 +390,7 @@ private:
 
     /// A number that only looks like it counts, too.
     bool mentions(std::size_t at, std::uint32_t id) const {
-        if (opcode(at) == line || opcode(at) == noLine) return false;
+        if (opcode(at) == spv::OpLine || opcode(at) == spv::OpNoLine) return false;
         const Words words = spirv_.subspan(at + 1, count(at) - 1);
         return std::find(words.begin(), words.end(), id) != words.end();
     }
@@ -443,8 +416,8 @@ std::vector<LoopPlace> findLoopPlaces(Words spirv) {
     std::vector<LoopPlace> places;
     LoopPlace place;
     vulkan::eachInstruction(spirv, [&](std::uint32_t op, std::size_t at, std::size_t words) {
-        if (op == string) files[spirv[at + 1]] = at;
-        if (op == line) {
+        if (op == spv::OpString) files[spirv[at + 1]] = at;
+        if (op == spv::OpLine) {
             place.line = std::max(spirv[at + 2], 1U);
             place.file.clear();
             const auto file = files.find(spirv[at + 1]);
@@ -453,7 +426,7 @@ std::vector<LoopPlace> findLoopPlaces(Words spirv) {
             const auto* first = reinterpret_cast<const char*>(text.data());
             place.file.assign(first, std::find(first, first + text.size_bytes(), '\0'));
         }
-        if (op == loopMerge && words > 2) places.push_back(place);
+        if (op == spv::OpLoopMerge && words > 2) places.push_back(place);
     });
     return places;
 }

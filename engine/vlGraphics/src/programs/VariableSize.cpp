@@ -1,5 +1,7 @@
 #include "programs/VariableSize.h"
 
+#include <glslang/SPIRV/spirv.hpp>
+
 #include <limits>
 #include <optional>
 #include <unordered_map>
@@ -10,20 +12,7 @@ namespace {
 
 using Words = std::span<const std::uint32_t>;
 
-// Numbers of SPIR-V.
 constexpr std::size_t headerWords = 5;
-enum Operation : std::uint32_t {
-    undefined = 1,
-    typeVector = 23,
-    typeMatrix = 24,
-    typeArray = 28,
-    typeStruct = 30,
-    typePointer = 32,
-    constant = 43,
-    constantNull = 46,
-    variable = 59
-};
-constexpr std::uint32_t workgroup = 4, ownOfStage = 6, ownOfFunction = 7;
 
 constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
 
@@ -39,24 +28,26 @@ std::uint64_t product(std::uint64_t a, std::uint64_t b) {
 class SizeReader {
 public:
     void read(std::uint32_t operation, Words operands) {
-        if (operation == variable && operands.size() >= 3) {
+        if (operation == spv::OpVariable && operands.size() >= 3) {
             std::uint64_t& bytes = totals_[operands[2]];
             bytes = sum(bytes, sizeOf(operands[0]));
-        } else if ((operation == undefined || operation == constantNull) && !operands.empty()) {
+        } else if ((operation == spv::OpUndef || operation == spv::OpConstantNull) &&
+                   !operands.empty()) {
             // What is left of a variable that is read and never written.
             valuesWithout_ = sum(valuesWithout_, sizeOf(operands[0]));
-        } else if (operation == constant && operands.size() >= 3) {
+        } else if (operation == spv::OpConstant && operands.size() >= 3) {
             constants_[operands[1]] = operands[2];
-        } else if (operation == typePointer && operands.size() >= 3) {
+        } else if (operation == spv::OpTypePointer && operands.size() >= 3) {
             sizes_[operands[0]] = sizeOf(operands[2]);
-        } else if (operation == typeStruct && !operands.empty()) {
+        } else if (operation == spv::OpTypeStruct && !operands.empty()) {
             std::uint64_t size = 0;
             for (const std::uint32_t member : operands.subspan(1))
                 size = sum(size, sizeOf(member));
             sizes_[operands[0]] = size;
-        } else if ((operation == typeVector || operation == typeMatrix) && operands.size() >= 3) {
+        } else if ((operation == spv::OpTypeVector || operation == spv::OpTypeMatrix) &&
+                   operands.size() >= 3) {
             sizes_[operands[0]] = product(sizeOf(operands[1]), operands[2]);
-        } else if (operation == typeArray && operands.size() >= 3) {
+        } else if (operation == spv::OpTypeArray && operands.size() >= 3) {
             const auto count = constants_.find(operands[2]);
             sizes_[operands[0]] =
                     count == constants_.end() ? most : product(sizeOf(operands[1]), count->second);
@@ -64,8 +55,8 @@ public:
     }
 
     std::uint64_t total() const {
-        return sum(sum(totalIn(workgroup), totalIn(ownOfStage)),
-                   sum(totalIn(ownOfFunction), valuesWithout_));
+        return sum(sum(totalIn(spv::StorageClassWorkgroup), totalIn(spv::StorageClassPrivate)),
+                   sum(totalIn(spv::StorageClassFunction), valuesWithout_));
     }
     std::uint64_t totalIn(std::uint32_t storage) const {
         const auto found = totals_.find(storage);

@@ -1,5 +1,6 @@
 #include "vulkan/DescriptorPools.h"
 
+#include "programs/BindingModel.h"
 #include "vulkan/Device.h"
 
 #include <algorithm>
@@ -10,9 +11,9 @@ namespace {
 
 constexpr std::uint32_t startSets = 32;
 constexpr std::uint32_t mostSets = 4096;
-/// One set may use every register of a class in one space, and two classes and the loop buffer have
-/// one type, so a pool holds that at least; what few programs use, it holds no more of.
-constexpr std::uint32_t registersPerClass = 128;
+// One set may use every register of a class in one space, and two classes and the loop buffer have
+// one type, so a pool holds that at least; what few programs use, it holds no more of.
+using BindingModel::registersPerClass;
 
 } // namespace
 

@@ -3,44 +3,29 @@
 #include "vulkan/SpirvWords.h"
 #include "vulkan/Translate.h"
 
+#include <glslang/SPIRV/spirv.hpp>
+
 #include <algorithm>
 #include <unordered_map>
 
 namespace vlGraphics::vulkan {
 namespace {
 
-constexpr std::uint32_t opExecutionMode = 16;
-constexpr std::uint32_t opTypeArray = 28;
-constexpr std::uint32_t opTypePointer = 32;
-constexpr std::uint32_t opConstant = 43;
-constexpr std::uint32_t opVariable = 59;
-constexpr std::uint32_t storageInput = 1;
-
-// Execution modes. A stage that makes triangles out of patches says the same as one that takes
-// triangles.
-constexpr std::uint32_t modePointMode = 10;
-constexpr std::uint32_t modeInputPoints = 19;
-constexpr std::uint32_t modeInputLines = 20;
-constexpr std::uint32_t modeInputLinesAdjacency = 21;
-constexpr std::uint32_t modeTriangles = 22;
-constexpr std::uint32_t modeInputTrianglesAdjacency = 23;
-constexpr std::uint32_t modeQuads = 24;
-constexpr std::uint32_t modeIsolines = 25;
-
+/// A stage that makes triangles out of patches says the same as one that takes triangles.
 std::optional<Primitive> primitiveOfMode(std::uint32_t mode) {
     switch (mode) {
-    case modePointMode:
-    case modeInputPoints:
+    case spv::ExecutionModePointMode:
+    case spv::ExecutionModeInputPoints:
         return Primitive::point;
-    case modeInputLines:
-    case modeIsolines:
+    case spv::ExecutionModeInputLines:
+    case spv::ExecutionModeIsolines:
         return Primitive::line;
-    case modeInputLinesAdjacency:
+    case spv::ExecutionModeInputLinesAdjacency:
         return Primitive::lineWithNeighbours;
-    case modeTriangles:
-    case modeQuads:
+    case spv::ExecutionModeTriangles:
+    case spv::ExecutionModeQuads:
         return Primitive::triangle;
-    case modeInputTrianglesAdjacency:
+    case spv::ExecutionModeInputTrianglesAdjacency:
         return Primitive::triangleWithNeighbours;
     default:
         return std::nullopt;
@@ -50,7 +35,7 @@ std::optional<Primitive> primitiveOfMode(std::uint32_t mode) {
 std::optional<Primitive> primitiveIn(StageWords spirv) {
     std::optional<Primitive> found;
     eachInstruction(spirv, [&](std::uint32_t opcode, std::size_t at, std::size_t count) {
-        if (opcode != opExecutionMode || count < 3) return;
+        if (opcode != spv::OpExecutionMode || count < 3) return;
         // Points win over what they are the corners of.
         if (found != Primitive::point)
             if (const auto here = primitiveOfMode(spirv[at + 2])) found = here;
@@ -66,12 +51,12 @@ std::uint32_t inputPoints(StageWords hull) {
     std::uint32_t points = 0;
     eachInstruction(hull, [&](std::uint32_t opcode, std::size_t at, std::size_t count) {
         if (count < 4) return;
-        if (opcode == opConstant) constants[hull[at + 2]] = hull[at + 3];
-        if (opcode == opTypeArray) arrays[hull[at + 1]] = constants[hull[at + 3]];
-        if (opcode == opTypePointer && hull[at + 2] == storageInput)
+        if (opcode == spv::OpConstant) constants[hull[at + 2]] = hull[at + 3];
+        if (opcode == spv::OpTypeArray) arrays[hull[at + 1]] = constants[hull[at + 3]];
+        if (opcode == spv::OpTypePointer && hull[at + 2] == spv::StorageClassInput)
             if (const auto array = arrays.find(hull[at + 3]); array != arrays.end())
                 inputs[hull[at + 1]] = array->second;
-        if (opcode == opVariable && hull[at + 3] == storageInput)
+        if (opcode == spv::OpVariable && hull[at + 3] == spv::StorageClassInput)
             if (const auto input = inputs.find(hull[at + 1]); input != inputs.end())
                 points = std::max(points, input->second);
     });

@@ -67,7 +67,7 @@ std::uint32_t mostLoopPasses();
 
 /** Makes the device side. Of a program in whose way nothing stands. Fails, naming the stage, when
  * there is no device, when a register or a space lies beyond what the addresses have
- * room for (32 registers of a class, 8 spaces), or when a stage needs what the device lacks.
+ * room for (128 registers of a class, 8 spaces), or when a stage needs what the device lacks.
  * Graphics thread only. */
 tl::expected<std::unique_ptr<Program::Gpu>, ProgramDiagnostic>
 makeProgramGpu(const CompiledProgram& program);

@@ -1,3 +1,4 @@
+#include "programs/BindingModel.h"
 #include "render/EngineTest.h"
 #include "vulkan/Device.h"
 #include "vulkan/ProgramGpu.h"
@@ -33,7 +34,7 @@ TEST_F(ProgramAddresses, WhatLiesBeyondTheDevicesIsToldWhereItStands) {
     CompiledProgram program;
     ReflectedResource& resource = program.reflection.resources.emplace_back();
     resource.name = "thing";
-    resource.slot = 40;
+    resource.slot = BindingModel::registersPerClass;
     resource.stageMask = 16;
     resource.file = "shared.hlsl";
     resource.line = 7;
@@ -43,7 +44,7 @@ TEST_F(ProgramAddresses, WhatLiesBeyondTheDevicesIsToldWhereItStands) {
               (ProgramDiagnostic{SHADER_TYPE::PIXEL,
                                  "shared.hlsl",
                                  7,
-                                 "'thing': register b40 lies beyond the last, b31"}));
+                                 "'thing': register b128 lies beyond the last, b127"}));
 }
 
 TEST_F(ProgramAddresses, AStageHasNoMoreResourcesThanTheDeviceTakes) {

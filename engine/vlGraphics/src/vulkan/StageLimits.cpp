@@ -6,20 +6,20 @@
 #include "vulkan/SpirvWords.h"
 
 #include <fmt/format.h>
+#include <glslang/SPIRV/spirv.hpp>
 
 #include <algorithm>
 
 namespace vlGraphics::vulkan {
 namespace {
 
-constexpr std::uint32_t opExecutionMode = 16, outputVertices = 26;
-constexpr std::uint32_t ofOutput = 3, ofGroup = 4; ///< storage classes
 constexpr std::uint64_t bytesOfNumber = 4;
 
 std::uint64_t verticesOf(std::span<const std::uint32_t> spirv) {
     std::uint64_t vertices = 0;
     eachInstruction(spirv, [&](std::uint32_t opcode, std::size_t at, std::size_t count) {
-        if (opcode == opExecutionMode && count == 4 && spirv[at + 2] == outputVertices)
+        if (opcode == spv::OpExecutionMode && count == 4 &&
+            spirv[at + 2] == spv::ExecutionModeOutputVertices)
             vertices = spirv[at + 3];
     });
     return vertices;
@@ -49,7 +49,7 @@ vlCommon::Result<> checkStageLimits(SHADER_TYPE stage, std::span<const std::uint
     const VkPhysicalDeviceLimits& limits = Device::getInstance()->limits();
     switch (stage) {
     case SHADER_TYPE::VERTEX:
-        return checkCount(variableBytesIn(spirv, ofOutput) / bytesOfNumber,
+        return checkCount(variableBytesIn(spirv, spv::StorageClassOutput) / bytesOfNumber,
                           limits.maxVertexOutputComponents,
                           "numbers for the next stage");
     case SHADER_TYPE::HULL: {
@@ -59,10 +59,11 @@ vlCommon::Result<> checkStageLimits(SHADER_TYPE stage, std::span<const std::uint
                           "points in a patch");
     }
     case SHADER_TYPE::GEOMETRY:
-        return checkGeometry(
-                limits, verticesOf(spirv), variableBytesIn(spirv, ofOutput) / bytesOfNumber);
+        return checkGeometry(limits,
+                             verticesOf(spirv),
+                             variableBytesIn(spirv, spv::StorageClassOutput) / bytesOfNumber);
     case SHADER_TYPE::COMPUTE:
-        return checkCount(variableBytesIn(spirv, ofGroup),
+        return checkCount(variableBytesIn(spirv, spv::StorageClassWorkgroup),
                           limits.maxComputeSharedMemorySize,
                           "bytes that a group shares");
     default:
