@@ -179,6 +179,8 @@ void ProgramFiles::watch() {
     for (const std::string& path : paths)
         if (!watched_.contains(path) && hasJustChanged(path)) missed.push_back(path);
     watched_ = std::move(paths);
+    // What a person has typed is compared with the files, too.
+    if (!missed.empty()) PendingEdit::flushAll();
     for (const std::string& path : missed)
         tellChanged(path);
 }

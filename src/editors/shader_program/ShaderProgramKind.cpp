@@ -39,6 +39,24 @@ vlCommon::Result<std::string> sourcesFolder(const Program& program, const std::s
     return slash == std::string::npos ? name : path.substr(0, slash + 1) + name;
 }
 
+/// Another program that is not saved under its new name yet still has its sources where those of
+/// the old name belong: they would be lost.
+vlCommon::Result<> checkNobodyElses(const std::string& absolute, const Program& program) {
+    const auto& files = vlResources::ResourceManager::getInstance();
+    const auto& programs = *vlGraphics::ProgramManager::getInstance();
+    for (std::size_t i = 0; i < programs.getCount(); ++i) {
+        const Program* other = programs.getByIndex(i);
+        if (other == nullptr || other == &program || other->getFolder().empty()) continue;
+        if (files.getAbsoluteFromWorkingDir(other->getFolder()) != absolute) continue;
+        return vlCommon::fail(
+                fmt::format("{}: the sources of '{}' are in '{}'; save that one first",
+                            thingNamed(ShaderProgramKind::texts, program.getName()),
+                            other->getName(),
+                            other->getFolder()));
+    }
+    return {};
+}
+
 constexpr std::size_t mostIncludedBytes = std::size_t{4} << 20U; ///< that the compiler reads
 
 /// What the sources include from the folder in which they have looked so far would not be found
@@ -46,7 +64,7 @@ constexpr std::size_t mostIncludedBytes = std::size_t{4} << 20U; ///< that the c
 void addIncluded(const Program& program, const std::string& absolute, vlResources::FileBatch& to) {
     const auto& files = vlResources::ResourceManager::getInstance();
     const std::string start = program.getIncludeFolder() + "/";
-    for (const std::string& path : program.getIncludedFiles()) {
+    for (const std::string& path : program.findIncludedFiles()) {
         if (!path.starts_with(start)) continue;
         const std::string copy = fmt::format("{}/{}", absolute, path.substr(start.size()));
         std::error_code error;
@@ -146,6 +164,9 @@ vlCommon::Result<> ShaderProgramKind::save(Program& program, const std::string& 
             vlResources::ResourceManager::getInstance().getAbsoluteFromWorkingDir(*folder);
     vlResources::FileBatch files;
     addSources(program.getMemory(), absolute, files);
+    if (files.size() > 0) {
+        if (auto checked = checkNobodyElses(absolute, program); !checked) return checked;
+    }
     if (files.size() == 0 || program.getFolder() == *folder)
         return ContentLoader::saveObjectDeclaration(program, path, files);
     const std::string before = program.getFolder();
@@ -161,7 +182,7 @@ vlCommon::Result<> ShaderProgramKind::save(Program& program, const std::string& 
     if (!saved) {
         program.setFromFiles(before);
         program.setIncludeFolder(included);
-    } else if (looksElsewhere && !program.getIncludedFiles().empty()) {
+    } else if (looksElsewhere) {
         // From now on with the files beside the sources, which are the ones to follow.
         logFailure(program.load());
     }

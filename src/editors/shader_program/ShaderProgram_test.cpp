@@ -380,6 +380,25 @@ TEST_P(ShaderProgramEditor, ARenamedProgramIsSavedIntoAFolderOfItsNewName) {
     EXPECT_EQ(text("q_src/lib/half.hlsl"), "#define HALF 0.25 // Mine.\n");
 }
 
+TEST_P(ShaderProgramEditor, ANewProgramDoesNotReplaceTheSourcesOfARenamedOne) {
+    save("p.vlpr");
+    const std::string old = text("p_src/vertexShader.hlsl");
+    rename("p", "q");
+    create("p");
+    postToGraphics(ShaderProgramSourceMessage("p", {"// New.", 0}));
+    compile();
+    save("p.vlpr");
+    EXPECT_THAT(lines(), testing::Contains(HasSubstr("the sources of 'q' are in 'p_src'")));
+    EXPECT_EQ(lines().back(), "[Editor] Error.");
+    EXPECT_EQ(text("p_src/vertexShader.hlsl"), old);
+    EXPECT_EQ(record().folder, "");
+    kind().commands().save("q", path("q.vlpr"));
+    compile();
+    save("p.vlpr");
+    EXPECT_EQ(text("p_src/vertexShader.hlsl"), "// New.");
+    EXPECT_EQ(text("q_src/vertexShader.hlsl"), old);
+}
+
 TEST_P(ShaderProgramEditor, AnOpenedFileIncludesWhatLiesBesideIt) {
     std::filesystem::create_directory(path("there"));
     writeElsewhere("there/grey.hlsl", "#define GREY 0.5\n");
@@ -413,6 +432,22 @@ TEST_P(ShaderProgramEditor, AFileThatChangesBeforeItIsWatchedIsReadAgain) {
     writeElsewhere("red.hlsl", green);
     EXPECT_TRUE(eventually([&] { return !ProgramFiles::getInstance().find("p", 4)->isAhead; }));
     EXPECT_EQ(source(SHADER_TYPE::PIXEL), "// Mine.\n" + green);
+}
+
+TEST_P(ShaderProgramEditor, WhatIsTypedBeforeAFileIsWatchedIsNotLostToIt) {
+    save("p.vlpr");
+    ProgramFiles::destroyInstance();
+    stage("Pixel");
+    const std::string mine = "// Mine.\n" + source(SHADER_TYPE::PIXEL);
+    writeElsewhere("p_src/pixelShader.hlsl", "// Other, and longer.\n" + mine);
+    type(base() + "_SOURCES_EDIT", mine);
+    ProgramFiles::getInstance();
+    compile();
+    PendingEdit::flushAll();
+    compile();
+    EXPECT_EQ(source(SHADER_TYPE::PIXEL), mine);
+    EXPECT_TRUE(ProgramFiles::getInstance().find("p", 4)->isAhead);
+    EXPECT_EQ(shownIn("_FILE_LABEL"), "p_src/pixelShader.hlsl has changed on disk, too");
 }
 
 TEST_P(ShaderProgramEditor, ARayTracingSourceIsSavedAndLoaded) {

@@ -92,6 +92,9 @@ public:
     /// The files that the last compilation read through #include or missed, also one that failed:
     /// relative to the working directory, or absolute where they lie outside; each once.
     const std::vector<vlMemory::String>& getIncludedFiles() const { return includedFiles_; }
+    /// The same of the sources as they are now, and of branches that the compiler would leave out;
+    /// reads the disk.
+    std::vector<vlMemory::String> findIncludedFiles() const;
     /// Of the result in use; empty before the first.
     const ProgramReflection& getReflection() const { return reflection_; }
     /// Grows whenever another result comes into use.

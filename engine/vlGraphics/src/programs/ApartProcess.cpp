@@ -88,6 +88,9 @@ void limitSelf(unsigned mostSeconds, ::rlim_t data) {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     for (const int fault : {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT, SIGXCPU})
         std::signal(fault, SIG_DFL);
+    // A terminal sends these to both, and the process ends the copy when it ends.
+    for (const int request : {SIGINT, SIGTERM, SIGHUP})
+        std::signal(request, SIG_IGN);
     const ::rlimit noCore{0, 0};
     ::setrlimit(RLIMIT_CORE, &noCore);
     const ::rlimit time{mostSeconds, mostSeconds + 1};
@@ -145,9 +148,9 @@ ApartResult::End endOf(::pid_t process) {
     while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
     }
     if (WIFEXITED(status) && WEXITSTATUS(status) == 0) return ApartResult::End::DONE;
-    const bool isStopped =
-            WIFSIGNALED(status) && (WTERMSIG(status) == SIGXCPU || WTERMSIG(status) == SIGKILL);
-    return isStopped ? ApartResult::End::STOPPED : ApartResult::End::BROKEN;
+    const int signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    if (signal == SIGXCPU) return ApartResult::End::STOPPED;
+    return signal == SIGKILL ? ApartResult::End::ENDED : ApartResult::End::BROKEN;
 }
 
 } // namespace

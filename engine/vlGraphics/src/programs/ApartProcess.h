@@ -15,7 +15,8 @@ struct ApartResult {
     enum class End {
         DONE,
         BROKEN,  ///< by a fault of its own
-        STOPPED, ///< it took more than it was given
+        STOPPED, ///< it took more of the processor's time than it was given
+        ENDED,   ///< from outside, or for it waited without an end; another time it may be done
         NOT_RUN  ///< the system gives no process
     };
     End end = End::NOT_RUN;
@@ -26,8 +27,8 @@ struct ApartResult {
 /** Runs the work in a copy of this process and waits for it, so that neither a fault in it nor its
  *  having no end reaches the caller. The copy has but the calling thread: the work must not wait
  *  for another, nor need what another may hold. Changes that it makes are lost. It is stopped after
- *  that many seconds of the processor's time, and gets at most 2 GiB of memory besides what the
- *  process has. Any thread. */
+ *  that many seconds of the processor's time, or fifteen times as many by the clock, and gets at
+ * most 2 GiB of memory besides what the process has. Any thread. */
 ApartResult runApart(const std::function<std::vector<std::byte>(ApartNote&)>& work,
                      unsigned mostSeconds);
 

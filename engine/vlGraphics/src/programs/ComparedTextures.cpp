@@ -8,8 +8,6 @@
 
 namespace vlGraphics {
 
-namespace {} // namespace
-
 std::unordered_set<std::uint32_t> findComparedTextures(std::span<const std::uint32_t> spirv) {
     std::unordered_map<std::uint32_t, std::uint32_t> origins; ///< what a result is made of
     std::unordered_set<std::uint32_t> compared;

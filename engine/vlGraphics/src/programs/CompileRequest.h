@@ -54,6 +54,7 @@ struct CompileReport {
     CompileOutcome outcome;
     std::vector<IncludeProbe> probes;
     std::vector<vlMemory::String> includedFiles; ///< of Program::getIncludedFiles()
+    bool isLasting = true; ///< false: it failed for what may be otherwise the next time
 };
 
 } // namespace vlGraphics

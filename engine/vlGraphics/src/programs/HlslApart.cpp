@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 #include <vector>
 
@@ -17,10 +18,13 @@ using vlMemory::StringView;
 
 /// Far more than what the bounds of sources let a text need.
 constexpr unsigned mostCompileSeconds = 10;
+/// Of looking for the line that the compiler breaks down on: for all of it, and for one try.
+constexpr std::chrono::seconds mostSearchTime{5};
+constexpr unsigned mostTrySeconds = 2;
 
-ApartResult compileInCopy(const CompileRequest& request) {
+ApartResult compileInCopy(const CompileRequest& request, unsigned mostSeconds) {
     return runApart([&](ApartNote& note) { return toBytes(compileHere(request, note)); },
-                    mostCompileSeconds);
+                    mostSeconds);
 }
 
 /// Where each line ends.
@@ -33,45 +37,66 @@ std::vector<std::size_t> lineEnds(StringView text) {
 }
 
 /** The line that the compiler breaks down on: the last of the fewest lines that it breaks down on.
- * 1 where it takes more than this stage's text. */
+ * 1 where it takes more than this stage's text, or more time than there is for it. */
 std::uint32_t findBreakingLine(CompileRequest request, SHADER_TYPE stage) {
+    using Clock = std::chrono::steady_clock;
+    const auto until = Clock::now() + mostSearchTime;
     const vlMemory::String text = request.sources.getMemory(stage);
     for (const SHADER_TYPE other : stagesOf(request.type))
         if (other != stage) request.sources.setMemory(other, "");
     const std::vector<std::size_t> ends = lineEnds(text);
+    bool isKnown = true;
     const auto isBroken = [&](std::size_t end) {
+        isKnown = isKnown && Clock::now() < until;
+        if (!isKnown) return true;
         request.sources.setMemory(stage, StringView(text).substr(0, end));
-        return compileInCopy(request).end == ApartResult::End::BROKEN;
+        const auto found = compileInCopy(request, mostTrySeconds).end;
+        isKnown = found == ApartResult::End::BROKEN || found == ApartResult::End::DONE;
+        return found == ApartResult::End::BROKEN;
     };
     if (!isBroken(ends.back())) return 1;
     const auto found = std::partition_point(
             ends.begin(), ends.end() - 1, [&](std::size_t end) { return !isBroken(end); });
-    return static_cast<std::uint32_t>(found - ends.begin()) + 1;
+    return isKnown ? static_cast<std::uint32_t>(found - ends.begin()) + 1 : 1;
 }
 
 ProgramDiagnostic faultOf(const CompileRequest& request, const ApartResult& result) {
     ProgramDiagnostic fault;
     fault.stage = static_cast<SHADER_TYPE>(result.note % shaderTypeCount);
-    if (result.end == ApartResult::End::STOPPED) {
+    switch (result.end) {
+    case ApartResult::End::STOPPED:
         fault.text = fmt::format("the compiler has not come to an end in {} seconds",
                                  mostCompileSeconds);
-        return fault;
+        break;
+    case ApartResult::End::ENDED:
+        fault.text = "the compiler was ended before it came to an end; it may be tried again";
+        break;
+    case ApartResult::End::NOT_RUN:
+        fault.stage = request.type == PROGRAM_TYPE::NONE ? SHADER_TYPE::VERTEX
+                                                         : stagesOf(request.type).front();
+        fault.text = "the system gives the compiler no process; it may be tried again";
+        break;
+    default:
+        fault.text = "the compiler breaks down on it";
+        if (result.note < shaderTypeCount) fault.line = findBreakingLine(request, fault.stage);
     }
-    fault.text = "the compiler breaks down on it";
-    const bool isRead = result.note < shaderTypeCount;
-    if (isRead) fault.line = findBreakingLine(request, fault.stage);
     return fault;
 }
 
 CompileReport compileApart(const CompileRequest& request) {
-    const ApartResult result = compileInCopy(request);
-    if (result.end == ApartResult::End::NOT_RUN) {
-        ApartNote note = 0;
-        return compileHere(request, note);
-    }
+    const ApartResult result = compileInCopy(request, mostCompileSeconds);
     if (result.end == ApartResult::End::DONE)
         if (auto report = reportFrom(result.bytes)) return *std::move(report);
-    return CompileOutcome(tl::unexpected(ProgramCompilationResult({faultOf(request, result)})));
+    CompileReport failed(
+            CompileOutcome(tl::unexpected(ProgramCompilationResult({faultOf(request, result)}))));
+    // What it broke down on may stand in one of these, and be mended there.
+    IncludeFiles files(request.workingPath, request.folder, request.filePrefix);
+    readIncludes(request, files);
+    failed.probes = files.probes();
+    failed.includedFiles = files.names();
+    failed.isLasting =
+            result.end == ApartResult::End::BROKEN || result.end == ApartResult::End::STOPPED;
+    return failed;
 }
 
 } // namespace

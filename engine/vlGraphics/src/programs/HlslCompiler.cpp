@@ -384,6 +384,12 @@ void warmUpCompiler() {
     static const CompilerProcess process;
 }
 
+void readIncludes(const CompileRequest& request, IncludeFiles& files) {
+    if (!request.mayInclude()) return;
+    for (const SHADER_TYPE stage : stagesOf(request.type))
+        static_cast<void>(findFault(request, stage, files));
+}
+
 CompileReport compileHere(const CompileRequest& request, ApartNote& note) {
     warmUpCompiler();
     IncludeFiles files(request.workingPath, request.folder, request.filePrefix);

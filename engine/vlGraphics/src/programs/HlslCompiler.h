@@ -1,6 +1,7 @@
 #pragma once
 #include "programs/ApartProcess.h"
 #include "programs/CompileRequest.h"
+#include "programs/IncludeFiles.h"
 
 #include <cstddef>
 #include <span>
@@ -25,6 +26,8 @@ compileHlsl(PROGRAM_TYPE type, const ProgramSourcesHolder& sources, bool crossCo
 /** The same in this process, which breaks down with the compiler. Notes the stage that it is at,
  * and past all stages the one that it translates. Needs a deep stack. */
 CompileReport compileHere(const CompileRequest& request, ApartNote& note);
+/// Has the files read that a compilation would include, and those of branches it would not take.
+void readIncludes(const CompileRequest& request, IncludeFiles& files);
 /// Makes what all compilations share, without which each copy of the process would make its own.
 void warmUpCompiler();
 

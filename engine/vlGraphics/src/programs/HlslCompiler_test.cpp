@@ -466,7 +466,7 @@ TEST(HlslCompiler, RefusesWhatTheCompilerWouldNotEndWith) {
     EXPECT_EQ(pixelError(doubling +
                          "float4 main(float4 p : SV_POSITION) : SV_TARGET { return f69(p.x); }"),
               "1: functions call each other too often: put in the place of their calls they "
-              "are more than 1024, or have more than 65536 instructions");
+              "are more than 2048, or have more than 131072 instructions");
     EXPECT_EQ(pixelError("float4 main() : SV_TARGET {\nfloat a[2] = " + std::string(40, '{') + "1" +
                          std::string(40, '}') + "; return a[0]; }"),
               "2: initial values nested deeper than 12");

@@ -365,7 +365,7 @@ private:
             std::uint32_t& made = madeOfArrays_[{name.substr(0, name.rfind('[')), target}];
             target += std::exchange(made, made + count);
         }
-        if (target + count > targetCount)
+        if (target >= targetCount || count > targetCount - target)
             return fail(entry,
                         fmt::format("SV_TARGET{} is past SV_TARGET{}", target, targetCount - 1));
         if (targets_.noteAt(name, target, count)) return;
@@ -386,7 +386,8 @@ private:
         std::uint32_t target = 0;
         const char* const end = semantic.data() + semantic.size();
         const auto read = std::from_chars(semantic.data() + color.size(), end, target);
-        return read.ptr == end ? std::optional(target) : std::nullopt;
+        if (read.ptr != end) return std::nullopt;
+        return read.ec == std::errc::result_out_of_range ? targetCount : target;
     }
 
     int locationFor(EShLanguage language, const TVarEntryInfo& entry) {

@@ -127,7 +127,7 @@ private:
     }
 
     void watch(const ShaderLoop& loop, std::uint32_t loopNumber) {
-        assert((spirv_[loop.branch] & 0xFFFFU) == branch);
+        assert((spirv_[loop.branch] & 0xFFFFU) == spv::OpBranch);
         const std::uint32_t check = next_++;
         const std::uint32_t body = std::exchange(spirv_[loop.branch + 1], check);
         additions_[loop.branch + 2] = loop.hasBarrier

@@ -86,6 +86,8 @@ TEST(LoopGuard, WatchesLoopsWhoseEndDependsOnValuesOrLiesFarAway) {
                              "int i = 0; while (i < 9) { a += 1; if (a > limit) ++i; }",
                              "int i = 0; while (i != 9) { for (int k = 0; k < 2; ++k) ++i; }",
                              "int i = 0; while (i < 9) { ++i; if (a > limit) --i; a += 1; }",
+                             "uint i = 0; while (--i, i > 0) a += 1;",
+                             "int i = 9; while (++i, i != 9) a += 1;",
                              "for (float t = 0; t < 1e-39; t += 1e-40) a += t;",
                              "for (float t = 16777200; t < 16777300; t += 1) a += t;",
                              "for (min16float t = 0; t < 2; t += 0.0002) a += t;",

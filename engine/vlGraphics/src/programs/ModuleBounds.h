@@ -9,9 +9,9 @@ namespace vlGraphics::ModuleBounds {
 /// Loops within each other, through calls, too.
 inline constexpr std::size_t maxLoops = 64;
 /// Calls that functions are put in the place of.
-inline constexpr std::size_t maxCalls = std::size_t{1} << 10U;
+inline constexpr std::size_t maxCalls = std::size_t{1} << 11U;
 /// Instructions that come from that.
-inline constexpr std::size_t maxCopied = std::size_t{1} << 16U;
+inline constexpr std::size_t maxCopied = std::size_t{1} << 17U;
 
 /// Words of the whole module.
 inline constexpr std::size_t maxWords = std::size_t{1} << 20U;

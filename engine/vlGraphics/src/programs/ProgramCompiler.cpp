@@ -47,6 +47,13 @@ CompileRequest requestOf(const Program& program) {
 
 } // namespace
 
+std::vector<vlMemory::String> Program::findIncludedFiles() const {
+    const CompileRequest request = requestOf(*this);
+    IncludeFiles files(request.workingPath, request.folder, request.filePrefix);
+    readIncludes(request, files);
+    return files.names();
+}
+
 /** One compilation, and later its result. */
 struct ProgramCompiler::Job {
     const CompileRequest* request = nullptr; ///< the key in the table
@@ -153,7 +160,10 @@ void ProgramCompiler::run(const std::shared_ptr<Job>& job) {
     const std::lock_guard guard(lock_);
     for (const Client& client : std::exchange(job->clients, {}))
         finished_.push_back({client, report});
-    job->report = std::move(report);
+    if (report->isLasting)
+        job->report = std::move(report);
+    else
+        job->report.reset();
     job->isRunning = false;
     job->isPending = false;
     job->clients.swap(job->lateClients);

@@ -59,9 +59,8 @@ std::string replaceResourceVariables(std::vector<std::uint32_t>& spirv) {
     std::vector<std::uint32_t> replaced;
     if (optimizer.Run(spirv.data(), spirv.size(), &replaced, options)) spirv.swap(replaced);
     if (!hasResourceVariables(spirv)) return {};
-    return "a texture, a buffer or a sampler is in a variable of which the compiler cannot say "
-           "what "
-           "it stands for";
+    return "a texture, a buffer or a sampler is in a variable of which the compiler cannot "
+           "say what it stands for";
 }
 
 } // namespace vlGraphics

@@ -130,7 +130,8 @@ private:
         std::uint32_t variable = 0;
         std::uint32_t comparison = 0;
         Constant limit;
-        bool isLeft = true; ///< of the comparison
+        bool isLeft = true;     ///< of the comparison
+        std::size_t loaded = 0; ///< where the value that is compared is read
     };
 
     static void add(std::uint64_t& total, std::uint64_t passes) {
@@ -277,7 +278,8 @@ private:
             const std::uint32_t counter = spirv_[value->second + 3];
             // Others change in functions that the loop calls, and in other threads.
             if (locals_.contains(counter))
-                counters.push_back({counter, opcode(condition), limit->second, isLeft});
+                counters.push_back(
+                        {counter, opcode(condition), limit->second, isLeft, value->second});
         }
     }
 
@@ -285,6 +287,8 @@ private:
         const std::optional<std::uint32_t> start = startOf(loop, counter.variable);
         const std::size_t next = stepOf(loop, counter.variable);
         if (!start || next == none) return std::nullopt;
+        // The first value compared is then another than the start.
+        if (next < counter.loaded) return std::nullopt;
         const auto by = constants_.find(spirv_[next + 4]);
         if (by == constants_.end() || by->second.kind != counter.limit.kind) return std::nullopt;
         // Devices may count in fewer bits then, which end sooner or take no small step.
