@@ -215,7 +215,7 @@ TEST_F(StaticTest, OfAPathTheEndCanBeSeen) {
     QWidget& widget = *label.native().widget;
     widget.resize(120, 20);
     const auto picture = [&](char last) {
-        label.setText(std::string(60, 'a') + last);
+        label.setText(std::string(60, 'a').append(1, last));
         return widget.grab().toImage();
     };
     EXPECT_EQ(picture('X'), picture('O'));

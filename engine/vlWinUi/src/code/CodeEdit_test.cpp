@@ -18,6 +18,7 @@
 #include <QScrollBar>
 #include <QTextLayout>
 #include <QWheelEvent>
+#include <fmt/format.h>
 
 namespace vlWinUi {
 namespace {
@@ -266,7 +267,7 @@ TEST_F(CodeEditTest, BracketsMatchAcrossLinesButNotInTexts) {
     select(12, 12);
     EXPECT_TRUE(places().empty());
     // Too far off to be looked for: nothing is said about it.
-    code->setText("{" + std::string(30'000, '\n') + "}");
+    code->setText(fmt::format("{{{}}}", std::string(30'000, '\n')));
     select(0, 0);
     EXPECT_TRUE(places().empty());
 }
