@@ -84,6 +84,10 @@ ProgramDiagnostic faultOf(const CompileRequest& request, const ApartResult& resu
 }
 
 CompileReport compileApart(const CompileRequest& request) {
+    if (!compilesApart) {
+        ApartNote note = 0;
+        return compileHere(request, note);
+    }
     const ApartResult result = compileInCopy(request, mostCompileSeconds);
     if (result.end == ApartResult::End::DONE)
         if (auto report = reportFrom(result.bytes)) return *std::move(report);

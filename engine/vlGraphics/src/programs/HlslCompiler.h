@@ -26,6 +26,14 @@ compileHlsl(PROGRAM_TYPE type, const ProgramSourcesHolder& sources, bool crossCo
 /** The same in this process, which breaks down with the compiler. Notes the stage that it is at,
  * and past all stages the one that it translates. Needs a deep stack. */
 CompileReport compileHere(const CompileRequest& request, ApartNote& note);
+/** Not where a sanitizer watches: a copy made while another thread allocates would wait for the
+ * sanitizer's allocator for ever, and findings are to end the process. */
+#if defined(VL_SANITIZE_ADDRESS) || defined(VL_SANITIZE_THREAD)
+inline constexpr bool compilesApart = false;
+#else
+inline constexpr bool compilesApart = true;
+#endif
+
 /// Has the files read that a compilation would include, and those of branches it would not take.
 void readIncludes(const CompileRequest& request, IncludeFiles& files);
 /// Makes what all compilations share, without which each copy of the process would make its own.

@@ -247,11 +247,13 @@ TEST(ProgramCompiler, ChangedIncludedFilesAreSeen) {
     EXPECT_EQ(sizeAfterLoad(), 8U);
     EXPECT_EQ(sizeAfterLoad(), 8U);
     EXPECT_EQ(compilations, 3) << "nothing had changed the last time";
-    write("void half_typed(float4 ["); // the compiler breaks down on it
-    EXPECT_EQ(sizeAfterLoad(), 0U);
-    EXPECT_EQ(program.getIncludedFiles(), std::vector<vlMemory::String>{"group.hlsl"});
-    write("#define SIZE 2");
-    EXPECT_EQ(sizeAfterLoad(), 2U);
+    if (compilesApart) {
+        write("void half_typed(float4 ["); // the compiler breaks down on it
+        EXPECT_EQ(sizeAfterLoad(), 0U);
+        EXPECT_EQ(program.getIncludedFiles(), std::vector<vlMemory::String>{"group.hlsl"});
+        write("#define SIZE 2");
+        EXPECT_EQ(sizeAfterLoad(), 2U);
+    }
     EXPECT_EQ(program.getIncludedFiles(), std::vector<vlMemory::String>{"group.hlsl"});
     resources.setWorkingPath(before);
     fs::remove_all(root);
